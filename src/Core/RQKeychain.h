@@ -1,0 +1,52 @@
+#ifndef RQKEYCHAIN_H
+#define RQKEYCHAIN_H
+
+#include "tovra_export.h"
+
+#include <QString>
+#include <QVariant>
+#include <QVariantMap>
+
+/*!
+    \brief Keeps small values in the platform keychain, one generic-password item per key.
+
+    The key names the item twice, as its service and as its account. Values are archived
+    with QDataStream, so any QVariant with stream operators can be kept; texts round-trip
+    everywhere. An access group, where given, is completed with the application's team
+    prefix by getFullAppleIdentifier(); a null group means the platform's default.
+
+    Every call is synchronous and goes to TVRSecureItemStore::defaultStore(). While a call
+    waits for the keychain, no other callback of the kit runs. Failures never throw: saving
+    and deleting answer false, loading answers a null QVariant.
+*/
+class TOVRA_EXPORT RQKeychain
+{
+public:
+    RQKeychain() = delete;
+
+    //! Replaces the item of \a key with \a value: the old item is deleted, a new one added.
+    static bool saveValue(const QVariant &value, const QString &key);
+    static bool saveValue(const QVariant &value, const QString &key, const QString &accessGroup);
+
+    //! The value kept under \a key, or null when there is none or it cannot be read back.
+    static QVariant loadValueForKey(const QString &key);
+    static QVariant loadValueForKey(const QString &key, const QString &accessGroup);
+
+    //! Removes the item of \a key; false when there was none or the keychain refused.
+    static bool deleteValueForKey(const QString &key);
+    static bool deleteValueForKey(const QString &key, const QString &accessGroup);
+
+    //! The query that names the item of \a key: class, service, account and accessibility.
+    static QVariantMap getKeychainQuery(const QString &key, const QString &accessGroup);
+
+    //! \a accessGroup with the team prefix in front, unless the prefix already occurs in it.
+    static QString getFullAppleIdentifier(const QString &accessGroup);
+
+    /*!
+        The team prefix of the application's default access group, found once with a probe
+        item "bundleSeedID" and then kept; null while it cannot be determined.
+    */
+    static QString getBundleSeedIdentifier();
+};
+
+#endif

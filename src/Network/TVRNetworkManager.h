@@ -1,0 +1,96 @@
+#ifndef TVRNETWORKMANAGER_H
+#define TVRNETWORKMANAGER_H
+
+#include "tovra_export.h"
+#include "TVRError.h"
+#include "TVRHTTPResponse.h"
+
+#include <QJsonValue>
+#include <QNetworkRequest>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+class QNetworkAccessManager;
+class TVRNetworkManagerPrivate;
+
+enum TVRHTTPMethod : qint32 {
+    TVRHTTPMethodGET = 0,
+    TVRHTTPMethodPOST = 1,
+    TVRHTTPMethodPUT = 2,
+    TVRHTTPMethodDELETE = 3,
+    TVRHTTPMethodPATCH = 4,
+    TVRHTTPMethodHEAD = 5,
+};
+
+/*!
+    Receives the answer to a request that reached the service, whatever its HTTP status:
+    the response and the reply body parsed as JSON (an object or an array), or an undefined
+    QJsonValue when the body is empty or is not JSON.
+*/
+using TVRRequestSuccessHandler =
+    std::function<void(const TVRHTTPResponse &response, const QJsonValue &json)>;
+
+//! Receives the transport failure of a request: no connection, failed TLS, a time-out.
+using TVRRequestFailureHandler =
+    std::function<void(const TVRHTTPResponse &response, const TVRError &error)>;
+
+/*!
+    \brief Base class of the kit's service managers: sends authenticated JSON requests to
+    the service and hands each answer to a completion handler.
+
+    Every request goes to https://<service host><path> and carries "Content-Type:
+    application/json" and "Authorization: Basic ..." made from TVRManager's API key and
+    secret as they are when the request is built. A redirect is followed only to the same
+    origin; any other ends in the failure handler, so the credentials never leave the
+    service host, and TLS is always verified by the session.
+
+    The handlers run on the thread of the manager's session, from its event loop, and never
+    before requestForPath() has returned. Exactly one of them is called, once, per request.
+*/
+class TOVRA_EXPORT TVRNetworkManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TVRNetworkManager(QObject *parent = nullptr);
+    ~TVRNetworkManager() override;
+
+    //! The service's address without a path: scheme "https" and the service host.
+    static QUrl baseURLComponents();
+    //! A request for \a url with the JSON content type and the Basic credentials.
+    static QNetworkRequest requestWithURL(const QUrl &url);
+    //! "GET", "POST", "PUT", "DELETE", "PATCH" or "HEAD"; null for any other value.
+    static QString stringForHTTPMethod(TVRHTTPMethod method);
+
+    /*!
+        The network access manager that carries this manager's requests, made on first use
+        as a child of this manager.
+    */
+    QNetworkAccessManager *session();
+    /*!
+        Makes \a session carry the requests that follow; requests under way go on in the
+        old one. The manager does not take ownership; if \a session is destroyed, the next
+        request makes a fresh default session.
+    */
+    void setSession(QNetworkAccessManager *session);
+
+    /*!
+        Sends \a method to \a path with the plain-text \a query (null for none, encoded
+        where needed). Every method but GET carries \a parameters as compact JSON; a value
+        that is not a JSON object or array cannot be a JSON body, so none is sent. A method
+        value outside TVRHTTPMethod is not sent: the failure handler gets a kitDomain()
+        error instead. Either handler may be null.
+    */
+    void requestForPath(const QString &path, const QString &query, TVRHTTPMethod method,
+                        const QJsonValue &parameters, TVRRequestSuccessHandler success,
+                        TVRRequestFailureHandler failure);
+
+private:
+    std::unique_ptr<TVRNetworkManagerPrivate> const d;
+};
+
+#endif

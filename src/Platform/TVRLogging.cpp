@@ -1,0 +1,3 @@
+#include "TVRLogging_p.h"
+
+Q_LOGGING_CATEGORY(lcTovra, "tovra")

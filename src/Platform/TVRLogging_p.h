@@ -1,0 +1,10 @@
+#ifndef TVRLOGGING_P_H
+#define TVRLOGGING_P_H
+
+#include <QLoggingCategory>
+
+// Every line the kit writes goes through this category, so a host can route or silence
+// them with QT_LOGGING_RULES="tovra.debug=false" and friends.
+Q_DECLARE_LOGGING_CATEGORY(lcTovra)
+
+#endif

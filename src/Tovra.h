@@ -1,0 +1,14 @@
+#ifndef TOVRA_H
+#define TOVRA_H
+
+// Everything a host application needs from the kit.
+
+#include "RQKeychain.h"
+#include "TVRError.h"
+#include "TVRHTTPResponse.h"
+#include "TVRManager.h"
+#include "TVRNetworkManager.h"
+#include "TVRSecureItemStore.h"
+#include "TovraVersion.h"
+
+#endif

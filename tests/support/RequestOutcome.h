@@ -1,0 +1,55 @@
+#ifndef REQUESTOUTCOME_H
+#define REQUESTOUTCOME_H
+
+#include <TVRNetworkManager.h>
+
+#include <QJsonValue>
+#include <QThread>
+
+#include <memory>
+
+// Everything the handlers of one request saw.
+struct RequestOutcome
+{
+    int successes = 0;
+    int failures = 0;
+    TVRHTTPResponse response;
+    QJsonValue json;
+    TVRError error;
+    bool returned = false;          // requestForPath() has returned
+    bool calledTooEarly = false;    // a handler ran before that
+    bool calledOffThread = false;   // a handler ran on another thread than the caller's
+
+    int calls() const { return successes + failures; }
+};
+
+// Sends a request through \a manager with handlers that record into the returned outcome.
+inline std::shared_ptr<RequestOutcome> sendRequest(TVRNetworkManager &manager, const QString &path,
+                                                   const QString &query, TVRHTTPMethod method,
+                                                   const QJsonValue &parameters = QJsonValue(QJsonValue::Undefined))
+{
+    auto outcome = std::make_shared<RequestOutcome>();
+    QThread *const caller = QThread::currentThread();
+    auto note = [outcome, caller] {
+        outcome->calledTooEarly |= !outcome->returned;
+        outcome->calledOffThread |= QThread::currentThread() != caller;
+    };
+    manager.requestForPath(
+        path, query, method, parameters,
+        [outcome, note](const TVRHTTPResponse &response, const QJsonValue &json) {
+            note();
+            ++outcome->successes;
+            outcome->response = response;
+            outcome->json = json;
+        },
+        [outcome, note](const TVRHTTPResponse &response, const TVRError &error) {
+            note();
+            ++outcome->failures;
+            outcome->response = response;
+            outcome->error = error;
+        });
+    outcome->returned = true;
+    return outcome;
+}
+
+#endif

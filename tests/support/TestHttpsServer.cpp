@@ -1,0 +1,106 @@
+#include "TestHttpsServer.h"
+
+#include "TestCertificates.h"
+
+#include <QHttpServerRequest>
+#include <QMetaEnum>
+#include <QPointer>
+#include <QTcpSocket>
+#include <QTimer>
+
+QByteArray TestRequest::header(const QByteArray &name) const
+{
+    for (const auto &h : headers) {
+        if (h.first.compare(name, Qt::CaseInsensitive) == 0)
+            return h.second;
+    }
+    return {};
+}
+
+bool TestRequest::hasHeader(const QByteArray &name) const
+{
+    for (const auto &h : headers) {
+        if (h.first.compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+TestReply TestReply::json(int status, const QByteArray &body)
+{
+    TestReply reply;
+    reply.status = status;
+    reply.headers = {{"Content-Type", "application/json"}};
+    reply.body = body;
+    return reply;
+}
+
+TestReply TestReply::dropped()
+{
+    TestReply reply;
+    reply.dropConnection = true;
+    return reply;
+}
+
+TestHttpsServer::TestHttpsServer(QObject *parent)
+    : QAbstractHttpServer(parent)
+    , m_handler([](const TestRequest &) { return TestReply::json(404, "{}"); })
+{
+}
+
+bool TestHttpsServer::start()
+{
+    sslSetup(TestCertificates::serviceCertificate(), TestCertificates::serviceKey());
+    m_port = listen(QHostAddress::LocalHost, 0);
+    return m_port != 0;
+}
+
+void TestHttpsServer::reply(const TestReply &reply)
+{
+    setHandler([reply](const TestRequest &) { return reply; });
+}
+
+bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+{
+    TestRequest received;
+    const QByteArray methodName = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
+    received.method = methodName.toUpper();
+    received.path = request.url().path();
+    received.query = request.url().query(QUrl::FullyEncoded);
+    received.headers = request.headers();
+    received.body = request.body();
+    m_requests.append(received);
+    Q_EMIT requestReceived();
+
+    const TestReply reply = m_handler(received);
+    if (reply.delayMs > 0) {
+        QTimer::singleShot(reply.delayMs, this, [this, socket = QPointer<QTcpSocket>(socket), reply] {
+            if (socket)
+                send(socket, reply);
+        });
+    } else {
+        send(socket, reply);
+    }
+    return true;
+}
+
+void TestHttpsServer::missingHandler(const QHttpServerRequest &, QTcpSocket *)
+{
+}
+
+void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
+{
+    if (reply.dropConnection) {
+        socket->abort();
+    } else {
+        // Written by hand rather than through QHttpServerResponder, so that any status,
+        // header or body, however wrong, can be scripted.
+        QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Scripted\r\n";
+        head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
+        for (const auto &h : reply.headers)
+            head += h.first + ": " + h.second + "\r\n";
+        socket->write(head + "\r\n" + reply.body);
+    }
+    ++m_repliesSent;
+    Q_EMIT replySent();
+}

@@ -1,0 +1,42 @@
+#include "TestSession.h"
+
+#include "TestCertificates.h"
+
+#include <QNetworkReply>
+#include <QSslConfiguration>
+
+TestSession::TestSession(QObject *parent)
+    : QNetworkAccessManager(parent)
+    , m_authorities{TestCertificates::authority()}
+{
+}
+
+QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &request,
+                                          QIODevice *outgoingData)
+{
+    const QUrl url = request.url();
+    const auto route = m_routes.constFind(url.host());
+    if (route == m_routes.constEnd())
+        return track(QNetworkAccessManager::createRequest(op, request, outgoingData));
+
+    QNetworkRequest routed = request;
+    QUrl target = url;
+    target.setHost(QStringLiteral("127.0.0.1"));
+    target.setPort(*route);
+    routed.setUrl(target);
+    routed.setRawHeader("Host", url.host().toUtf8());
+    routed.setPeerVerifyName(m_peerVerifyName.isEmpty() ? url.host() : m_peerVerifyName);
+
+    QSslConfiguration tls = routed.sslConfiguration();
+    tls.setCaCertificates(m_authorities);
+    tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    routed.setSslConfiguration(tls);
+    return track(QNetworkAccessManager::createRequest(op, routed, outgoingData));
+}
+
+QNetworkReply *TestSession::track(QNetworkReply *reply)
+{
+    ++m_liveReplies;
+    connect(reply, &QObject::destroyed, this, [this] { --m_liveReplies; });
+    return reply;
+}

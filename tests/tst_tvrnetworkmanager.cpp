@@ -1,0 +1,459 @@
+#include "RequestOutcome.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <TVRManager.h>
+#include <TVRNetworkManager.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkReply>
+#include <QPointer>
+#include <QSslConfiguration>
+#include <QTcpServer>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_TVRNetworkManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void methodText_data();
+    void methodText();
+    void baseAddress();
+    void credentials_data();
+    void credentials();
+    void credentialsAreReadAtEachRequest();
+    void body_data();
+    void body();
+    void pathAndQuery_data();
+    void pathAndQuery();
+    void everyAnswerGoesToSuccess_data();
+    void everyAnswerGoesToSuccess();
+    void transportFailure_data();
+    void transportFailure();
+    void nullHandlersAreSkipped();
+    void redirectElsewhereIsRefused_data();
+    void redirectElsewhereIsRefused();
+    void redirectWithinServiceIsFollowed();
+    void unknownMethodIsNotSent();
+    void sessionIsLazyAndReplaceable();
+    void destroyedSessionStillAnswers();
+
+private:
+    // Waits until the request has been answered and its reply is gone, so that a second
+    // handler call, had there been one, would have happened too.
+    bool settle(const std::shared_ptr<RequestOutcome> &outcome);
+
+    TestHttpsServer m_server;
+    TestHttpsServer m_elsewhere;
+    TestSession *m_session = nullptr;
+    TVRNetworkManager m_manager;
+    QString m_host;
+};
+
+void tst_TVRNetworkManager::initTestCase()
+{
+    QVERIFY(m_server.start());
+    QVERIFY(m_elsewhere.start());
+    m_host = TVRNetworkManager::baseURLComponents().host();
+    m_session = new TestSession(this);
+    m_session->route(m_host, m_server.port());
+    m_manager.setSession(m_session);
+}
+
+void tst_TVRNetworkManager::init()
+{
+    m_server.reply(TestReply::json(200, "{}"));
+    m_elsewhere.reply(TestReply::json(200, "{}"));
+    TVRManager::setAPIKey(u"a"_s, u"b"_s);
+}
+
+bool tst_TVRNetworkManager::settle(const std::shared_ptr<RequestOutcome> &outcome)
+{
+    return QTest::qWaitFor([&] { return outcome->calls() > 0 && m_session->liveReplies() == 0; });
+}
+
+void tst_TVRNetworkManager::methodText_data()
+{
+    QTest::addColumn<int>("method");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("GET") << 0 << u"GET"_s;
+    QTest::newRow("POST") << 1 << u"POST"_s;
+    QTest::newRow("PUT") << 2 << u"PUT"_s;
+    QTest::newRow("DELETE") << 3 << u"DELETE"_s;
+    QTest::newRow("PATCH") << 4 << u"PATCH"_s;
+    QTest::newRow("HEAD") << 5 << u"HEAD"_s;
+    QTest::newRow("one past the end") << 6 << QString();
+    QTest::newRow("negative") << -1 << QString();
+    QTest::newRow("largest") << std::numeric_limits<qint32>::max() << QString();
+}
+
+void tst_TVRNetworkManager::methodText()
+{
+    QFETCH(int, method);
+    QFETCH(QString, text);
+
+    const QString actual = TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod(method));
+    QCOMPARE(actual, text);
+    QCOMPARE(actual.isNull(), text.isNull());
+}
+
+void tst_TVRNetworkManager::baseAddress()
+{
+    const QUrl base = TVRNetworkManager::baseURLComponents();
+    QCOMPARE(base.scheme(), u"https"_s);
+    QVERIFY(!base.host().isEmpty());
+    QCOMPARE(base.port(), -1);
+    QVERIFY(base.userInfo().isEmpty());
+    QVERIFY(base.path().isEmpty());
+    QVERIFY(!base.hasQuery());
+    QVERIFY(!base.hasFragment());
+}
+
+void tst_TVRNetworkManager::credentials_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("secret");
+    QTest::addColumn<QByteArray>("authorization");
+
+    QTest::newRow("key a, secret b") << u"a"_s << u"b"_s << QByteArray("Basic YTpi");
+    QTest::newRow("no key, no secret") << QString() << QString() << QByteArray("Basic Og==");
+    QTest::newRow("empty secret") << u"a"_s << u""_s << QByteArray("Basic YTo=");
+    QTest::newRow("colon in key") << u"a:b"_s << u"c"_s << QByteArray("Basic YTpiOmM=");
+    QTest::newRow("non-ASCII, as UTF-8") << u"ключ"_s << u"秘密"_s
+                                         << "Basic " + u"ключ:秘密"_s.toUtf8().toBase64();
+    QTest::newRow("long, no line breaks") << QString(200, u'k') << QString(200, u's')
+                                          << "Basic " + (QByteArray(200, 'k') + ':' + QByteArray(200, 's')).toBase64();
+}
+
+void tst_TVRNetworkManager::credentials()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, secret);
+    QFETCH(QByteArray, authorization);
+
+    TVRManager::setAPIKey(key, secret);
+    const QNetworkRequest built = TVRNetworkManager::requestWithURL(QUrl(u"https://example.org/x"_s));
+    QCOMPARE(built.rawHeader("Authorization"), authorization);
+    QCOMPARE(built.rawHeader("Content-Type"), QByteArray("application/json"));
+
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    const TestRequest &sent = m_server.requests().constLast();
+    QCOMPARE(sent.header("Authorization"), authorization);
+    QCOMPARE(sent.header("Content-Type"), QByteArray("application/json"));
+    QCOMPARE(sent.header("Host"), m_host.toUtf8());
+}
+
+void tst_TVRNetworkManager::credentialsAreReadAtEachRequest()
+{
+    // A manager made before the credentials changed uses the new ones.
+    TVRManager::setAPIKey(u"first"_s, u"one"_s);
+    const auto first = sendRequest(m_manager, u"/api/privacy-policy"_s, QString(), TVRHTTPMethodGET);
+    TVRManager::setAPIKey(u"second"_s, u"two"_s);
+    const auto second = sendRequest(m_manager, u"/api/privacy-policy"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(settle(first));
+    QVERIFY(settle(second));
+
+    QStringList seen;
+    for (const TestRequest &request : m_server.requests().mid(m_server.requests().size() - 2))
+        seen << QString::fromLatin1(QByteArray::fromBase64(request.header("Authorization").mid(6)));
+    seen.sort();
+    QCOMPARE(seen, QStringList({u"first:one"_s, u"second:two"_s}));
+}
+
+void tst_TVRNetworkManager::body_data()
+{
+    QTest::addColumn<int>("method");
+    QTest::addColumn<QJsonValue>("parameters");
+    QTest::addColumn<QByteArray>("sentMethod");
+    QTest::addColumn<QByteArray>("sentBody");
+
+    const QJsonObject object{{u"b"_s, QJsonObject{{u"c"_s, u"d e"_s}}}, {u"a"_s, QJsonArray{1, 2}}};
+    const QByteArray compact = R"({"a":[1,2],"b":{"c":"d e"}})";
+
+    QTest::newRow("GET ignores parameters") << 0 << QJsonValue(object) << QByteArray("GET") << QByteArray();
+    QTest::newRow("POST") << 1 << QJsonValue(object) << QByteArray("POST") << compact;
+    QTest::newRow("PUT") << 2 << QJsonValue(object) << QByteArray("PUT") << compact;
+    QTest::newRow("DELETE") << 3 << QJsonValue(object) << QByteArray("DELETE") << compact;
+    QTest::newRow("PATCH") << 4 << QJsonValue(object) << QByteArray("PATCH") << compact;
+    QTest::newRow("HEAD") << 5 << QJsonValue(object) << QByteArray("HEAD") << compact;
+    QTest::newRow("array") << 1 << QJsonValue(QJsonArray{1, u"x"_s, QJsonValue::Null}) << QByteArray("POST")
+                           << QByteArray(R"([1,"x",null])");
+    QTest::newRow("empty object") << 2 << QJsonValue(QJsonObject()) << QByteArray("PUT") << QByteArray("{}");
+    QTest::newRow("no parameters") << 1 << QJsonValue(QJsonValue::Undefined) << QByteArray("POST") << QByteArray();
+    QTest::newRow("JSON null") << 1 << QJsonValue(QJsonValue::Null) << QByteArray("POST") << QByteArray();
+    QTest::newRow("bare text") << 4 << QJsonValue(u"text"_s) << QByteArray("PATCH") << QByteArray();
+}
+
+void tst_TVRNetworkManager::body()
+{
+    QFETCH(int, method);
+    QFETCH(QJsonValue, parameters);
+    QFETCH(QByteArray, sentMethod);
+    QFETCH(QByteArray, sentBody);
+
+    // No body in the answer: a HEAD answer never has one.
+    m_server.reply(TestReply::json(200, QByteArray()));
+    const auto outcome = sendRequest(m_manager, u"/api/echo"_s, QString(), TVRHTTPMethod(method), parameters);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    const TestRequest &sent = m_server.requests().constLast();
+    QCOMPARE(sent.method, sentMethod);
+    QCOMPARE(sent.body, sentBody);
+    QCOMPARE(sent.header("Content-Type"), QByteArray("application/json"));
+}
+
+void tst_TVRNetworkManager::pathAndQuery_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QString>("sentPath");
+    QTest::addColumn<QString>("sentQuery");
+    QTest::addColumn<bool>("hasQuery");
+
+    QTest::newRow("no query") << u"/api/terms-of-service"_s << QString()
+                              << u"/api/terms-of-service"_s << QString() << false;
+    QTest::newRow("plain query") << u"/api/user/status"_s << u"id=42&full=1"_s
+                                 << u"/api/user/status"_s << u"id=42&full=1"_s << true;
+    QTest::newRow("query is encoded") << u"/api/user/status"_s << u"name=Jo Doe&pct=100%"_s
+                                      << u"/api/user/status"_s << u"name=Jo%20Doe&pct=100%25"_s << true;
+    QTest::newRow("empty query keeps the ?") << u"/a"_s << u""_s << u"/a"_s << QString() << true;
+    QTest::newRow("path is encoded") << u"/api/a b"_s << QString() << u"/api/a b"_s << QString() << false;
+}
+
+void tst_TVRNetworkManager::pathAndQuery()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, query);
+    QFETCH(QString, sentPath);
+    QFETCH(QString, sentQuery);
+    QFETCH(bool, hasQuery);
+
+    const auto outcome = sendRequest(m_manager, path, query, TVRHTTPMethodGET);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    QCOMPARE(m_server.requests().constLast().path, sentPath);
+    QCOMPARE(m_server.requests().constLast().query, sentQuery);
+    QCOMPARE(outcome->response.url().hasQuery(), hasQuery);
+    QCOMPARE(outcome->response.url().scheme(), u"https"_s);
+}
+
+void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
+{
+    QTest::addColumn<TestReply>("reply");
+    QTest::addColumn<QJsonValue>("json");
+
+    const QJsonObject document{{u"title"_s, u"Terms"_s}};
+    QTest::newRow("200 with a document") << TestReply::json(200, R"({"title":"Terms"})") << QJsonValue(document);
+    QTest::newRow("500 with {}") << TestReply::json(500, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("200 with an empty body") << TestReply::json(200, "") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("204") << TestReply::json(204, "") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("401 with an error object") << TestReply::json(401, R"({"error":"no"})")
+                                              << QJsonValue(QJsonObject{{u"error"_s, u"no"_s}});
+    QTest::newRow("404 with HTML") << TestReply::json(404, "<html>gone</html>") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("503") << TestReply::json(503, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("an array") << TestReply::json(200, "[1,2]") << QJsonValue(QJsonArray{1, 2});
+    QTest::newRow("bare null") << TestReply::json(200, "null") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("bare number") << TestReply::json(200, "42") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("cut off JSON") << TestReply::json(200, R"({"title":)") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("invalid UTF-8") << TestReply::json(200, "{\"t\":\"\xff\xfe\"}") << QJsonValue(QJsonValue::Undefined);
+    TestReply late = TestReply::json(200, "{}");
+    late.delayMs = 100;
+    QTest::newRow("late answer") << late << QJsonValue(QJsonObject());
+}
+
+void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
+{
+    QFETCH(TestReply, reply);
+    QFETCH(QJsonValue, json);
+
+    m_server.reply(reply);
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    QCOMPARE(outcome->failures, 0);
+    QCOMPARE(outcome->json, json);
+    QCOMPARE(outcome->json.isUndefined(), json.isUndefined());
+    QCOMPARE(outcome->response.statusCode(), reply.status);
+    QCOMPARE(outcome->response.header("content-type"), QByteArray("application/json"));
+    QVERIFY(!outcome->calledTooEarly);
+    QVERIFY(!outcome->calledOffThread);
+}
+
+void tst_TVRNetworkManager::transportFailure_data()
+{
+    QTest::addColumn<QString>("failure");
+    QTest::addColumn<int>("error");
+
+    QTest::newRow("connection refused") << u"refused"_s << int(QNetworkReply::ConnectionRefusedError);
+    QTest::newRow("certificate of an unknown authority") << u"untrusted"_s << int(QNetworkReply::SslHandshakeFailedError);
+    QTest::newRow("certificate for another host") << u"wrong name"_s << int(QNetworkReply::SslHandshakeFailedError);
+    QTest::newRow("connection dropped") << u"dropped"_s << int(QNetworkReply::RemoteHostClosedError);
+}
+
+void tst_TVRNetworkManager::transportFailure()
+{
+    QFETCH(QString, failure);
+    QFETCH(int, error);
+
+    TestSession session;
+    session.route(m_host, m_server.port());
+    if (failure == u"refused"_s) {
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost));
+        session.route(m_host, closed.serverPort());
+    } else if (failure == u"untrusted"_s) {
+        session.setAuthorities(QSslConfiguration::systemCaCertificates());
+    } else if (failure == u"wrong name"_s) {
+        session.setPeerVerifyName(u"not-the-service.example"_s);
+    } else {
+        m_server.reply(TestReply::dropped());
+    }
+    TVRNetworkManager manager;
+    manager.setSession(&session);
+
+    const int requestsBefore = m_server.requests().size();
+    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(QTest::qWaitFor([&] { return outcome->calls() > 0 && session.liveReplies() == 0; }));
+    QCOMPARE(outcome->failures, 1);
+    QCOMPARE(outcome->successes, 0);
+    QCOMPARE(outcome->error.domain(), TVRError::networkDomain());
+    QCOMPARE(outcome->error.code(), error);
+    QVERIFY(!outcome->error.message().isEmpty());
+    QCOMPARE(outcome->response.statusCode(), 0);
+    QVERIFY(!outcome->calledTooEarly);
+    // Without verified TLS the request, and its credentials, never reach the server.
+    if (failure != u"dropped"_s)
+        QCOMPARE(m_server.requests().size(), requestsBefore);
+}
+
+void tst_TVRNetworkManager::nullHandlersAreSkipped()
+{
+    TestSession session;
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    session.route(m_host, closed.serverPort());
+    closed.close();
+    TVRNetworkManager manager;
+    manager.setSession(&session);
+
+    int successes = 0;
+    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+                           [&](const TVRHTTPResponse &, const QJsonValue &) { ++successes; }, nullptr);
+    int failures = 0;
+    manager.setSession(m_session);
+    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+                           nullptr, [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
+    QVERIFY(QTest::qWaitFor([&] { return session.liveReplies() == 0 && m_session->liveReplies() == 0; }));
+    QCOMPARE(successes, 0);
+    QCOMPARE(failures, 0);
+}
+
+void tst_TVRNetworkManager::redirectElsewhereIsRefused_data()
+{
+    QTest::addColumn<QString>("location");
+
+    QTest::newRow("another port") << u"https://127.0.0.1:%1/collect"_s;
+    QTest::newRow("plain HTTP") << u"http://127.0.0.1:%1/collect"_s;
+}
+
+void tst_TVRNetworkManager::redirectElsewhereIsRefused()
+{
+    QFETCH(QString, location);
+
+    TestReply redirect;
+    redirect.status = 302;
+    redirect.headers = {{"Location", location.arg(m_elsewhere.port()).toUtf8()}};
+    m_server.reply(redirect);
+
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->failures, 1);
+    QCOMPARE(outcome->error.code(), int(QNetworkReply::InsecureRedirectError));
+    QVERIFY(m_elsewhere.requests().isEmpty());
+}
+
+void tst_TVRNetworkManager::redirectWithinServiceIsFollowed()
+{
+    m_server.setHandler([](const TestRequest &request) {
+        if (request.path == u"/moved"_s)
+            return TestReply::json(200, R"({"moved":true})");
+        TestReply redirect;
+        redirect.status = 301;
+        redirect.headers = {{"Location", "/moved"}};
+        return redirect;
+    });
+
+    const auto outcome = sendRequest(m_manager, u"/api/privacy-policy"_s, QString(), TVRHTTPMethodGET);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    QCOMPARE(outcome->json, QJsonValue(QJsonObject{{u"moved"_s, true}}));
+    QCOMPARE(m_server.requests().constLast().path, u"/moved"_s);
+    QCOMPARE(m_server.requests().constLast().header("Authorization"), QByteArray("Basic YTpi"));
+}
+
+void tst_TVRNetworkManager::unknownMethodIsNotSent()
+{
+    const int requestsBefore = m_server.requests().size();
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethod(6));
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->failures, 1);
+    QCOMPARE(outcome->error.domain(), TVRError::kitDomain());
+    QVERIFY(!outcome->calledTooEarly);
+    QCOMPARE(m_server.requests().size(), requestsBefore);
+}
+
+void tst_TVRNetworkManager::sessionIsLazyAndReplaceable()
+{
+    TVRNetworkManager manager;
+    QNetworkAccessManager *made = manager.session();
+    QVERIFY(made);
+    QCOMPARE(made->parent(), &manager);
+    QCOMPARE(manager.session(), made);
+
+    {
+        QNetworkAccessManager host;
+        manager.setSession(&host);
+        QCOMPARE(manager.session(), &host);
+    }
+    // The host's session is gone: a fresh default one takes its place.
+    QNetworkAccessManager *fresh = manager.session();
+    QVERIFY(fresh);
+    QCOMPARE(fresh->parent(), &manager);
+
+    manager.setSession(nullptr);
+    QVERIFY(manager.session());
+}
+
+void tst_TVRNetworkManager::destroyedSessionStillAnswers()
+{
+    auto *session = new TestSession;
+    session->route(m_host, m_server.port());
+    TVRNetworkManager manager;
+    manager.setSession(session);
+    TestReply never = TestReply::json(200, "{}");
+    never.delayMs = 60 * 1000;
+    m_server.reply(never);
+
+    const int requestsBefore = m_server.requests().size();
+    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QTRY_COMPARE(m_server.requests().size(), requestsBefore + 1);
+    delete session;
+
+    QTRY_COMPARE(outcome->failures, 1);
+    QCOMPARE(outcome->successes, 0);
+    QCOMPARE(outcome->error.code(), int(QNetworkReply::OperationCanceledError));
+}
+
+QTEST_MAIN(tst_TVRNetworkManager)
+#include "tst_tvrnetworkmanager.moc"
