@@ -1,4 +1,216 @@
+#include "KeychainProbe.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <RQKeychain.h>
+#include <TVRNetworkManager.h>
+
+#include <QRegularExpression>
+#include <QUrl>
 #include <QtTest>
-class X : public QObject { Q_OBJECT };
-QTEST_MAIN(X)
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// A type QVariant can hold but not stream.
+struct Unstreamable
+{
+    int value = 0;
+};
+} // namespace
+Q_DECLARE_METATYPE(Unstreamable)
+
+class tst_RQKeychain : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void roundTrip_data();
+    void roundTrip();
+    void itemIsNamedByTheKeyTwice();
+    void savingTwiceLeavesOneItem();
+    void neverSavedLoadsNullSilently();
+    void deleting();
+    void undecodableBytes_data();
+    void undecodableBytes();
+    void unarchivableValueKeepsTheOldItem();
+    void anotherProcessReadsTheValue();
+    void unavailableKeychain();
+    void keychainCallRunsNoKitCallback();
+};
+
+void tst_RQKeychain::initTestCase()
+{
+    // Everything here must run against the private keyring of run-isolated.sh.
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
+             "run this test through tests/run-isolated.sh");
+    QVERIFY(KeychainProbe::writeRaw(u"probe"_s, u"probe"_s, "ready"));
+}
+
+void tst_RQKeychain::roundTrip_data()
+{
+    QTest::addColumn<QVariant>("value");
+
+    QTest::newRow("text") << QVariant(u"user-42"_s);
+    QTest::newRow("empty text") << QVariant(u""_s);
+    QTest::newRow("non-ASCII text") << QVariant(u"Zoë 李 🙂"_s);
+    QTest::newRow("long text") << QVariant(QString(100000, u'x'));
+    QTest::newRow("number") << QVariant(42);
+    QTest::newRow("floating point") << QVariant(2.5);
+    QTest::newRow("boolean") << QVariant(true);
+    QTest::newRow("address") << QVariant(QUrl(u"https://example.org/p.png"_s));
+    QTest::newRow("bytes with zeros") << QVariant(QByteArray("a\0b\xff", 4));
+    QTest::newRow("list of texts") << QVariant(QStringList{u"a"_s, u"b"_s});
+    QTest::newRow("map") << QVariant(QVariantMap{{u"id"_s, 7}, {u"name"_s, u"Ann"_s}});
+    QTest::newRow("null") << QVariant();
+}
+
+void tst_RQKeychain::roundTrip()
+{
+    QFETCH(QVariant, value);
+
+    const QString key = u"roundtrip."_s + QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(RQKeychain::saveValue(value, key));
+    const QVariant loaded = RQKeychain::loadValueForKey(key);
+    QCOMPARE(loaded.metaType(), value.metaType());
+    QCOMPARE(loaded, value);
+}
+
+void tst_RQKeychain::itemIsNamedByTheKeyTwice()
+{
+    const QString key = u"tovrakit.named"_s;
+    QVERIFY(RQKeychain::saveValue(u"v"_s, key));
+
+    bool found = false;
+    const QByteArray raw = KeychainProbe::readRaw(key, key, &found);
+    QVERIFY(found);
+    QVERIFY(!raw.isEmpty());
+    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
+}
+
+void tst_RQKeychain::savingTwiceLeavesOneItem()
+{
+    const QString key = u"tovrakit.twice"_s;
+    QVERIFY(RQKeychain::saveValue(u"first"_s, key));
+    QVERIFY(RQKeychain::saveValue(u"second"_s, key));
+    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
+    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"second"_s));
+}
+
+void tst_RQKeychain::neverSavedLoadsNullSilently()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    const QVariant loaded = RQKeychain::loadValueForKey(u"tovrakit.never-saved"_s);
+    QVERIFY(!loaded.isValid());
+}
+
+void tst_RQKeychain::deleting()
+{
+    const QString key = u"tovrakit.deleted"_s;
+    QVERIFY(!RQKeychain::deleteValueForKey(key));
+
+    QVERIFY(RQKeychain::saveValue(u"v"_s, key));
+    QVERIFY(RQKeychain::deleteValueForKey(key));
+    QVERIFY(!RQKeychain::loadValueForKey(key).isValid());
+    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 0);
+    QVERIFY(!RQKeychain::deleteValueForKey(key));
+}
+
+void tst_RQKeychain::undecodableBytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reason");
+
+    const QByteArray header("TVRA\0\1", 6);
+    QTest::newRow("plain text") << QByteArray("user-42") << u"data is not a Tovra archive"_s;
+    QTest::newRow("empty") << QByteArray() << u"data is not a Tovra archive"_s;
+    QTest::newRow("later format") << QByteArray("TVRA\0\2", 6) << u"archive format 2 is not supported"_s;
+    QTest::newRow("header only") << header << u"archive is truncated or corrupt"_s;
+    QTest::newRow("text cut short") << header + QByteArray("\0\0\0\x0a\0\0\0\0\x10\0a", 11)
+                                    << u"archive is truncated or corrupt"_s;
+}
+
+void tst_RQKeychain::undecodableBytes()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, reason);
+
+    const QString key = u"tovrakit.corrupt."_s + QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(KeychainProbe::writeRaw(key, key, bytes));
+
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(u"Unarchive of %1 failed: %2"_s.arg(key, reason)));
+    QVERIFY(!RQKeychain::loadValueForKey(key).isValid());
+    // The unreadable item is reported, not removed.
+    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
+}
+
+void tst_RQKeychain::unarchivableValueKeepsTheOldItem()
+{
+    const QString key = u"tovrakit.unarchivable"_s;
+    QVERIFY(RQKeychain::saveValue(u"kept"_s, key));
+    QVERIFY(!RQKeychain::saveValue(QVariant::fromValue(Unstreamable{3}), key));
+    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
+}
+
+void tst_RQKeychain::anotherProcessReadsTheValue()
+{
+    const QString key = u"tovrakit.shared"_s;
+    QCOMPARE(KeychainProbe::runHelper({u"save"_s, key, u"from another launch"_s}), QStringList{u"true"_s});
+    QCOMPARE(KeychainProbe::runHelper({u"load"_s, key}), QStringList{u"from another launch"_s});
+    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"from another launch"_s));
+    QCOMPARE(KeychainProbe::runHelper({u"delete"_s, key}), QStringList{u"true"_s});
+    QCOMPARE(KeychainProbe::runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
+}
+
+void tst_RQKeychain::unavailableKeychain()
+{
+    // A launch whose session bus is gone: every call fails quietly instead of crashing.
+    const QStringList noBus{u"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/tovra-bus"_s};
+    QCOMPARE(KeychainProbe::runHelper({u"save"_s, u"k"_s, u"v"_s}, noBus), QStringList{u"false"_s});
+    QCOMPARE(KeychainProbe::runHelper({u"load"_s, u"k"_s}, noBus), QStringList{u"<null>"_s});
+    QCOMPARE(KeychainProbe::runHelper({u"delete"_s, u"k"_s}, noBus), QStringList{u"false"_s});
+}
+
+void tst_RQKeychain::keychainCallRunsNoKitCallback()
+{
+    TestHttpsServer server;
+    QVERIFY(server.start());
+    TestReply late = TestReply::json(200, "{}");
+    late.delayMs = 20;
+    server.reply(late);
+    TestSession session;
+    session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
+    TVRNetworkManager manager;
+    manager.setSession(&session);
+
+    bool insideKeychainCall = false;
+    bool ranInside = false;
+    int calls = 0;
+    auto note = [&] {
+        ++calls;
+        ranInside |= insideKeychainCall;
+    };
+    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+                           [&](const TVRHTTPResponse &, const QJsonValue &) { note(); },
+                           [&](const TVRHTTPResponse &, const TVRError &) { note(); });
+
+    // Stay inside keychain calls until the answer has certainly reached this process.
+    int callsAfterReply = 0;
+    for (int i = 0; i < 5000 && callsAfterReply < 5; ++i) {
+        insideKeychainCall = true;
+        RQKeychain::loadValueForKey(u"tovrakit.reentrancy"_s);
+        insideKeychainCall = false;
+        callsAfterReply += server.repliesSent() > 0;
+    }
+    QCOMPARE(callsAfterReply, 5);
+    QCOMPARE(calls, 0);
+
+    // Held back, not lost: the answer comes from the event loop once the calls are over.
+    QTRY_COMPARE(calls, 1);
+    QVERIFY(!ranInside);
+}
+
+QTEST_MAIN(tst_RQKeychain)
 #include "tst_rqkeychain.moc"

@@ -1,1 +1,61 @@
-int main(){return 0;}
+// A second launch of a host application, for the tests that need a fresh process.
+//   tovra_test_helper save KEY VALUE | load KEY | delete KEY
+//   tovra_test_helper set-identifier VALUE | identifier
+//   tovra_test_helper appname-without-application
+// Prints one line per result; "<null>" stands for a null value.
+
+#include <RQKeychain.h>
+#include <TVRManager.h>
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+namespace {
+
+QString show(const QVariant &value)
+{
+    return value.isValid() ? value.toString() : QStringLiteral("<null>");
+}
+
+QString show(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QString command = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
+    QTextStream out(stdout);
+
+    // appName() must also answer where the host made no application object.
+    if (command == QLatin1String("appname-without-application")) {
+        const QString name = TVRManager::appName();
+        out << (name.isNull() ? QStringLiteral("<null>") : name) << Qt::endl;
+        return 0;
+    }
+
+    QCoreApplication app(argc, argv);
+    const QStringList args = app.arguments().mid(2);
+    if (command == QLatin1String("save") && args.size() == 2) {
+        out << show(RQKeychain::saveValue(args[1], args[0])) << Qt::endl;
+    } else if (command == QLatin1String("load") && args.size() == 1) {
+        out << show(RQKeychain::loadValueForKey(args[0])) << Qt::endl;
+    } else if (command == QLatin1String("delete") && args.size() == 1) {
+        out << show(RQKeychain::deleteValueForKey(args[0])) << Qt::endl;
+    } else if (command == QLatin1String("set-identifier") && args.size() == 1) {
+        TVRManager::setUserIdentifier(args[0]);
+        out << show(TVRManager::userIdentifier()) << Qt::endl;
+    } else if (command == QLatin1String("identifier")) {
+        // The first read loads from the keychain; once the item is gone behind the
+        // manager's back, the second read shows whether it asked the keychain again.
+        out << show(TVRManager::userIdentifier()) << Qt::endl;
+        RQKeychain::deleteValueForKey(kTVRUserIdentifier);
+        out << show(TVRManager::userIdentifier()) << Qt::endl;
+    } else {
+        QTextStream(stderr) << "unknown command" << Qt::endl;
+        return 2;
+    }
+    return 0;
+}
