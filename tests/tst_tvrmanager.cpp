@@ -1,4 +1,254 @@
+#include "KeychainProbe.h"
+#include "MemoryItemStore.h"
+
+#include <RQKeychain.h>
+#include <TVRManager.h>
+#include <TovraVersion.h>
+
+#include <QGuiApplication>
+#include <QUrl>
 #include <QtTest>
-class X : public QObject { Q_OBJECT };
-QTEST_MAIN(X)
+
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+class tst_TVRManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void everythingStartsEmpty(); // first: the state of a fresh process
+    void versionSymbols();
+    void sharedInstance();
+    void slotsHoldWhatIsGiven_data();
+    void slotsHoldWhatIsGiven();
+    void credentialsAreSetTogether();
+    void appName_data();
+    void appName();
+    void appNameWithoutApplication();
+    void userIdentifierIsKeptInTheKeychain();
+    void userIdentifierIsAskedForUntilFound();
+    void userIdentifierComesBackInANewLaunch();
+    void nullUserIdentifierRemovesTheItem();
+    void keychainFailureIsSilent();
+    void logoutForgetsTheUserOnly();
+};
+
+void tst_TVRManager::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
+             "run this test through tests/run-isolated.sh");
+}
+
+void tst_TVRManager::everythingStartsEmpty()
+{
+    QVERIFY(TVRManager::apiKey().isNull());
+    QVERIFY(TVRManager::apiSecret().isNull());
+    QVERIFY(!TVRManager::userName().isValid());
+    QVERIFY(!TVRManager::userImageUrl().isValid());
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+    QCOMPARE(TVRManager::scrollToBottomEnabled(), false);
+    QCOMPARE(TVRManager::alertOnAgreeEnabled(), false);
+}
+
+void tst_TVRManager::versionSymbols()
+{
+    const char expected[] = "@(#)PROGRAM:Tovra  PROJECT:Tovra-1\n";
+    const char *const actual = reinterpret_cast<const char *>(TovraVersionString);
+    QCOMPARE(std::strlen(actual), std::strlen(expected));
+    QCOMPARE(std::memcmp(actual, expected, sizeof(expected)), 0); // the terminating zero too
+    QCOMPARE(TovraVersionNumber, 1.0);
+}
+
+void tst_TVRManager::sharedInstance()
+{
+    TVRManager *const instance = TVRManager::sharedInstance();
+    QVERIFY(instance);
+    QCOMPARE(TVRManager::sharedInstance(), instance);
+}
+
+void tst_TVRManager::slotsHoldWhatIsGiven_data()
+{
+    QTest::addColumn<QString>("slot");
+    QTest::addColumn<QVariant>("value");
+
+    QTest::newRow("user name") << u"userName"_s << QVariant(u"Ann Lee"_s);
+    QTest::newRow("empty user name") << u"userName"_s << QVariant(u""_s);
+    QTest::newRow("user name as a number") << u"userName"_s << QVariant(7);
+    QTest::newRow("null user name") << u"userName"_s << QVariant();
+    QTest::newRow("picture address as text") << u"userImageUrl"_s << QVariant(u"https://example.org/a.png"_s);
+    QTest::newRow("picture address as address") << u"userImageUrl"_s << QVariant(QUrl(u"https://example.org/a.png"_s));
+    QTest::newRow("scroll to bottom on") << u"scrollToBottomEnabled"_s << QVariant(true);
+    QTest::newRow("scroll to bottom off") << u"scrollToBottomEnabled"_s << QVariant(false);
+    QTest::newRow("alert on agree on") << u"alertOnAgreeEnabled"_s << QVariant(true);
+    QTest::newRow("alert on agree off") << u"alertOnAgreeEnabled"_s << QVariant(false);
+}
+
+void tst_TVRManager::slotsHoldWhatIsGiven()
+{
+    QFETCH(QString, slot);
+    QFETCH(QVariant, value);
+
+    QVariant read;
+    if (slot == u"userName"_s) {
+        TVRManager::setUserName(value);
+        read = TVRManager::userName();
+    } else if (slot == u"userImageUrl"_s) {
+        TVRManager::setUserImageUrl(value);
+        read = TVRManager::userImageUrl();
+    } else if (slot == u"scrollToBottomEnabled"_s) {
+        TVRManager::setScrollToBottomEnabled(value.toBool());
+        read = TVRManager::scrollToBottomEnabled();
+        QCOMPARE(TVRManager::alertOnAgreeEnabled(), false);
+    } else {
+        TVRManager::setAlertOnAgreeEnabled(value.toBool());
+        read = TVRManager::alertOnAgreeEnabled();
+    }
+    QCOMPARE(read.metaType(), value.metaType());
+    QCOMPARE(read, value);
+}
+
+void tst_TVRManager::credentialsAreSetTogether()
+{
+    TVRManager::setAPIKey(u"key"_s, u"secret"_s);
+    QCOMPARE(TVRManager::apiKey(), u"key"_s);
+    QCOMPARE(TVRManager::apiSecret(), u"secret"_s);
+
+    TVRManager::setAPIKey(QString(), u""_s);
+    QVERIFY(TVRManager::apiKey().isNull());
+    QVERIFY(TVRManager::apiSecret().isEmpty() && !TVRManager::apiSecret().isNull());
+}
+
+void tst_TVRManager::appName_data()
+{
+    QTest::addColumn<QString>("setName");
+    QTest::addColumn<QString>("applicationName");
+    QTest::addColumn<QString>("displayName");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("set name wins") << u"Mine"_s << u"bundle"_s << u"Display"_s << u"Mine"_s;
+    QTest::newRow("empty set name is kept") << u""_s << u"bundle"_s << u"Display"_s << u""_s;
+    QTest::newRow("display name") << QString() << u"bundle"_s << u"Display"_s << u"Display"_s;
+    QTest::newRow("application name") << QString() << u"bundle"_s << QString() << u"bundle"_s;
+    QTest::newRow("application name, empty display name") << QString() << u"bundle"_s << u""_s << u"bundle"_s;
+}
+
+void tst_TVRManager::appName()
+{
+    QFETCH(QString, setName);
+    QFETCH(QString, applicationName);
+    QFETCH(QString, displayName);
+    QFETCH(QString, expected);
+
+    QCoreApplication::setApplicationName(applicationName);
+    QGuiApplication::setApplicationDisplayName(displayName);
+    // A name set earlier must not linger: null brings the fallback back.
+    TVRManager::setAppName(u"earlier"_s);
+    TVRManager::setAppName(setName);
+
+    QCOMPARE(TVRManager::appName(), expected);
+    QCOMPARE(TVRManager::appName().isNull(), expected.isNull());
+
+    // Read afresh at each call.
+    if (setName.isNull()) {
+        QCoreApplication::setApplicationName(u"renamed"_s);
+        QGuiApplication::setApplicationDisplayName(QString());
+        QCOMPARE(TVRManager::appName(), u"renamed"_s);
+    }
+}
+
+void tst_TVRManager::appNameWithoutApplication()
+{
+    QCOMPARE(KeychainProbe::runHelper({u"appname-without-application"_s}), QStringList{u"<null>"_s});
+}
+
+void tst_TVRManager::userIdentifierIsKeptInTheKeychain()
+{
+    TVRManager::setUserIdentifier(u"user-1"_s);
+    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-1"_s));
+    QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-1"_s));
+    QCOMPARE(kTVRUserIdentifier, u"tovrakit.userIdentifier"_s);
+
+    // Saved on every call, also when nothing changed: a lost item comes back.
+    QVERIFY(RQKeychain::deleteValueForKey(kTVRUserIdentifier));
+    TVRManager::setUserIdentifier(u"user-1"_s);
+    QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-1"_s));
+
+    // Once held, the identifier is not read from the keychain again.
+    QVERIFY(RQKeychain::deleteValueForKey(kTVRUserIdentifier));
+    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-1"_s));
+}
+
+void tst_TVRManager::userIdentifierIsAskedForUntilFound()
+{
+    TVRManager::logout();
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+
+    // Another launch saves one meanwhile; the next read finds it.
+    QVERIFY(RQKeychain::saveValue(u"saved elsewhere"_s, kTVRUserIdentifier));
+    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"saved elsewhere"_s));
+}
+
+void tst_TVRManager::userIdentifierComesBackInANewLaunch()
+{
+    QCOMPARE(KeychainProbe::runHelper({u"set-identifier"_s, u"u-42"_s}), QStringList{u"u-42"_s});
+    // The new launch reads it without setting it, then holds it even once the item is gone.
+    QCOMPARE(KeychainProbe::runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
+    QCOMPARE(KeychainProbe::runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
+}
+
+void tst_TVRManager::nullUserIdentifierRemovesTheItem()
+{
+    TVRManager::setUserIdentifier(u"user-2"_s);
+    TVRManager::setUserIdentifier(QVariant());
+    bool found = true;
+    KeychainProbe::readRaw(kTVRUserIdentifier, kTVRUserIdentifier, &found);
+    QVERIFY(!found);
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+}
+
+void tst_TVRManager::keychainFailureIsSilent()
+{
+    MemoryItemStore failing;
+    failing.addFailures = {TVRSecItem::errSecNotAvailable};
+    TVRSecureItemStore::setDefaultStore(&failing);
+    TVRManager::setUserIdentifier(u"user-3"_s);
+    TVRSecureItemStore::setDefaultStore(nullptr);
+
+    // The slot holds what the host gave, whatever the keychain did.
+    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-3"_s));
+    QVERIFY(failing.items.isEmpty());
+    QCOMPARE(failing.callCount(u"add"_s), 1);
+}
+
+void tst_TVRManager::logoutForgetsTheUserOnly()
+{
+    TVRManager::setAPIKey(u"key"_s, u"secret"_s);
+    TVRManager::setAppName(u"App"_s);
+    TVRManager::setScrollToBottomEnabled(true);
+    TVRManager::setAlertOnAgreeEnabled(true);
+    TVRManager::setUserIdentifier(u"user-4"_s);
+    TVRManager::setUserName(u"Ann"_s);
+    TVRManager::setUserImageUrl(QUrl(u"https://example.org/a.png"_s));
+
+    TVRManager::logout();
+
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+    QVERIFY(!RQKeychain::loadValueForKey(kTVRUserIdentifier).isValid());
+    QCOMPARE(KeychainProbe::secretServiceItems(kTVRUserIdentifier, kTVRUserIdentifier), 0);
+    QVERIFY(!TVRManager::userName().isValid());
+    QVERIFY(!TVRManager::userImageUrl().isValid());
+
+    QCOMPARE(TVRManager::apiKey(), u"key"_s);
+    QCOMPARE(TVRManager::apiSecret(), u"secret"_s);
+    QCOMPARE(TVRManager::appName(), u"App"_s);
+    QCOMPARE(TVRManager::scrollToBottomEnabled(), true);
+    QCOMPARE(TVRManager::alertOnAgreeEnabled(), true);
+}
+
+QTEST_MAIN(tst_TVRManager)
 #include "tst_tvrmanager.moc"

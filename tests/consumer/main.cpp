@@ -1,0 +1,17 @@
+#include <Tovra.h>
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <cstring>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    TVRManager::setAppName(QStringLiteral("Consumer"));
+    const bool linked = TVRManager::appName() == QStringLiteral("Consumer")
+        && TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethodPATCH) == QStringLiteral("PATCH")
+        && std::strstr(reinterpret_cast<const char *>(TovraVersionString), "PROJECT:Tovra-") != nullptr
+        && TovraVersionNumber >= 1.0;
+    std::printf("%s", reinterpret_cast<const char *>(TovraVersionString));
+    return linked ? 0 : 1;
+}
