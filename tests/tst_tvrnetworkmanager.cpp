@@ -42,6 +42,7 @@ private Q_SLOTS:
     void redirectElsewhereIsRefused_data();
     void redirectElsewhereIsRefused();
     void redirectWithinServiceIsFollowed();
+    void headAnswerHasNoBody();
     void unknownMethodIsNotSent();
     void sessionIsLazyAndReplaceable();
     void destroyedSessionStillAnswers();
@@ -400,6 +401,20 @@ void tst_TVRNetworkManager::redirectWithinServiceIsFollowed()
     QCOMPARE(outcome->json, QJsonValue(QJsonObject{{u"moved"_s, true}}));
     QCOMPARE(m_server.requests().constLast().path, u"/moved"_s);
     QCOMPARE(m_server.requests().constLast().header("Authorization"), QByteArray("Basic YTpi"));
+}
+
+void tst_TVRNetworkManager::headAnswerHasNoBody()
+{
+    // A HEAD answer states the length of the body a GET would get, and sends none.
+    TestReply head;
+    head.headers = {{"Content-Type", "application/json"}, {"Content-Length", "120"}};
+    m_server.reply(head);
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodHEAD,
+                                     QJsonObject{{u"a"_s, 1}});
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    QVERIFY(outcome->json.isUndefined());
+    QCOMPARE(m_server.requests().constLast().body, QByteArray(R"({"a":1})"));
 }
 
 void tst_TVRNetworkManager::unknownMethodIsNotSent()

@@ -185,13 +185,29 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
         : session()->sendCustomRequest(request, verb.toLatin1(), bodyFor(parameters));
 
     connect(reply, &QNetworkReply::finished, reply, [reply, pending] {
+        reply->deleteLater();
+        if (pending->completed)
+            return;
         const TVRHTTPResponse response(reply);
         if (isTransportFailure(reply))
             pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
         else
             pending->succeed(response, jsonFor(reply->readAll()));
-        reply->deleteLater();
     });
+    if (method == TVRHTTPMethodHEAD) {
+        // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which
+        // would then wait for the body that the answer's Content-Length announces and a
+        // HEAD answer never sends. The headers are the whole answer.
+        connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending] {
+            if (pending->completed
+                || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
+                || reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid()) {
+                return;
+            }
+            pending->succeed(TVRHTTPResponse(reply), QJsonValue(QJsonValue::Undefined));
+            reply->abort();
+        });
+    }
     // A reply destroyed unfinished, with its session, still owes the caller an answer.
     connect(reply, &QObject::destroyed, [pending, url] {
         if (!pending->completed) {

@@ -96,9 +96,13 @@ void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
         // Written by hand rather than through QHttpServerResponder, so that any status,
         // header or body, however wrong, can be scripted.
         QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Scripted\r\n";
-        head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
-        for (const auto &h : reply.headers)
+        bool hasLength = false;
+        for (const auto &h : reply.headers) {
             head += h.first + ": " + h.second + "\r\n";
+            hasLength |= h.first.compare("Content-Length", Qt::CaseInsensitive) == 0;
+        }
+        if (!hasLength)
+            head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
         socket->write(head + "\r\n" + reply.body);
     }
     ++m_repliesSent;

@@ -25,7 +25,8 @@ struct TestRequest
 };
 
 // What the server answers: a status line, headers and a body, after an optional delay;
-// or no answer at all, the connection dropped.
+// or no answer at all, the connection dropped. Content-Length follows the body unless
+// the headers give one.
 struct TestReply
 {
     int status = 200;
