@@ -4,10 +4,14 @@
 // Everything a host application needs from the kit.
 
 #include "RQKeychain.h"
+#include "TVRDocument.h"
+#include "TVRDocumentManager.h"
+#include "TVRDocumentManagerDelegate.h"
 #include "TVRError.h"
 #include "TVRHTTPResponse.h"
 #include "TVRManager.h"
 #include "TVRNetworkManager.h"
+#include "TVRSection.h"
 #include "TVRSecureItemStore.h"
 #include "TovraVersion.h"
 

@@ -1,3 +1,4 @@
+#include "HelperProcess.h"
 #include "KeychainProbe.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -157,20 +158,20 @@ void tst_RQKeychain::unarchivableValueKeepsTheOldItem()
 void tst_RQKeychain::anotherProcessReadsTheValue()
 {
     const QString key = u"tovrakit.shared"_s;
-    QCOMPARE(KeychainProbe::runHelper({u"save"_s, key, u"from another launch"_s}), QStringList{u"true"_s});
-    QCOMPARE(KeychainProbe::runHelper({u"load"_s, key}), QStringList{u"from another launch"_s});
+    QCOMPARE(runHelper({u"save"_s, key, u"from another launch"_s}), QStringList{u"true"_s});
+    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"from another launch"_s});
     QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"from another launch"_s));
-    QCOMPARE(KeychainProbe::runHelper({u"delete"_s, key}), QStringList{u"true"_s});
-    QCOMPARE(KeychainProbe::runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
+    QCOMPARE(runHelper({u"delete"_s, key}), QStringList{u"true"_s});
+    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
 }
 
 void tst_RQKeychain::unavailableKeychain()
 {
     // A launch whose session bus is gone: every call fails quietly instead of crashing.
     const QStringList noBus{u"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/tovra-bus"_s};
-    QCOMPARE(KeychainProbe::runHelper({u"save"_s, u"k"_s, u"v"_s}, noBus), QStringList{u"false"_s});
-    QCOMPARE(KeychainProbe::runHelper({u"load"_s, u"k"_s}, noBus), QStringList{u"<null>"_s});
-    QCOMPARE(KeychainProbe::runHelper({u"delete"_s, u"k"_s}, noBus), QStringList{u"false"_s});
+    QCOMPARE(runHelper({u"save"_s, u"k"_s, u"v"_s}, noBus), QStringList{u"false"_s});
+    QCOMPARE(runHelper({u"load"_s, u"k"_s}, noBus), QStringList{u"<null>"_s});
+    QCOMPARE(runHelper({u"delete"_s, u"k"_s}, noBus), QStringList{u"false"_s});
 }
 
 void tst_RQKeychain::keychainCallRunsNoKitCallback()

@@ -1,3 +1,4 @@
+#include "HelperProcess.h"
 #include "KeychainProbe.h"
 #include "MemoryItemStore.h"
 
@@ -162,7 +163,7 @@ void tst_TVRManager::appName()
 
 void tst_TVRManager::appNameWithoutApplication()
 {
-    QCOMPARE(KeychainProbe::runHelper({u"appname-without-application"_s}), QStringList{u"<null>"_s});
+    QCOMPARE(runHelper({u"appname-without-application"_s}), QStringList{u"<null>"_s});
 }
 
 void tst_TVRManager::userIdentifierIsKeptInTheKeychain()
@@ -195,10 +196,10 @@ void tst_TVRManager::userIdentifierIsAskedForUntilFound()
 
 void tst_TVRManager::userIdentifierComesBackInANewLaunch()
 {
-    QCOMPARE(KeychainProbe::runHelper({u"set-identifier"_s, u"u-42"_s}), QStringList{u"u-42"_s});
+    QCOMPARE(runHelper({u"set-identifier"_s, u"u-42"_s}), QStringList{u"u-42"_s});
     // The new launch reads it without setting it, then holds it even once the item is gone.
-    QCOMPARE(KeychainProbe::runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
-    QCOMPARE(KeychainProbe::runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
+    QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
+    QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
 }
 
 void tst_TVRManager::nullUserIdentifierRemovesTheItem()

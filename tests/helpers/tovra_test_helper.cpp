@@ -2,9 +2,15 @@
 //   tovra_test_helper save KEY VALUE | load KEY | delete KEY
 //   tovra_test_helper set-identifier VALUE | identifier
 //   tovra_test_helper appname-without-application
+//   tovra_test_helper fetch-terms PORT    fetch from the test server on PORT, then exit
+//   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 // Prints one line per result; "<null>" stands for a null value.
 
+#include "TestSession.h"
+
 #include <RQKeychain.h>
+#include <TVRDocumentManager.h>
+#include <TVRDocumentManagerDelegate.h>
 #include <TVRManager.h>
 
 #include <QCoreApplication>
@@ -22,6 +28,27 @@ QString show(bool value)
     return value ? QStringLiteral("true") : QStringLiteral("false");
 }
 
+QString show(const QString &text)
+{
+    return text.isNull() ? QStringLiteral("<null>") : text;
+}
+
+class QuitWhenFetched : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    QString outcome;
+    void managerDidFinishWithSuccess(TVRDocumentManager *, bool success) override
+    {
+        outcome = success ? QStringLiteral("fetched") : QStringLiteral("not fetched");
+        QCoreApplication::quit();
+    }
+    void managerFailedWithError(TVRDocumentManager *, const TVRError &error) override
+    {
+        outcome = QStringLiteral("failed: ") + error.message();
+        QCoreApplication::quit();
+    }
+};
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -37,6 +64,9 @@ int main(int argc, char *argv[])
     }
 
     QCoreApplication app(argc, argv);
+    // Every launch of this "host" shares one settings file, as launches of one app do.
+    QCoreApplication::setOrganizationName(QStringLiteral("Tovra Tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tovra-host"));
     const QStringList args = app.arguments().mid(2);
     if (command == QLatin1String("save") && args.size() == 2) {
         out << show(RQKeychain::saveValue(args[1], args[0])) << Qt::endl;
@@ -53,6 +83,27 @@ int main(int argc, char *argv[])
         out << show(TVRManager::userIdentifier()) << Qt::endl;
         RQKeychain::deleteValueForKey(kTVRUserIdentifier);
         out << show(TVRManager::userIdentifier()) << Qt::endl;
+    } else if (command == QLatin1String("fetch-terms") && args.size() == 1) {
+        TestSession session;
+        session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
+        TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+        manager->setSession(&session);
+        QuitWhenFetched delegate;
+        manager->setDelegate(&delegate);
+        manager->fetchTermsOfService();
+        app.exec();
+        out << delegate.outcome << Qt::endl;
+    } else if (command == QLatin1String("read-terms")) {
+        const std::shared_ptr<TVRDocument> terms = TVRDocumentManager::sharedInstance()->termsOfService();
+        if (!terms) {
+            out << "<null>" << Qt::endl;
+            return 0;
+        }
+        out << show(terms->identifier()) << Qt::endl
+            << show(terms->title()) << Qt::endl
+            << terms->date().toString(Qt::ISODateWithMs) << Qt::endl;
+        for (const auto &section : terms->sections())
+            out << show(section->title()) << " | " << show(section->body()) << Qt::endl;
     } else {
         QTextStream(stderr) << "unknown command" << Qt::endl;
         return 2;

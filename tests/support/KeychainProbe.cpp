@@ -6,7 +6,6 @@
 #include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QEventLoop>
-#include <QProcess>
 
 #include <qt6keychain/keychain.h>
 
@@ -52,17 +51,4 @@ int KeychainProbe::secretServiceItems(const QString &service, const QString &acc
     for (const QVariant &paths : reply.arguments())
         count += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
     return count;
-}
-
-QStringList KeychainProbe::runHelper(const QStringList &arguments, const QStringList &environment)
-{
-    QProcess helper;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const QString &assignment : environment)
-        env.insert(assignment.section(QLatin1Char('='), 0, 0), assignment.section(QLatin1Char('='), 1));
-    helper.setProcessEnvironment(env);
-    helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
-    if (!helper.waitForFinished(60000) || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0)
-        return {QStringLiteral("helper failed: ") + QString::fromLocal8Bit(helper.readAllStandardError())};
-    return QString::fromUtf8(helper.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }

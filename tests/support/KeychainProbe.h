@@ -3,7 +3,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 /*
     Looks at the keychain without the kit: straight through QtKeychain, and through the
@@ -17,9 +16,6 @@ bool writeRaw(const QString &service, const QString &account, const QByteArray &
 QByteArray readRaw(const QString &service, const QString &account, bool *found);
 // How many Secret Service items carry the QtKeychain attributes of (service, account).
 int secretServiceItems(const QString &service, const QString &account);
-
-// Runs the test helper program with \a arguments and returns its output lines.
-QStringList runHelper(const QStringList &arguments, const QStringList &environment = {});
 
 } // namespace KeychainProbe
 

@@ -1,0 +1,22 @@
+#include "TVRJSONText_p.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+QString TVRJSONText::read(const QJsonObject &object, const QString &key)
+{
+    const QJsonValue value = object.value(key);
+    switch (value.type()) {
+    case QJsonValue::Undefined:
+        return {};
+    case QJsonValue::Null:
+        return QString(QLatin1String(""));
+    case QJsonValue::String:
+        return value.toString();
+    default:
+        break;
+    }
+    // Qt writes only arrays and objects, so write the value inside an array and unwrap it.
+    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
+}

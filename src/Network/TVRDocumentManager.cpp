@@ -1,0 +1,154 @@
+#include "TVRDocumentManager.h"
+
+#include "TVRDocumentManagerDelegate.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPointer>
+#include <QSettings>
+
+const QString kTVRTermsOfServiceURLPath = QStringLiteral("/api/terms-of-service");
+const QString kTVRPrivacyPolicyURLPath = QStringLiteral("/api/privacy-policy");
+const QString kTVRTermsOfServiceDataPath = QStringLiteral("kTVRTermsOfServiceDataPath");
+const QString kTVRPrivacyPolicyDataPath = QStringLiteral("kTVRPrivacyPolicyDataPath");
+
+namespace {
+
+// One of the two documents: where it is fetched, where its copy is kept, what is held.
+struct DocumentSlot
+{
+    const QString &path;
+    const QString &cacheKey;
+    std::shared_ptr<TVRDocument> held;
+};
+
+void writeCache(const QString &key, const QJsonValue &reply)
+{
+    const QJsonDocument document = reply.isArray() ? QJsonDocument(reply.toArray())
+                                                   : QJsonDocument(reply.toObject());
+    QSettings().setValue(key, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+}
+
+// The cached reply; undefined when there is none, or when it is no longer JSON text.
+QJsonValue readCache(const QString &key)
+{
+    const QVariant entry = QSettings().value(key);
+    if (!entry.isValid())
+        return QJsonValue(QJsonValue::Undefined);
+    const QJsonDocument document = QJsonDocument::fromJson(entry.toString().toUtf8());
+    if (document.isArray())
+        return document.array();
+    if (document.isObject())
+        return document.object();
+    return QJsonValue(QJsonValue::Undefined);
+}
+
+} // namespace
+
+enum class Kind { TermsOfService, PrivacyPolicy };
+
+class TVRDocumentManagerPrivate
+{
+public:
+    QPointer<QObject> delegateObject;
+    TVRDocumentManagerDelegate *delegate = nullptr;
+    DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr};
+    DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr};
+
+    DocumentSlot &slot(Kind kind) { return kind == Kind::TermsOfService ? termsOfService : privacyPolicy; }
+    TVRDocumentManagerDelegate *liveDelegate() const { return delegateObject ? delegate : nullptr; }
+
+    static void fetch(TVRDocumentManager *manager, Kind kind);
+    std::shared_ptr<TVRDocument> document(Kind kind);
+};
+
+void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
+{
+    const QString cacheKey = manager->d->slot(kind).cacheKey;
+    const QPointer<TVRDocumentManager> guard(manager);
+    manager->requestForPath(
+        manager->d->slot(kind).path, QString(), TVRHTTPMethodGET, QJsonValue(QJsonValue::Undefined),
+        [guard, kind, cacheKey](const TVRHTTPResponse &, const QJsonValue &reply) {
+            // The copy is kept even if the manager went away meanwhile.
+            if (!reply.isUndefined())
+                writeCache(cacheKey, reply);
+            if (!guard)
+                return;
+            guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
+            if (TVRDocumentManagerDelegate *delegate = guard->d->liveDelegate())
+                delegate->managerDidFinishWithSuccess(guard, true);
+        },
+        [guard](const TVRHTTPResponse &, const TVRError &error) {
+            if (!guard)
+                return;
+            if (TVRDocumentManagerDelegate *delegate = guard->d->liveDelegate())
+                delegate->managerFailedWithError(guard, error);
+        });
+}
+
+std::shared_ptr<TVRDocument> TVRDocumentManagerPrivate::document(Kind kind)
+{
+    DocumentSlot &documentSlot = slot(kind);
+    if (!documentSlot.held) {
+        const QJsonValue cached = readCache(documentSlot.cacheKey);
+        if (!cached.isUndefined())
+            documentSlot.held = std::make_shared<TVRDocument>(cached);
+    }
+    return documentSlot.held;
+}
+
+TVRDocumentManager *TVRDocumentManager::sharedInstance()
+{
+    static TVRDocumentManager *const instance = new TVRDocumentManager;
+    return instance;
+}
+
+TVRDocumentManager::TVRDocumentManager(QObject *parent)
+    : TVRNetworkManager(parent)
+    , d(std::make_unique<TVRDocumentManagerPrivate>())
+{
+}
+
+TVRDocumentManager::~TVRDocumentManager() = default;
+
+TVRDocumentManagerDelegate *TVRDocumentManager::delegate() const
+{
+    return d->liveDelegate();
+}
+
+void TVRDocumentManager::setDelegate(TVRDocumentManagerDelegate *delegate)
+{
+    d->delegateObject = dynamic_cast<QObject *>(delegate);
+    d->delegate = d->delegateObject ? delegate : nullptr;
+}
+
+void TVRDocumentManager::fetchTermsOfService()
+{
+    TVRDocumentManagerPrivate::fetch(this, Kind::TermsOfService);
+}
+
+void TVRDocumentManager::fetchPrivacyPolicy()
+{
+    TVRDocumentManagerPrivate::fetch(this, Kind::PrivacyPolicy);
+}
+
+std::shared_ptr<TVRDocument> TVRDocumentManager::termsOfService()
+{
+    return d->document(Kind::TermsOfService);
+}
+
+void TVRDocumentManager::setTermsOfService(std::shared_ptr<TVRDocument> document)
+{
+    d->termsOfService.held = std::move(document);
+}
+
+std::shared_ptr<TVRDocument> TVRDocumentManager::privacyPolicy()
+{
+    return d->document(Kind::PrivacyPolicy);
+}
+
+void TVRDocumentManager::setPrivacyPolicy(std::shared_ptr<TVRDocument> document)
+{
+    d->privacyPolicy.held = std::move(document);
+}

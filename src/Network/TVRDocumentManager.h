@@ -1,0 +1,65 @@
+#ifndef TVRDOCUMENTMANAGER_H
+#define TVRDOCUMENTMANAGER_H
+
+#include "tovra_export.h"
+#include "TVRDocument.h"
+#include "TVRNetworkManager.h"
+
+#include <memory>
+
+class TVRDocumentManagerDelegate;
+class TVRDocumentManagerPrivate;
+
+//! Request path of the Terms of Service: "/api/terms-of-service".
+TOVRA_EXPORT extern const QString kTVRTermsOfServiceURLPath;
+//! Request path of the Privacy Policy: "/api/privacy-policy".
+TOVRA_EXPORT extern const QString kTVRPrivacyPolicyURLPath;
+//! Settings key of the cached Terms of Service: "kTVRTermsOfServiceDataPath".
+TOVRA_EXPORT extern const QString kTVRTermsOfServiceDataPath;
+//! Settings key of the cached Privacy Policy: "kTVRPrivacyPolicyDataPath".
+TOVRA_EXPORT extern const QString kTVRPrivacyPolicyDataPath;
+
+/*!
+    \brief Fetches the Terms of Service and the Privacy Policy and keeps the last of each.
+
+    Each reply that arrives, whatever its HTTP status, becomes the document held and, unless
+    it was empty or not JSON, is written as compact JSON text to the host's default
+    QSettings under kTVRTermsOfServiceDataPath or kTVRPrivacyPolicyDataPath. While no
+    document is held, termsOfService() and privacyPolicy() read that copy, so a copy
+    fetched in an earlier run is there at once. The kit never removes the copies.
+
+    The delegate hears of every reply and transport failure, for both documents. Call the
+    manager from the thread of its session; the delegate is called on that thread too.
+*/
+class TOVRA_EXPORT TVRDocumentManager : public TVRNetworkManager
+{
+    Q_OBJECT
+
+public:
+    //! The one manager the kit's screens use, made on the first call, kept until exit.
+    static TVRDocumentManager *sharedInstance();
+
+    explicit TVRDocumentManager(QObject *parent = nullptr);
+    ~TVRDocumentManager() override;
+
+    TVRDocumentManagerDelegate *delegate() const;
+    //! Held weakly: \a delegate must also be a QObject; any other is not kept.
+    void setDelegate(TVRDocumentManagerDelegate *delegate);
+
+    //! Starts a fetch and returns at once; the delegate hears how it ended.
+    void fetchTermsOfService();
+    void fetchPrivacyPolicy();
+
+    //! The document held, else the one made from the cached copy; null if neither exists.
+    std::shared_ptr<TVRDocument> termsOfService();
+    void setTermsOfService(std::shared_ptr<TVRDocument> document);
+
+    std::shared_ptr<TVRDocument> privacyPolicy();
+    void setPrivacyPolicy(std::shared_ptr<TVRDocument> document);
+
+private:
+    friend class TVRDocumentManagerPrivate;
+    std::unique_ptr<TVRDocumentManagerPrivate> const d;
+};
+
+#endif

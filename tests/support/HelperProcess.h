@@ -1,0 +1,23 @@
+#ifndef HELPERPROCESS_H
+#define HELPERPROCESS_H
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QStringList>
+
+// Runs the helper program, a second launch of a host (helpers/tovra_test_helper.cpp), with
+// \a arguments and extra NAME=value \a environment, and returns its output lines.
+inline QStringList runHelper(const QStringList &arguments, const QStringList &environment = {})
+{
+    QProcess helper;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const QString &assignment : environment)
+        env.insert(assignment.section(QLatin1Char('='), 0, 0), assignment.section(QLatin1Char('='), 1));
+    helper.setProcessEnvironment(env);
+    helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
+    if (!helper.waitForFinished(60000) || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0)
+        return {QStringLiteral("helper failed: ") + QString::fromLocal8Bit(helper.readAllStandardError())};
+    return QString::fromUtf8(helper.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+#endif

@@ -1,0 +1,262 @@
+#include <TVRDocument.h>
+#include <TVRManager.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_TVRDocument : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void texts_data();
+    void texts();
+    void body_data();
+    void body();
+    void bodyReadsTheNameAtEachRead();
+    void date_data();
+    void date();
+    void missingDateIsNow();
+    void sections_data();
+    void sections();
+    void sectionsAreMadeOnce();
+    void settersLeaveTheJsonInCharge();
+    void notAnObject_data();
+    void notAnObject();
+};
+
+void tst_TVRDocument::texts_data()
+{
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QString();
+    QTest::newRow("JSON null") << QJsonValue(QJsonValue::Null) << u""_s;
+    QTest::newRow("text") << QJsonValue(u"Terms of Service"_s) << u"Terms of Service"_s;
+    QTest::newRow("empty text") << QJsonValue(u""_s) << u""_s;
+    QTest::newRow("whole number") << QJsonValue(42) << u"42"_s;
+    QTest::newRow("fraction") << QJsonValue(1.5) << u"1.5"_s;
+    QTest::newRow("boolean") << QJsonValue(false) << u"false"_s;
+    QTest::newRow("object") << QJsonValue(QJsonObject{{u"en"_s, u"Terms"_s}}) << uR"({"en":"Terms"})"_s;
+    QTest::newRow("array") << QJsonValue(QJsonArray{1, u"x"_s}) << uR"([1,"x"])"_s;
+}
+
+void tst_TVRDocument::texts()
+{
+    QFETCH(QJsonValue, value);
+    QFETCH(QString, text);
+
+    QJsonObject json;
+    if (!value.isUndefined()) {
+        json.insert(u"_id"_s, value);
+        json.insert(u"title"_s, value);
+    }
+    const TVRDocument document(json);
+    const TVRSection section(json);
+    for (const QString &read : {document.identifier(), document.title(), section.title()}) {
+        QCOMPARE(read, text);
+        QCOMPARE(read.isNull(), text.isNull());
+    }
+}
+
+void tst_TVRDocument::body_data()
+{
+    QTest::addColumn<QJsonValue>("body");
+    QTest::addColumn<QString>("appName");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("one mark") << QJsonValue(u"Welcome to #####."_s) << u"Acme"_s << u"Welcome to Acme."_s;
+    QTest::newRow("two marks") << QJsonValue(u"##### and #####"_s) << u"Acme"_s << u"Acme and Acme"_s;
+    QTest::newRow("six signs") << QJsonValue(u"######"_s) << u"Acme"_s << u"Acme#"_s;
+    QTest::newRow("ten signs") << QJsonValue(u"##########"_s) << u"Acme"_s << u"AcmeAcme"_s;
+    QTest::newRow("four signs") << QJsonValue(u"####"_s) << u"Acme"_s << u"####"_s;
+    QTest::newRow("name holds the mark") << QJsonValue(u"#####"_s) << u"#####!"_s << u"#####!"_s;
+    QTest::newRow("empty name") << QJsonValue(u"Use #####."_s) << u""_s << u"Use ."_s;
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << u"Acme"_s << QString();
+    QTest::newRow("JSON null") << QJsonValue(QJsonValue::Null) << u"Acme"_s << u""_s;
+    QTest::newRow("number") << QJsonValue(5) << u"Acme"_s << u"5"_s;
+}
+
+void tst_TVRDocument::body()
+{
+    QFETCH(QJsonValue, body);
+    QFETCH(QString, appName);
+    QFETCH(QString, text);
+
+    TVRManager::setAppName(appName);
+    QJsonObject json;
+    if (!body.isUndefined())
+        json.insert(u"body"_s, body);
+    const TVRSection section(json);
+    QCOMPARE(section.body(), text);
+    QCOMPARE(section.body().isNull(), text.isNull());
+}
+
+void tst_TVRDocument::bodyReadsTheNameAtEachRead()
+{
+    const TVRSection section(QJsonObject{{u"body"_s, u"##### rules"_s}});
+    TVRManager::setAppName(u"First"_s);
+    QCOMPARE(section.body(), u"First rules"_s);
+    TVRManager::setAppName(u"Second"_s);
+    QCOMPARE(section.body(), u"Second rules"_s);
+}
+
+void tst_TVRDocument::date_data()
+{
+    QTest::addColumn<QJsonValue>("updatedAt");
+    QTest::addColumn<QDateTime>("date");
+
+    const QDate day(2016, 3, 1);
+    QTest::newRow("UTC") << QJsonValue(u"2016-03-01T12:30:00.000+0000"_s)
+                         << QDateTime(day, QTime(12, 30), Qt::OffsetFromUTC, 0);
+    QTest::newRow("west of UTC") << QJsonValue(u"2016-03-01T12:30:00.250-0800"_s)
+                                 << QDateTime(day, QTime(12, 30, 0, 250), Qt::OffsetFromUTC, -8 * 3600);
+    QTest::newRow("half hour east") << QJsonValue(u"2016-03-01T23:59:59.999+0530"_s)
+                                    << QDateTime(day, QTime(23, 59, 59, 999), Qt::OffsetFromUTC, 5 * 3600 + 1800);
+    QTest::newRow("leap day") << QJsonValue(u"2016-02-29T00:00:00.000+0000"_s)
+                              << QDateTime(QDate(2016, 2, 29), QTime(0, 0), Qt::OffsetFromUTC, 0);
+
+    const QDateTime none;
+    QTest::newRow("date only") << QJsonValue(u"2016-03-01"_s) << none;
+    QTest::newRow("no fraction") << QJsonValue(u"2016-03-01T12:30:00+0000"_s) << none;
+    QTest::newRow("letter Z") << QJsonValue(u"2016-03-01T12:30:00.000Z"_s) << none;
+    QTest::newRow("offset with colon") << QJsonValue(u"2016-03-01T12:30:00.000+00:00"_s) << none;
+    QTest::newRow("no such day") << QJsonValue(u"2015-02-29T12:30:00.000+0000"_s) << none;
+    QTest::newRow("hour 24") << QJsonValue(u"2016-03-01T24:00:00.000+0000"_s) << none;
+    QTest::newRow("offset minutes 60") << QJsonValue(u"2016-03-01T12:30:00.000+0060"_s) << none;
+    QTest::newRow("offset past 14 hours") << QJsonValue(u"2016-03-01T12:30:00.000+1500"_s) << none;
+    QTest::newRow("space before") << QJsonValue(u" 2016-03-01T12:30:00.000+0000"_s) << none;
+    QTest::newRow("other digits") << QJsonValue(u"٢٠١٦-03-01T12:30:00.000+0000"_s) << none;
+    QTest::newRow("empty") << QJsonValue(u""_s) << none;
+    QTest::newRow("JSON null") << QJsonValue(QJsonValue::Null) << none;
+    QTest::newRow("number") << QJsonValue(1456835400) << none;
+}
+
+void tst_TVRDocument::date()
+{
+    QFETCH(QJsonValue, updatedAt);
+    QFETCH(QDateTime, date);
+
+    const TVRDocument document(QJsonObject{{u"updatedAt"_s, updatedAt}});
+    const QDateTime read = document.date();
+    QCOMPARE(read.isValid(), date.isValid());
+    if (date.isValid()) {
+        QCOMPARE(read, date);
+        QCOMPARE(read.offsetFromUtc(), date.offsetFromUtc());
+    }
+}
+
+void tst_TVRDocument::missingDateIsNow()
+{
+    const TVRDocument document(QJsonObject{{u"title"_s, u"Terms"_s}});
+    const QDateTime before = QDateTime::currentDateTime();
+    const QDateTime read = document.date();
+    const QDateTime after = QDateTime::currentDateTime();
+    QVERIFY(read >= before && read <= after);
+}
+
+void tst_TVRDocument::sections_data()
+{
+    QTest::addColumn<QJsonValue>("sections");
+    QTest::addColumn<QStringList>("titles");
+
+    auto section = [](const QString &title) { return QJsonObject{{u"title"_s, title}, {u"body"_s, u"b"_s}}; };
+    QTest::newRow("three in order") << QJsonValue(QJsonArray{section(u"1"_s), section(u"2"_s), section(u"3"_s)})
+                                    << QStringList{u"1"_s, u"2"_s, u"3"_s};
+    QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QStringList();
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringList();
+    QTest::newRow("JSON null") << QJsonValue(QJsonValue::Null) << QStringList();
+    QTest::newRow("an object") << QJsonValue(section(u"1"_s)) << QStringList();
+    QTest::newRow("a text") << QJsonValue(u"sections"_s) << QStringList();
+    // Elements of any kind become sections; only objects have keys to read.
+    QTest::newRow("mixed elements")
+        << QJsonValue(QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
+        << QStringList{u"1"_s, QString(), QString(), QString(), QString(), u"6"_s};
+}
+
+void tst_TVRDocument::sections()
+{
+    QFETCH(QJsonValue, sections);
+    QFETCH(QStringList, titles);
+
+    QJsonObject json;
+    if (!sections.isUndefined())
+        json.insert(u"sections"_s, sections);
+    TVRDocument document(json);
+    QStringList read;
+    for (const auto &section : document.sections())
+        read << section->title();
+    QCOMPARE(read, titles);
+    for (int i = 0; i < titles.size(); ++i)
+        QCOMPARE(read[i].isNull(), titles[i].isNull());
+}
+
+void tst_TVRDocument::sectionsAreMadeOnce()
+{
+    TVRDocument document(QJsonObject{{u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"a"_s}}}}});
+    const TVRSectionList first = document.sections();
+    QCOMPARE(document.sections().constFirst().get(), first.constFirst().get());
+
+    const TVRSectionList given{std::make_shared<TVRSection>(QJsonObject{{u"title"_s, u"given"_s}})};
+    document.setSections(given);
+    QCOMPARE(document.sections().size(), 1);
+    QCOMPARE(document.sections().constFirst()->title(), u"given"_s);
+
+    document.setSections(TVRSectionList());
+    QVERIFY(document.sections().isEmpty());
+
+    document.setSections(std::nullopt);
+    const TVRSectionList remade = document.sections();
+    QCOMPARE(remade.size(), 1);
+    QCOMPARE(remade.constFirst()->title(), u"a"_s);
+    QVERIFY(remade.constFirst().get() != first.constFirst().get());
+}
+
+void tst_TVRDocument::settersLeaveTheJsonInCharge()
+{
+    const QJsonObject json{{u"_id"_s, u"doc-1"_s},
+                           {u"title"_s, u"Terms"_s},
+                           {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}};
+    TVRDocument document(json);
+    document.setIdentifier(u"other"_s);
+    document.setTitle(u"Other"_s);
+    document.setDate(QDateTime(QDate(2000, 1, 1), QTime(0, 0)));
+    QCOMPARE(document.identifier(), u"doc-1"_s);
+    QCOMPARE(document.title(), u"Terms"_s);
+    QCOMPARE(document.date(), QDateTime(QDate(2016, 3, 1), QTime(12, 30), Qt::OffsetFromUTC, 0));
+
+    TVRSection section(QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"Text"_s}});
+    section.setTitle(u"Other"_s);
+    section.setBody(u"Other"_s);
+    QCOMPARE(section.title(), u"Scope"_s);
+    QCOMPARE(section.body(), u"Text"_s);
+}
+
+void tst_TVRDocument::notAnObject_data()
+{
+    QTest::addColumn<QJsonValue>("json");
+    QTest::newRow("none") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("JSON null") << QJsonValue(QJsonValue::Null);
+    QTest::newRow("array") << QJsonValue(QJsonArray{QJsonObject{{u"title"_s, u"x"_s}}});
+    QTest::newRow("text") << QJsonValue(u"title"_s);
+}
+
+void tst_TVRDocument::notAnObject()
+{
+    QFETCH(QJsonValue, json);
+
+    TVRDocument document(json);
+    QVERIFY(document.identifier().isNull());
+    QVERIFY(document.title().isNull());
+    QVERIFY(document.sections().isEmpty());
+    QVERIFY(qAbs(document.date().secsTo(QDateTime::currentDateTime())) < 60);
+    const TVRSection section(json);
+    QVERIFY(section.title().isNull());
+    QVERIFY(section.body().isNull());
+}
+
+QTEST_GUILESS_MAIN(tst_TVRDocument)
+#include "tst_tvrdocument.moc"
