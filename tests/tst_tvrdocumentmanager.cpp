@@ -1,4 +1,461 @@
+#include "HelperProcess.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <TVRDocumentManager.h>
+#include <TVRDocumentManagerDelegate.h>
+#include <TVRManager.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <QTcpServer>
 #include <QtTest>
-class X : public QObject { Q_OBJECT };
-QTEST_MAIN(X)
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Records every delegate call, in order.
+class RecordingDelegate : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    QStringList calls;
+    QList<TVRError> errors;
+    QStringList titlesHeld; // at each "finished": the titles of both documents held then
+
+    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override
+    {
+        calls << (success ? u"finished"_s : u"finished without success"_s);
+        const auto terms = manager->termsOfService();
+        const auto privacy = manager->privacyPolicy();
+        titlesHeld << (terms ? terms->title() : u"-"_s) + u" + "_s + (privacy ? privacy->title() : u"-"_s);
+    }
+    void managerFailedWithError(TVRDocumentManager *, const TVRError &error) override
+    {
+        calls << u"failed"_s;
+        errors << error;
+    }
+};
+
+// A delegate that is not a QObject: the manager cannot watch it, so it does not keep it.
+class PlainDelegate : public TVRDocumentManagerDelegate
+{
+};
+
+QByteArray compact(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QJsonObject sampleDocument(const QString &title)
+{
+    return QJsonObject{
+        {u"_id"_s, u"doc-"_s + title},
+        {u"title"_s, title},
+        {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
+        {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"##### applies."_s}}}},
+    };
+}
+
+QVariant cached(const QString &key)
+{
+    return QSettings().value(key);
+}
+
+} // namespace
+
+class tst_TVRDocumentManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void constants_data();
+    void constants();
+    void sharedInstance();
+    void fetchHoldsAndCaches_data();
+    void fetchHoldsAndCaches();
+    void cacheAnswersWhileNothingIsHeld();
+    void cacheKeepsEveryJsonType();
+    void errorStatusIsTakenAsDocument();
+    void emptyReplyKeepsTheCache_data();
+    void emptyReplyKeepsTheCache();
+    void transportFailureChangesNothing();
+    void noCacheAndNoNetwork();
+    void wrongTypesNeverCrash_data();
+    void wrongTypesNeverCrash();
+    void delegateIsHeldWeakly();
+    void lastDelegateHearsBothDocuments();
+    void managerGoneStillCaches();
+    void documentSurvivesARestart();
+
+private:
+    bool fetchTerms(RecordingDelegate &delegate, int calls = 1);
+
+    TestHttpsServer m_server;
+    TestSession m_session;
+    QString m_host;
+    std::unique_ptr<TVRDocumentManager> m_manager;
+};
+
+void tst_TVRDocumentManager::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
+             "run this test through tests/run-isolated.sh");
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tst_tvrdocumentmanager"_s);
+    QVERIFY(m_server.start());
+    m_host = TVRNetworkManager::baseURLComponents().host();
+    m_session.route(m_host, m_server.port());
+    TVRManager::setAPIKey(u"a"_s, u"b"_s);
+}
+
+void tst_TVRDocumentManager::init()
+{
+    QSettings().clear();
+    m_server.reply(TestReply::json(200, compact(sampleDocument(u"Terms"_s))));
+    m_manager = std::make_unique<TVRDocumentManager>();
+    m_manager->setSession(&m_session);
+}
+
+void tst_TVRDocumentManager::cleanup()
+{
+    m_manager.reset();
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+}
+
+bool tst_TVRDocumentManager::fetchTerms(RecordingDelegate &delegate, int calls)
+{
+    m_manager->setDelegate(&delegate);
+    m_manager->fetchTermsOfService();
+    return QTest::qWaitFor([&] { return delegate.calls.size() >= calls && m_session.liveReplies() == 0; });
+}
+
+void tst_TVRDocumentManager::constants_data()
+{
+    QTest::addColumn<QString>("constant");
+    QTest::addColumn<QString>("value");
+
+    QTest::newRow("kTVRTermsOfServiceURLPath") << kTVRTermsOfServiceURLPath << u"/api/terms-of-service"_s;
+    QTest::newRow("kTVRPrivacyPolicyURLPath") << kTVRPrivacyPolicyURLPath << u"/api/privacy-policy"_s;
+    QTest::newRow("kTVRTermsOfServiceDataPath") << kTVRTermsOfServiceDataPath << u"kTVRTermsOfServiceDataPath"_s;
+    QTest::newRow("kTVRPrivacyPolicyDataPath") << kTVRPrivacyPolicyDataPath << u"kTVRPrivacyPolicyDataPath"_s;
+}
+
+void tst_TVRDocumentManager::constants()
+{
+    QFETCH(QString, constant);
+    QFETCH(QString, value);
+    QCOMPARE(constant, value);
+}
+
+void tst_TVRDocumentManager::sharedInstance()
+{
+    TVRDocumentManager *const shared = TVRDocumentManager::sharedInstance();
+    QVERIFY(shared);
+    QCOMPARE(TVRDocumentManager::sharedInstance(), shared);
+}
+
+void tst_TVRDocumentManager::fetchHoldsAndCaches_data()
+{
+    QTest::addColumn<bool>("terms");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("otherKey");
+
+    QTest::newRow("Terms of Service") << true << u"/api/terms-of-service"_s
+                                      << u"kTVRTermsOfServiceDataPath"_s << u"kTVRPrivacyPolicyDataPath"_s;
+    QTest::newRow("Privacy Policy") << false << u"/api/privacy-policy"_s
+                                    << u"kTVRPrivacyPolicyDataPath"_s << u"kTVRTermsOfServiceDataPath"_s;
+}
+
+void tst_TVRDocumentManager::fetchHoldsAndCaches()
+{
+    QFETCH(bool, terms);
+    QFETCH(QString, path);
+    QFETCH(QString, key);
+    QFETCH(QString, otherKey);
+
+    const QJsonObject reply = sampleDocument(u"Fresh"_s);
+    m_server.reply(TestReply::json(200, compact(reply)));
+    RecordingDelegate delegate;
+    m_manager->setDelegate(&delegate);
+    terms ? m_manager->fetchTermsOfService() : m_manager->fetchPrivacyPolicy();
+    QTRY_COMPARE(delegate.calls, QStringList{u"finished"_s});
+
+    const TestRequest &sent = m_server.requests().constLast();
+    QCOMPARE(sent.method, QByteArray("GET"));
+    QCOMPARE(sent.path, path);
+    QVERIFY(sent.query.isEmpty());
+    QVERIFY(sent.body.isEmpty());
+    QCOMPARE(sent.header("Authorization"), QByteArray("Basic YTpi"));
+
+    QCOMPARE(cached(key), QVariant(QString::fromUtf8(compact(reply))));
+    QVERIFY(!cached(otherKey).isValid());
+    const auto held = terms ? m_manager->termsOfService() : m_manager->privacyPolicy();
+    QVERIFY(held);
+    QCOMPARE(held->title(), u"Fresh"_s);
+    QVERIFY(!(terms ? m_manager->privacyPolicy() : m_manager->termsOfService()));
+}
+
+void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
+{
+    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(compact(sampleDocument(u"Cached"_s))));
+    const auto first = m_manager->termsOfService();
+    QVERIFY(first);
+    QCOMPARE(first->title(), u"Cached"_s);
+    // Held from then on: the same document, even once the copy is gone.
+    QSettings().remove(kTVRTermsOfServiceDataPath);
+    QCOMPARE(m_manager->termsOfService(), first);
+
+    // Setting a document holds it and leaves the copy alone.
+    auto given = std::make_shared<TVRDocument>(sampleDocument(u"Given"_s));
+    m_manager->setTermsOfService(given);
+    QCOMPARE(m_manager->termsOfService(), given);
+    QVERIFY(!cached(kTVRTermsOfServiceDataPath).isValid());
+    m_manager->setTermsOfService(nullptr);
+    QVERIFY(!m_manager->termsOfService());
+}
+
+void tst_TVRDocumentManager::cacheKeepsEveryJsonType()
+{
+    QJsonObject reply = sampleDocument(u"Typed"_s);
+    reply.insert(u"title"_s, QJsonValue::Null);
+    reply.insert(u"version"_s, 3.25);
+    reply.insert(u"published"_s, true);
+    reply.insert(u"extra"_s, QJsonObject{{u"list"_s, QJsonArray{QJsonValue::Null, false, u""_s, QJsonObject()}}});
+    reply.remove(u"_id"_s);
+    m_server.reply(TestReply::json(200, compact(reply)));
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+
+    const QJsonDocument stored = QJsonDocument::fromJson(cached(kTVRTermsOfServiceDataPath).toString().toUtf8());
+    QCOMPARE(stored.object(), reply);
+
+    // A manager with nothing held reads the copy as the same document.
+    TVRDocumentManager later;
+    const auto document = later.termsOfService();
+    QVERIFY(document);
+    QVERIFY(document->identifier().isNull());
+    QVERIFY(document->title().isEmpty() && !document->title().isNull());
+    QCOMPARE(document->sections().size(), 1);
+}
+
+void tst_TVRDocumentManager::errorStatusIsTakenAsDocument()
+{
+    const QJsonObject error{{u"error"_s, u"Unauthorized"_s}};
+    m_server.reply(TestReply::json(401, compact(error)));
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QVariant(QString::fromUtf8(compact(error))));
+    QVERIFY(m_manager->termsOfService()->title().isNull());
+}
+
+void tst_TVRDocumentManager::emptyReplyKeepsTheCache_data()
+{
+    QTest::addColumn<QByteArray>("body");
+
+    QTest::newRow("empty body") << QByteArray();
+    QTest::newRow("JSON null") << QByteArray("null");
+    QTest::newRow("not JSON") << QByteArray("<html>Bad gateway</html>");
+    QTest::newRow("invalid UTF-8") << QByteArray("{\"title\":\"\xc3\x28\"}");
+    QTest::newRow("nested 10,000 deep") << QByteArray(10000, '[') + QByteArray(10000, ']');
+}
+
+void tst_TVRDocumentManager::emptyReplyKeepsTheCache()
+{
+    QFETCH(QByteArray, body);
+
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+    const QVariant before = cached(kTVRTermsOfServiceDataPath);
+    QVERIFY(before.isValid());
+
+    m_server.reply(TestReply::json(200, body));
+    QVERIFY(fetchTerms(delegate, 2));
+    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"finished"_s}));
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
+
+    // The held document is replaced all the same, by one without content.
+    const auto held = m_manager->termsOfService();
+    QVERIFY(held);
+    QVERIFY(held->title().isNull());
+    QVERIFY(held->sections().isEmpty());
+
+    // The next launch still finds the earlier copy.
+    QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Terms"_s);
+}
+
+void tst_TVRDocumentManager::transportFailureChangesNothing()
+{
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+    const auto held = m_manager->termsOfService();
+    const QVariant before = cached(kTVRTermsOfServiceDataPath);
+
+    m_server.reply(TestReply::dropped());
+    QVERIFY(fetchTerms(delegate, 2));
+    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
+    QCOMPARE(delegate.errors.constFirst().code(), int(QNetworkReply::RemoteHostClosedError));
+    QCOMPARE(m_manager->termsOfService(), held);
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
+}
+
+void tst_TVRDocumentManager::noCacheAndNoNetwork()
+{
+    TestSession offline;
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    offline.route(m_host, closed.serverPort());
+    closed.close();
+    m_manager->setSession(&offline);
+
+    RecordingDelegate delegate;
+    m_manager->setDelegate(&delegate);
+    m_manager->fetchTermsOfService();
+    m_manager->fetchPrivacyPolicy();
+    QTRY_COMPARE(delegate.calls, QStringList({u"failed"_s, u"failed"_s}));
+    QVERIFY(!m_manager->termsOfService());
+    QVERIFY(!m_manager->privacyPolicy());
+    QVERIFY(QSettings().allKeys().isEmpty());
+    QTRY_COMPARE(offline.liveReplies(), 0);
+}
+
+void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
+{
+    QTest::addColumn<QJsonObject>("reply");
+
+    QJsonObject numberTitle = sampleDocument(u"x"_s);
+    numberTitle.insert(u"title"_s, 42);
+    QJsonObject objectSections = sampleDocument(u"x"_s);
+    objectSections.insert(u"sections"_s, QJsonObject{{u"title"_s, u"Scope"_s}});
+    QJsonObject odd = sampleDocument(u"x"_s);
+    odd.insert(u"sections"_s, QJsonArray{u"text"_s, QJsonArray{1, 2}, QJsonValue::Null, 3,
+                                         QJsonObject{{u"title"_s, 7}, {u"body"_s, QJsonArray()}}});
+    QJsonObject numberDate = sampleDocument(u"x"_s);
+    numberDate.insert(u"updatedAt"_s, 1456835400);
+    QJsonObject nullDate = sampleDocument(u"x"_s);
+    nullDate.insert(u"updatedAt"_s, QJsonValue::Null);
+    QJsonObject large = sampleDocument(u"Large"_s);
+    QJsonArray many;
+    const QString paragraph(1000, u'w');
+    for (int i = 0; i < 5000; ++i)
+        many.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, paragraph}});
+    large.insert(u"sections"_s, many);
+
+    QTest::newRow("title a number") << numberTitle;
+    QTest::newRow("sections an object") << objectSections;
+    QTest::newRow("section elements of every kind") << odd;
+    QTest::newRow("updatedAt a number") << numberDate;
+    QTest::newRow("updatedAt JSON null") << nullDate;
+    QTest::newRow("5 MB document") << large;
+}
+
+void tst_TVRDocumentManager::wrongTypesNeverCrash()
+{
+    QFETCH(QJsonObject, reply);
+
+    m_server.reply(TestReply::json(200, compact(reply)));
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+
+    // Kept exactly, and every property of the held and the cached document can be read.
+    QCOMPARE(QJsonDocument::fromJson(cached(kTVRTermsOfServiceDataPath).toString().toUtf8()).object(), reply);
+    TVRDocumentManager later;
+    for (const auto &document : {m_manager->termsOfService(), later.termsOfService()}) {
+        QVERIFY(document);
+        document->identifier();
+        document->title();
+        document->date();
+        for (const auto &section : document->sections()) {
+            section->title();
+            section->body();
+        }
+    }
+    QCOMPARE(later.termsOfService()->sections().size(), m_manager->termsOfService()->sections().size());
+}
+
+void tst_TVRDocumentManager::delegateIsHeldWeakly()
+{
+    auto *gone = new RecordingDelegate;
+    m_manager->setDelegate(gone);
+    QCOMPARE(m_manager->delegate(), gone);
+    QSignalSpy destroyed(gone, &QObject::destroyed);
+    delete gone;
+    QCOMPARE(destroyed.size(), 1);
+    QVERIFY(!m_manager->delegate());
+
+    // The fetch completes with nobody to tell, and the document is still kept.
+    m_manager->fetchTermsOfService();
+    QTRY_VERIFY(m_manager->termsOfService());
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+
+    PlainDelegate plain;
+    m_manager->setDelegate(&plain);
+    QVERIFY(!m_manager->delegate());
+}
+
+void tst_TVRDocumentManager::lastDelegateHearsBothDocuments()
+{
+    RecordingDelegate first;
+    RecordingDelegate last;
+    m_manager->setDelegate(&first);
+    m_manager->setDelegate(&last);
+
+    // The Privacy Policy answers first here; the calls follow the answers.
+    m_server.setHandler([](const TestRequest &request) {
+        TestReply reply = TestReply::json(200, compact(sampleDocument(request.path)));
+        reply.delayMs = request.path == u"/api/terms-of-service"_s ? 150 : 0;
+        return reply;
+    });
+    m_manager->fetchTermsOfService();
+    m_manager->fetchPrivacyPolicy();
+    QTRY_COMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s}));
+    QVERIFY(first.calls.isEmpty());
+    QCOMPARE(last.titlesHeld, QStringList({u"- + /api/privacy-policy"_s,
+                                           u"/api/terms-of-service + /api/privacy-policy"_s}));
+}
+
+void tst_TVRDocumentManager::managerGoneStillCaches()
+{
+    TestReply late = TestReply::json(200, compact(sampleDocument(u"Late"_s)));
+    late.delayMs = 100;
+    m_server.reply(late);
+    auto *manager = new TVRDocumentManager;
+    manager->setSession(&m_session);
+    manager->fetchTermsOfService();
+    const int requests = m_server.requests().size();
+    QTRY_COMPARE(m_server.requests().size(), requests + 1);
+    delete manager;
+
+    QTRY_VERIFY(cached(kTVRTermsOfServiceDataPath).isValid());
+    QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
+}
+
+void tst_TVRDocumentManager::documentSurvivesARestart()
+{
+    QJsonObject reply = sampleDocument(u"Terms of Service"_s);
+    reply.insert(u"updatedAt"_s, u"2016-03-01T12:30:00.000-0800"_s);
+    m_server.reply(TestReply::json(200, compact(reply)));
+
+    // One launch fetches and exits; the next, with no server at all, has the document.
+    QCOMPARE(runHelper({u"fetch-terms"_s, QString::number(m_server.port())}), QStringList{u"fetched"_s});
+    m_server.stop();
+    const QStringList expected{
+        u"doc-Terms of Service"_s,
+        u"Terms of Service"_s,
+        u"2016-03-01T12:30:00.000-08:00"_s,
+        u"Scope | tovra-host applies."_s,
+    };
+    QCOMPARE(runHelper({u"read-terms"_s}), expected);
+}
+
+QTEST_MAIN(tst_TVRDocumentManager)
 #include "tst_tvrdocumentmanager.moc"

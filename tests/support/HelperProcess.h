@@ -4,9 +4,11 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
+#include <QTest>
 
 // Runs the helper program, a second launch of a host (helpers/tovra_test_helper.cpp), with
-// \a arguments and extra NAME=value \a environment, and returns its output lines.
+// \a arguments and extra NAME=value \a environment, and returns its output lines. This
+// process goes on serving its events meanwhile: the helper may talk to its test server.
 inline QStringList runHelper(const QStringList &arguments, const QStringList &environment = {})
 {
     QProcess helper;
@@ -15,7 +17,9 @@ inline QStringList runHelper(const QStringList &arguments, const QStringList &en
         env.insert(assignment.section(QLatin1Char('='), 0, 0), assignment.section(QLatin1Char('='), 1));
     helper.setProcessEnvironment(env);
     helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
-    if (!helper.waitForFinished(60000) || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0)
+    const bool ended = helper.waitForStarted()
+        && QTest::qWaitFor([&helper] { return helper.state() == QProcess::NotRunning; }, 60000);
+    if (!ended || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0)
         return {QStringLiteral("helper failed: ") + QString::fromLocal8Bit(helper.readAllStandardError())};
     return QString::fromUtf8(helper.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }

@@ -5,6 +5,7 @@
 #include <QHttpServerRequest>
 #include <QMetaEnum>
 #include <QPointer>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -53,6 +54,12 @@ bool TestHttpsServer::start()
     sslSetup(TestCertificates::serviceCertificate(), TestCertificates::serviceKey());
     m_port = listen(QHostAddress::LocalHost, 0);
     return m_port != 0;
+}
+
+void TestHttpsServer::stop()
+{
+    for (QTcpServer *server : servers())
+        server->close();
 }
 
 void TestHttpsServer::reply(const TestReply &reply)

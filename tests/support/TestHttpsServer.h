@@ -54,6 +54,8 @@ public:
 
     // Starts listening on a free loopback port; false when that fails.
     bool start();
+    // Stops listening: later connections are refused.
+    void stop();
     quint16 port() const { return m_port; }
 
     void setHandler(Handler handler) { m_handler = std::move(handler); }
