@@ -2,9 +2,14 @@
 #include "TestSession.h"
 
 #include <RQKeychain.h>
+#include <TVRDocumentManager.h>
 #include <TVRManager.h>
 #include <TVRNetworkManager.h>
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +26,8 @@ private Q_SLOTS:
     void buildRequest();
     void requestRoundTrip_data();
     void requestRoundTrip();
+    void documentFromCache_data();
+    void documentFromCache();
 
 private:
     TestHttpsServer m_server;
@@ -32,6 +39,8 @@ void bench_Tovra::initTestCase()
 {
     QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
              "run this through tests/run-isolated.sh");
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"bench_tovra"_s);
     QVERIFY(m_server.start());
     m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
     m_manager.setSession(&m_session);
@@ -91,6 +100,35 @@ void bench_Tovra::requestRoundTrip()
         loop.exec();
     }
     QVERIFY(answers > 0);
+}
+
+void bench_Tovra::documentFromCache_data()
+{
+    QTest::addColumn<int>("sections");
+    QTest::newRow("20 sections, 20 KB") << 20;
+    QTest::newRow("5000 sections, 5 MB") << 5000;
+}
+
+// What a screen waits for at launch: the cached copy read and every section laid out.
+void bench_Tovra::documentFromCache()
+{
+    QFETCH(int, sections);
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i)
+        list.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, QString(1000, u'w') + u"#####"_s}});
+    const QJsonObject document{{u"title"_s, u"Terms"_s}, {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
+                               {u"sections"_s, list}};
+    QSettings().setValue(kTVRTermsOfServiceDataPath,
+                         QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+    qsizetype characters = 0;
+    QBENCHMARK {
+        TVRDocumentManager launch;
+        const auto terms = launch.termsOfService();
+        characters += terms->title().size() + terms->date().toString().size();
+        for (const auto &section : terms->sections())
+            characters += section->title().size() + section->body().size();
+    }
+    QVERIFY(characters > 0);
 }
 
 QTEST_MAIN(bench_Tovra)
