@@ -10,7 +10,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
-#include <QTcpServer>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -310,10 +309,7 @@ void tst_TVRDocumentManager::transportFailureChangesNothing()
 void tst_TVRDocumentManager::noCacheAndNoNetwork()
 {
     TestSession offline;
-    QTcpServer closed;
-    QVERIFY(closed.listen(QHostAddress::LocalHost));
-    offline.route(m_host, closed.serverPort());
-    closed.close();
+    QVERIFY(offline.routeToClosedPort(m_host));
     m_manager->setSession(&offline);
 
     RecordingDelegate delegate;

@@ -11,7 +11,6 @@
 #include <QNetworkReply>
 #include <QPointer>
 #include <QSslConfiguration>
-#include <QTcpServer>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -310,9 +309,7 @@ void tst_TVRNetworkManager::transportFailure()
     TestSession session;
     session.route(m_host, m_server.port());
     if (failure == u"refused"_s) {
-        QTcpServer closed;
-        QVERIFY(closed.listen(QHostAddress::LocalHost));
-        session.route(m_host, closed.serverPort());
+        QVERIFY(session.routeToClosedPort(m_host));
     } else if (failure == u"untrusted"_s) {
         session.setAuthorities(QSslConfiguration::systemCaCertificates());
     } else if (failure == u"wrong name"_s) {
@@ -341,10 +338,7 @@ void tst_TVRNetworkManager::transportFailure()
 void tst_TVRNetworkManager::nullHandlersAreSkipped()
 {
     TestSession session;
-    QTcpServer closed;
-    QVERIFY(closed.listen(QHostAddress::LocalHost));
-    session.route(m_host, closed.serverPort());
-    closed.close();
+    QVERIFY(session.routeToClosedPort(m_host));
     TVRNetworkManager manager;
     manager.setSession(&session);
 

@@ -4,11 +4,21 @@
 
 #include <QNetworkReply>
 #include <QSslConfiguration>
+#include <QTcpServer>
 
 TestSession::TestSession(QObject *parent)
     : QNetworkAccessManager(parent)
     , m_authorities{TestCertificates::authority()}
 {
+}
+
+bool TestSession::routeToClosedPort(const QString &host)
+{
+    QTcpServer probe;
+    if (!probe.listen(QHostAddress::LocalHost))
+        return false;
+    route(host, probe.serverPort());
+    return true; // the port closes with the probe
 }
 
 QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &request,

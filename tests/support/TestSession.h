@@ -20,6 +20,8 @@ public:
     explicit TestSession(QObject *parent = nullptr);
 
     void route(const QString &host, quint16 port) { m_routes.insert(host, port); }
+    // Routes \a host to a loopback port that nothing listens on: connections are refused.
+    bool routeToClosedPort(const QString &host);
     // Certificates trusted by this session; the test CA unless told otherwise.
     void setAuthorities(const QList<QSslCertificate> &authorities) { m_authorities = authorities; }
     // Checks the certificate against \a name instead of the routed host's name.
