@@ -48,6 +48,13 @@ void TVRCallbackDispatcher::deliver(std::function<void()> callback)
         scheduleFlush();
 }
 
+void TVRCallbackDispatcher::post(QObject *context, std::function<void()> callback)
+{
+    QMetaObject::invokeMethod(
+        context, [callback = std::move(callback)]() mutable { deliver(std::move(callback)); },
+        Qt::QueuedConnection);
+}
+
 TVRCallbackDispatcher::SynchronousWait::SynchronousWait()
 {
     ++state.waits;

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+class QObject;
+
 /*
     Hands the kit's callbacks (request completions and everything that follows from them)
     to their receivers. Keychain calls are synchronous, but the Qt backends finish their
@@ -16,6 +18,10 @@ public:
     // Runs \a callback now, or later if a synchronous wait is under way on this thread
     // or earlier callbacks are still waiting to be delivered.
     static void deliver(std::function<void()> callback);
+
+    // Runs \a callback later from the event loop of \a context's thread, as deliver() does
+    // there; not at all if \a context is destroyed first.
+    static void post(QObject *context, std::function<void()> callback);
 
     // Marks a synchronous wait for as long as it lives.
     class SynchronousWait

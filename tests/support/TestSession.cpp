@@ -44,6 +44,12 @@ QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &r
     return track(QNetworkAccessManager::createRequest(op, routed, outgoingData));
 }
 
+void TestSession::abortAll()
+{
+    for (QNetworkReply *reply : findChildren<QNetworkReply *>())
+        reply->abort();
+}
+
 QNetworkReply *TestSession::track(QNetworkReply *reply)
 {
     ++m_liveReplies;

@@ -29,6 +29,8 @@ public:
 
     // Replies made by this session and not yet destroyed.
     int liveReplies() const { return m_liveReplies; }
+    // Ends every request under way, as a lost connection would.
+    void abortAll();
 
 protected:
     QNetworkReply *createRequest(Operation op, const QNetworkRequest &request,

@@ -1,0 +1,72 @@
+#include "TVRNavigationBar_p.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QToolButton>
+
+namespace {
+constexpr int Margin = 8;
+
+void showItem(QToolButton *button, QAction *action)
+{
+    button->setVisible(action);
+    if (!action)
+        return;
+    button->setDefaultAction(action);
+    button->setFont(action->font()); // a "done" item is bold
+    button->adjustSize();
+}
+} // namespace
+
+TVRNavigationBar::TVRNavigationBar(QWidget *parent)
+    : QWidget(parent)
+    , m_title(new QLabel(this))
+    , m_left(new QToolButton(this))
+    , m_right(new QToolButton(this))
+{
+    setFixedHeight(Height);
+    setAutoFillBackground(true);
+    QFont bold = m_title->font();
+    bold.setBold(true);
+    m_title->setFont(bold);
+    m_title->setAlignment(Qt::AlignCenter);
+    m_title->setTextFormat(Qt::PlainText);
+    for (QToolButton *button : {m_left, m_right}) {
+        button->setAutoRaise(true);
+        button->hide();
+    }
+}
+
+void TVRNavigationBar::setTitle(const QString &title)
+{
+    m_title->setText(title);
+}
+
+QString TVRNavigationBar::title() const
+{
+    return m_title->text();
+}
+
+void TVRNavigationBar::setItems(QAction *left, QAction *right)
+{
+    showItem(m_left, left);
+    showItem(m_right, right);
+    place();
+}
+
+void TVRNavigationBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    place();
+}
+
+void TVRNavigationBar::place()
+{
+    const int h = height();
+    m_left->move(Margin, (h - m_left->height()) / 2);
+    m_right->move(width() - Margin - m_right->width(), (h - m_right->height()) / 2);
+    // The title is centred on the bar, clear of whichever button is wider.
+    const int side = Margin + qMax(m_left->isVisible() ? m_left->width() : 0,
+                                   m_right->isVisible() ? m_right->width() : 0);
+    m_title->setGeometry(side, 0, qMax(0, width() - 2 * side), h);
+}

@@ -1,0 +1,20 @@
+#include "TVRNavigationItem.h"
+
+#include <QAction>
+
+TVRNavigationItem::TVRNavigationItem(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void TVRNavigationItem::setLeftBarButtonItem(QAction *item)
+{
+    m_left = item;
+    Q_EMIT changed();
+}
+
+void TVRNavigationItem::setRightBarButtonItem(QAction *item)
+{
+    m_right = item;
+    Q_EMIT changed();
+}

@@ -1,0 +1,39 @@
+#ifndef TVRNAVIGATIONITEM_H
+#define TVRNAVIGATIONITEM_H
+
+#include "tovra_export.h"
+
+#include <QObject>
+#include <QPointer>
+
+class QAction;
+
+/*!
+    \brief The buttons a screen shows in the navigation bar of its navigation controller.
+
+    A bar button item is a QAction: its text, font (bold for a "done" item), enabled state
+    and triggered() signal are what the bar shows and reports. The item does not own the
+    actions.
+*/
+class TOVRA_EXPORT TVRNavigationItem : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TVRNavigationItem(QObject *parent = nullptr);
+
+    QAction *leftBarButtonItem() const { return m_left; }
+    void setLeftBarButtonItem(QAction *item);
+
+    QAction *rightBarButtonItem() const { return m_right; }
+    void setRightBarButtonItem(QAction *item);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    QPointer<QAction> m_left;
+    QPointer<QAction> m_right;
+};
+
+#endif

@@ -1,0 +1,318 @@
+#include "TVRTableView.h"
+
+#include "TVRTableViewCell.h"
+#include "TVRTableViewDataSource.h"
+#include "TVRTableViewDelegate.h"
+
+#include <QHash>
+#include <QMap>
+#include <QPointer>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QScroller>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+struct Row
+{
+    TVRIndexPath indexPath;
+    int top = 0;
+    int bottom = 0;
+};
+
+} // namespace
+
+class TVRTableViewPrivate
+{
+public:
+    explicit TVRTableViewPrivate(TVRTableView *q, TVRTableView::Style style)
+        : q(q)
+        , style(style)
+    {
+    }
+
+    void reload();
+    void layoutRows();
+    void recycle(TVRTableViewCell *cell);
+    void updateScrollRange();
+    int headerHeight() const { return header ? header->height() : 0; }
+
+    TVRTableView *const q;
+    const TVRTableView::Style style;
+    TVRTableViewDataSource *dataSource = nullptr;
+    TVRTableViewDelegate *delegate = nullptr;
+    QPointer<QWidget> header;
+    QScrollBar *indicator = nullptr;
+
+    bool loaded = false;
+    QList<int> rowCounts;
+    QList<Row> rows; // in order, top to bottom
+    int contentHeight = 0;
+
+    QMap<TVRIndexPath, TVRTableViewCell *> visible;
+    QHash<QString, QList<TVRTableViewCell *>> reusable;
+};
+
+void TVRTableViewPrivate::reload()
+{
+    loaded = true;
+    for (TVRTableViewCell *cell : std::as_const(visible))
+        recycle(cell);
+    visible.clear();
+
+    rowCounts.clear();
+    rows.clear();
+    const int sections = dataSource ? qMax(0, dataSource->numberOfSectionsInTableView(q)) : 0;
+    const int gap = style == TVRTableView::Style::Grouped ? TVRTableView::sectionSpacing() : 0;
+    // Heights add up in floating point; each row then spans whole pixels between the
+    // rounded positions of its edges, so neighbours neither overlap nor leave gaps.
+    qreal y = headerHeight();
+    for (int section = 0; section < sections; ++section) {
+        const int count = qMax(0, dataSource->tableViewNumberOfRowsInSection(q, section));
+        rowCounts.append(count);
+        y += gap;
+        for (int row = 0; row < count; ++row) {
+            const TVRIndexPath path{section, row};
+            const qreal height = delegate ? delegate->tableViewHeightForRowAtIndexPath(q, path) : 44.0;
+            const qreal top = y;
+            y += qMax<qreal>(0, height);
+            rows.append({path, int(std::lround(top)), int(std::lround(y))});
+        }
+    }
+    if (sections > 0)
+        y += gap;
+    contentHeight = int(std::ceil(y));
+    updateScrollRange();
+    layoutRows();
+}
+
+void TVRTableViewPrivate::updateScrollRange()
+{
+    QScrollBar *bar = q->verticalScrollBar();
+    const int viewportHeight = q->viewport()->height();
+    bar->setRange(0, qMax(0, contentHeight - viewportHeight));
+    bar->setPageStep(viewportHeight);
+    bar->setSingleStep(20);
+
+    indicator->setRange(bar->minimum(), bar->maximum());
+    indicator->setPageStep(bar->pageStep());
+    indicator->setValue(bar->value());
+    const QRect area = q->viewport()->geometry();
+    const int width = indicator->sizeHint().width();
+    indicator->setGeometry(area.right() + 1 - width, area.top(), width, area.height());
+    indicator->setVisible(bar->maximum() > 0);
+    indicator->raise();
+}
+
+void TVRTableViewPrivate::layoutRows()
+{
+    const int offset = q->verticalScrollBar()->value();
+    const int width = q->viewport()->width();
+    const int viewTop = offset;
+    const int viewBottom = offset + q->viewport()->height();
+
+    if (header)
+        header->setGeometry(0, -offset, width, header->height());
+
+    // The rows in view: from the first whose bottom is below the view's top, while their
+    // tops are above the view's bottom.
+    const auto first = std::upper_bound(rows.cbegin(), rows.cend(), viewTop,
+                                        [](int y, const Row &row) { return y < row.bottom; });
+    auto end = first;
+    while (end != rows.cend() && end->top < viewBottom)
+        ++end;
+
+    // Rows that left the view give up their cells first, for the rows that came in.
+    QMap<TVRIndexPath, TVRTableViewCell *> shown;
+    for (auto it = first; it != end; ++it) {
+        if (TVRTableViewCell *cell = visible.take(it->indexPath))
+            shown.insert(it->indexPath, cell);
+    }
+    for (TVRTableViewCell *cell : std::as_const(visible))
+        recycle(cell);
+
+    for (auto it = first; it != end; ++it) {
+        if (it->bottom == it->top)
+            continue;
+        TVRTableViewCell *cell = shown.value(it->indexPath);
+        const bool fresh = !cell;
+        if (fresh && dataSource)
+            cell = dataSource->tableViewCellForRowAtIndexPath(q, it->indexPath);
+        if (!cell)
+            continue;
+        if (cell->parentWidget() != q->viewport())
+            cell->setParent(q->viewport());
+        cell->setGeometry(0, it->top - offset, width, it->bottom - it->top);
+        if (fresh) {
+            if (delegate)
+                delegate->tableViewWillDisplayCell(q, cell, it->indexPath);
+            cell->show();
+            shown.insert(it->indexPath, cell);
+        }
+    }
+    visible = shown;
+}
+
+void TVRTableViewPrivate::recycle(TVRTableViewCell *cell)
+{
+    cell->hide();
+    QList<TVRTableViewCell *> &pool = reusable[cell->reuseIdentifier()];
+    if (!pool.contains(cell))
+        pool.append(cell);
+}
+
+TVRTableView::TVRTableView(Style style, QWidget *parent)
+    : QAbstractScrollArea(parent)
+    , d(std::make_unique<TVRTableViewPrivate>(this, style))
+{
+    setFrameShape(QFrame::NoFrame);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setBackgroundColor(Qt::white);
+
+    // A slim indicator over the rows' right margin, as on touch platforms, rather than a
+    // scroll bar beside them: the rows keep the full width their heights were measured for.
+    d->indicator = new QScrollBar(Qt::Vertical, this);
+    d->indicator->setStyleSheet(QStringLiteral(
+        "QScrollBar:vertical { width: 6px; background: transparent; margin: 0; }"
+        "QScrollBar::handle:vertical { background: rgba(0, 0, 0, 90); border-radius: 3px; min-height: 24px; }"
+        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
+    d->indicator->hide();
+    connect(d->indicator, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, d->indicator, &QScrollBar::setValue);
+    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
+}
+
+TVRTableView::~TVRTableView() = default;
+
+TVRTableView::Style TVRTableView::style() const
+{
+    return d->style;
+}
+
+TVRTableViewDataSource *TVRTableView::dataSource() const
+{
+    return d->dataSource;
+}
+
+void TVRTableView::setDataSource(TVRTableViewDataSource *dataSource)
+{
+    d->dataSource = dataSource;
+}
+
+TVRTableViewDelegate *TVRTableView::delegate() const
+{
+    return d->delegate;
+}
+
+void TVRTableView::setDelegate(TVRTableViewDelegate *delegate)
+{
+    d->delegate = delegate;
+}
+
+QWidget *TVRTableView::tableHeaderView() const
+{
+    return d->header;
+}
+
+void TVRTableView::setTableHeaderView(QWidget *header)
+{
+    if (d->header == header)
+        return;
+    delete d->header;
+    d->header = header;
+    if (header) {
+        header->setParent(viewport());
+        header->show();
+    }
+    if (d->loaded)
+        d->reload();
+}
+
+void TVRTableView::setBackgroundColor(const QColor &color)
+{
+    QPalette palette = viewport()->palette();
+    palette.setColor(QPalette::Base, color);
+    palette.setColor(QPalette::Window, color);
+    viewport()->setPalette(palette);
+    viewport()->setAutoFillBackground(true);
+}
+
+void TVRTableView::reloadData()
+{
+    d->reload();
+}
+
+TVRTableViewCell *TVRTableView::dequeueReusableCellWithIdentifier(const QString &identifier)
+{
+    auto pool = d->reusable.find(identifier);
+    if (pool == d->reusable.end() || pool->isEmpty())
+        return nullptr;
+    return pool->takeLast();
+}
+
+int TVRTableView::numberOfSections() const
+{
+    return int(d->rowCounts.size());
+}
+
+int TVRTableView::numberOfRowsInSection(int section) const
+{
+    return d->rowCounts.value(section);
+}
+
+QRect TVRTableView::rectForRowAtIndexPath(TVRIndexPath indexPath) const
+{
+    for (const Row &row : std::as_const(d->rows)) {
+        if (row.indexPath == indexPath)
+            return QRect(0, row.top, viewport()->width(), row.bottom - row.top);
+    }
+    return {};
+}
+
+int TVRTableView::contentHeight() const
+{
+    return d->contentHeight;
+}
+
+QList<TVRTableViewCell *> TVRTableView::visibleCells() const
+{
+    return d->visible.values();
+}
+
+QList<TVRIndexPath> TVRTableView::indexPathsForVisibleRows() const
+{
+    return d->visible.keys();
+}
+
+TVRTableViewCell *TVRTableView::cellForRowAtIndexPath(TVRIndexPath indexPath) const
+{
+    return d->visible.value(indexPath);
+}
+
+void TVRTableView::resizeEvent(QResizeEvent *event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    if (!d->loaded) {
+        d->reload();
+        return;
+    }
+    d->updateScrollRange();
+    d->layoutRows();
+}
+
+void TVRTableView::showEvent(QShowEvent *event)
+{
+    QAbstractScrollArea::showEvent(event);
+    if (!d->loaded)
+        d->reload();
+}
+
+void TVRTableView::scrollContentsBy(int, int)
+{
+    d->layoutRows();
+}

@@ -1,0 +1,8 @@
+#include "TVRTableViewDataSource.h"
+
+TVRTableViewDataSource::~TVRTableViewDataSource() = default;
+
+int TVRTableViewDataSource::numberOfSectionsInTableView(TVRTableView *)
+{
+    return 1;
+}

@@ -1,0 +1,189 @@
+#include "TVRViewController.h"
+
+#include "TVRNavigationController.h"
+#include "TVRNavigationItem.h"
+#include "TVRTabBarController.h"
+
+#include <QPointer>
+#include <QVBoxLayout>
+
+class TVRViewControllerPrivate
+{
+public:
+    QPointer<QWidget> view;
+    bool loading = false;
+    QString title;
+    TVRNavigationItem *navigationItem = nullptr;
+    QPointer<TVRViewController> parent;
+    QPointer<TVRViewController> presenting;
+    QPointer<TVRViewController> presented;
+};
+
+namespace {
+
+// The outermost container of a screen: presentation belongs to it.
+TVRViewController *outermost(const TVRViewController *controller)
+{
+    auto *current = const_cast<TVRViewController *>(controller);
+    while (current->parentViewController())
+        current = current->parentViewController();
+    return current;
+}
+
+template<typename Container>
+Container *nearest(const TVRViewController *controller)
+{
+    for (TVRViewController *up = controller->parentViewController(); up; up = up->parentViewController()) {
+        if (auto *container = qobject_cast<Container *>(up))
+            return container;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+TVRViewController::TVRViewController(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<TVRViewControllerPrivate>())
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+}
+
+TVRViewController::~TVRViewController() = default;
+
+QWidget *TVRViewController::view()
+{
+    if (!d->view && !d->loading) {
+        d->loading = true;
+        loadView();
+        if (!d->view)
+            setView(new QWidget);
+        d->loading = false;
+        viewDidLoad();
+    }
+    return d->view;
+}
+
+bool TVRViewController::isViewLoaded() const
+{
+    return d->view;
+}
+
+void TVRViewController::loadView()
+{
+    setView(new QWidget);
+}
+
+void TVRViewController::viewDidLoad()
+{
+}
+
+void TVRViewController::setView(QWidget *view)
+{
+    if (d->view == view)
+        return;
+    delete d->view;
+    d->view = view;
+    if (view) {
+        layout()->addWidget(view);
+        // Loaded while the screen is being shown: show the view now, not from the event loop.
+        view->show();
+    }
+}
+
+QString TVRViewController::title() const
+{
+    return d->title;
+}
+
+void TVRViewController::setTitle(const QString &title)
+{
+    d->title = title;
+    Q_EMIT titleChanged();
+}
+
+TVRNavigationItem *TVRViewController::navigationItem()
+{
+    if (!d->navigationItem)
+        d->navigationItem = new TVRNavigationItem(this);
+    return d->navigationItem;
+}
+
+TVRViewController *TVRViewController::parentViewController() const
+{
+    return d->parent;
+}
+
+void TVRViewController::setParentViewController(TVRViewController *child, TVRViewController *container)
+{
+    child->d->parent = container;
+}
+
+TVRNavigationController *TVRViewController::navigationController() const
+{
+    return nearest<TVRNavigationController>(this);
+}
+
+TVRTabBarController *TVRViewController::tabBarController() const
+{
+    return nearest<TVRTabBarController>(this);
+}
+
+TVRViewController *TVRViewController::presentingViewController() const
+{
+    return outermost(this)->d->presenting;
+}
+
+TVRViewController *TVRViewController::presentedViewController() const
+{
+    return outermost(this)->d->presented;
+}
+
+void TVRViewController::presentViewController(TVRViewController *controller, bool animated,
+                                              const std::function<void()> &completion)
+{
+    TVRViewController *presenter = outermost(this);
+    // Something presented already: the new screen goes over that one.
+    if (presenter->d->presented) {
+        presenter->d->presented->presentViewController(controller, animated, completion);
+        return;
+    }
+    QWidget *window = presenter->window();
+    presenter->d->presented = controller;
+    controller->d->presenting = presenter;
+
+    controller->setParent(window, Qt::Window);
+    controller->setWindowModality(Qt::WindowModal);
+    controller->setGeometry(window->geometry());
+    controller->show();
+    if (completion)
+        completion();
+}
+
+void TVRViewController::dismissViewControllerAnimated(bool animated, const std::function<void()> &completion)
+{
+    TVRViewController *self = outermost(this);
+    TVRViewController *presenter = self->d->presented ? self : self->d->presenting.data();
+    if (!presenter || !presenter->d->presented) {
+        if (completion)
+            completion();
+        return;
+    }
+    TVRViewController *dismissed = presenter->d->presented;
+    if (dismissed->d->presented)
+        dismissed->dismissViewControllerAnimated(animated);
+    presenter->d->presented = nullptr;
+    dismissed->d->presenting = nullptr;
+    dismissed->hide();
+    dismissed->deleteLater();
+    if (completion)
+        completion();
+}
+
+void TVRViewController::showEvent(QShowEvent *event)
+{
+    view();
+    QWidget::showEvent(event);
+}

@@ -1,0 +1,209 @@
+#include "TVRDocumentViewController.h"
+
+#include "TVRCallbackDispatcher_p.h"
+#include "TVRDocumentManager.h"
+#include "TVRHeaderView.h"
+#include "TVRNavigationItem.h"
+#include "TVRSectionBodyTableViewCell.h"
+#include "TVRSectionTitleTableViewCell.h"
+#include "TVRTabBarController.h"
+#include "TVRNavigationController.h"
+#include "TVRTableView.h"
+
+#include <QAction>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLocale>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace {
+
+bool hasTitle(const std::shared_ptr<TVRSection> &section)
+{
+    return section && !section->title().isEmpty();
+}
+
+// The full local date, without the time of day.
+QString dateText(const std::shared_ptr<TVRDocument> &document)
+{
+    if (!document)
+        return {};
+    return QLocale().toString(document->date().toLocalTime().date(), QLocale::LongFormat);
+}
+
+} // namespace
+
+TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad, QWidget *parent)
+    : TVRViewController(parent)
+    , m_titleOnLoad(titleOnLoad)
+{
+}
+
+TVRDocumentViewController::~TVRDocumentViewController() = default;
+
+TVRHeaderView *TVRDocumentViewController::headerView()
+{
+    if (!m_headerView) {
+        const QScreen *screen = QGuiApplication::primaryScreen();
+        const int width = screen ? screen->geometry().width() : 0;
+        m_headerView = new TVRHeaderView(QRect(0, 0, width, 44));
+    }
+    return m_headerView;
+}
+
+void TVRDocumentViewController::setHeaderView(TVRHeaderView *headerView)
+{
+    m_headerView = headerView;
+}
+
+TVRTableView *TVRDocumentViewController::tableView()
+{
+    if (!m_tableView) {
+        auto *table = new TVRTableView(TVRTableView::Style::Grouped);
+        table->resize(isViewLoaded() ? view()->size() : QSize());
+        table->setDelegate(this);
+        table->setDataSource(this);
+        table->setBackgroundColor(Qt::white);
+        table->setTableHeaderView(headerView());
+        m_tableView = table;
+    }
+    return m_tableView;
+}
+
+void TVRDocumentViewController::setTableView(TVRTableView *tableView)
+{
+    m_tableView = tableView;
+}
+
+QAction *TVRDocumentViewController::closeBarButtonItem()
+{
+    if (!m_closeBarButtonItem) {
+        auto *item = new QAction(QStringLiteral("Close"), this);
+        QFont done = item->font();
+        done.setBold(true);
+        item->setFont(done);
+        connect(item, &QAction::triggered, this, &TVRDocumentViewController::onCloseBarButtonItemPressed);
+        m_closeBarButtonItem = item;
+    }
+    return m_closeBarButtonItem;
+}
+
+void TVRDocumentViewController::setCloseBarButtonItem(QAction *item)
+{
+    m_closeBarButtonItem = item;
+}
+
+bool TVRDocumentViewController::isModal() const
+{
+    TVRViewController *presenting = presentingViewController();
+    if (presenting)
+        return true;
+    // Without a presenter both sides are null: a screen in no navigation controller and
+    // presented by nobody counts as modal, as intended.
+    TVRNavigationController *navigation = navigationController();
+    TVRViewController *navigationPresenting = navigation ? navigation->presentingViewController() : nullptr;
+    TVRViewController *presentedByThat = navigationPresenting ? navigationPresenting->presentedViewController() : nullptr;
+    if (presentedByThat == navigation)
+        return true;
+    TVRTabBarController *tabs = tabBarController();
+    return tabs && qobject_cast<TVRTabBarController *>(tabs->presentingViewController());
+}
+
+void TVRDocumentViewController::onCloseBarButtonItemPressed()
+{
+    dismissViewControllerAnimated(true);
+}
+
+void TVRDocumentViewController::loadView()
+{
+    TVRViewController::loadView();
+    QPalette white = view()->palette();
+    white.setColor(QPalette::Window, Qt::white);
+    view()->setPalette(white);
+    view()->setAutoFillBackground(true);
+    tableView()->setParent(view());
+    setupConstraints();
+}
+
+// The table fills the root view.
+void TVRDocumentViewController::setupConstraints()
+{
+    auto *layout = new QVBoxLayout(view());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(tableView());
+}
+
+void TVRDocumentViewController::viewDidLoad()
+{
+    TVRViewController::viewDidLoad();
+    if (!m_titleOnLoad.isNull())
+        setTitle(m_titleOnLoad);
+    if (isModal())
+        navigationItem()->setLeftBarButtonItem(closeBarButtonItem());
+    TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+    manager->setDelegate(this);
+    // The table already shows a copy from an earlier run; so does the header.
+    headerView()->dateLabel()->setText(dateText(documentOf(manager)));
+    fetchDocument(manager);
+}
+
+TVRSectionList TVRDocumentViewController::sections() const
+{
+    const std::shared_ptr<TVRDocument> document = documentOf(TVRDocumentManager::sharedInstance());
+    return document ? document->sections() : TVRSectionList();
+}
+
+int TVRDocumentViewController::numberOfSectionsInTableView(TVRTableView *)
+{
+    return int(sections().size());
+}
+
+int TVRDocumentViewController::tableViewNumberOfRowsInSection(TVRTableView *, int section)
+{
+    return hasTitle(sections().value(section)) ? 2 : 1;
+}
+
+qreal TVRDocumentViewController::tableViewHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath indexPath)
+{
+    const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
+    if (indexPath.row == 0 && hasTitle(section))
+        return TVRSectionTitleTableViewCell::cellHeightForSection(section);
+    return TVRSectionBodyTableViewCell::cellHeightForSection(section);
+}
+
+TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRTableView *tableView,
+                                                                             TVRIndexPath indexPath)
+{
+    const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
+    TVRSectionTableViewCell *cell = nullptr;
+    if (hasTitle(section) && indexPath.row == 0) {
+        cell = static_cast<TVRSectionTableViewCell *>(
+            tableView->dequeueReusableCellWithIdentifier(TVRSectionTitleTableViewCell::cellIdentifier()));
+        if (!cell)
+            cell = new TVRSectionTitleTableViewCell;
+    } else if (!hasTitle(section) || indexPath.row == 1) {
+        cell = static_cast<TVRSectionTableViewCell *>(
+            tableView->dequeueReusableCellWithIdentifier(TVRSectionBodyTableViewCell::cellIdentifier()));
+        if (!cell)
+            cell = new TVRSectionBodyTableViewCell;
+    }
+    if (cell)
+        cell->setSection(section);
+    return cell;
+}
+
+void TVRDocumentViewController::managerDidFinishWithSuccess(TVRDocumentManager *manager, bool)
+{
+    // Whatever the flag says, the screen shows what the manager now holds.
+    const QString text = dateText(documentOf(manager));
+    TVRCallbackDispatcher::post(this, [this, text] {
+        headerView()->dateLabel()->setText(text);
+        tableView()->reloadData();
+    });
+}
+
+void TVRDocumentViewController::managerFailedWithError(TVRDocumentManager *, const TVRError &)
+{
+    // Nothing to do: the screen goes on showing what the manager holds.
+}

@@ -1,0 +1,61 @@
+#include "TVRHeaderView.h"
+
+#include "TVRDesignClass.h"
+
+#include <QLabel>
+
+TVRHeaderView::TVRHeaderView(const QRect &frame, QWidget *parent)
+    : QWidget(parent)
+{
+    setGeometry(frame);
+    QPalette white = palette();
+    white.setColor(QPalette::Window, Qt::white);
+    setPalette(white);
+    setAutoFillBackground(true);
+    dateLabel()->setParent(this);
+    setupConstraints();
+}
+
+TVRHeaderView::~TVRHeaderView() = default;
+
+QLabel *TVRHeaderView::dateLabel()
+{
+    if (!m_dateLabel) {
+        auto *label = new QLabel;
+        label->setAlignment(Qt::AlignCenter);
+        label->setTextFormat(Qt::PlainText);
+        label->setFont(TVRDesignClass::documentDateFont());
+        QPalette palette = label->palette();
+        palette.setColor(QPalette::WindowText, TVRDesignClass::documentDateColor());
+        label->setPalette(palette);
+        m_dateLabel = label;
+    }
+    return m_dateLabel;
+}
+
+void TVRHeaderView::setDateLabel(QLabel *label)
+{
+    m_dateLabel = label;
+}
+
+void TVRHeaderView::setupConstraints()
+{
+    m_constrained = true;
+    placeDateLabel();
+}
+
+void TVRHeaderView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeDateLabel();
+}
+
+// Leading and trailing edges on the header's, centre on the header's centre, the label's
+// own height.
+void TVRHeaderView::placeDateLabel()
+{
+    if (!m_constrained || !m_dateLabel || m_dateLabel->parentWidget() != this)
+        return;
+    const int labelHeight = m_dateLabel->sizeHint().height();
+    m_dateLabel->setGeometry(0, (height() - labelHeight) / 2, width(), labelHeight);
+}

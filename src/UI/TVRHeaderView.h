@@ -1,0 +1,41 @@
+#ifndef TVRHEADERVIEW_H
+#define TVRHEADERVIEW_H
+
+#include "tovra_export.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QLabel;
+
+/*!
+    \brief The line above a document: its date, centred, in the date font and colour.
+
+    The header is white and keeps the geometry it is given; the date label, made with the
+    header, spans its width at the label's own height, centred vertically. The screens set
+    the label's text.
+*/
+class TOVRA_EXPORT TVRHeaderView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TVRHeaderView(const QRect &frame, QWidget *parent = nullptr);
+    ~TVRHeaderView() override;
+
+    //! Made on first read with the date font and colour of that moment.
+    QLabel *dateLabel();
+    void setDateLabel(QLabel *label);
+
+protected:
+    void setupConstraints();
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void placeDateLabel();
+
+    QPointer<QLabel> m_dateLabel;
+    bool m_constrained = false;
+};
+
+#endif

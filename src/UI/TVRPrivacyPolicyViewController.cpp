@@ -1,0 +1,23 @@
+#include "TVRPrivacyPolicyViewController.h"
+
+#include "TVRDocumentManager.h"
+
+TVRPrivacyPolicyViewController::TVRPrivacyPolicyViewController(QWidget *parent)
+    : TVRDocumentViewController(QString(), parent)
+{
+}
+
+QString TVRPrivacyPolicyViewController::title() const
+{
+    return QStringLiteral("Privacy Policy");
+}
+
+std::shared_ptr<TVRDocument> TVRPrivacyPolicyViewController::documentOf(TVRDocumentManager *manager) const
+{
+    return manager->privacyPolicy();
+}
+
+void TVRPrivacyPolicyViewController::fetchDocument(TVRDocumentManager *manager)
+{
+    manager->fetchPrivacyPolicy();
+}

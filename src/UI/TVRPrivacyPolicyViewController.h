@@ -1,0 +1,25 @@
+#ifndef TVRPRIVACYPOLICYVIEWCONTROLLER_H
+#define TVRPRIVACYPOLICYVIEWCONTROLLER_H
+
+#include "tovra_export.h"
+#include "TVRDocumentViewController.h"
+
+/*!
+    \brief The Privacy Policy screen. Its title is always "Privacy Policy", whatever is set.
+    See TVRDocumentViewController.
+*/
+class TOVRA_EXPORT TVRPrivacyPolicyViewController : public TVRDocumentViewController
+{
+    Q_OBJECT
+
+public:
+    explicit TVRPrivacyPolicyViewController(QWidget *parent = nullptr);
+
+    QString title() const override;
+
+protected:
+    std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
+    void fetchDocument(TVRDocumentManager *manager) override;
+};
+
+#endif

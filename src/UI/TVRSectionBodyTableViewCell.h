@@ -1,0 +1,38 @@
+#ifndef TVRSECTIONBODYTABLEVIEWCELL_H
+#define TVRSECTIONBODYTABLEVIEWCELL_H
+
+#include "tovra_export.h"
+#include "TVRSectionTableViewCell.h"
+
+#include <QPointer>
+
+class QTextEdit;
+
+/*!
+    \brief The row with a section's body: a text view that does not scroll, 8 px in from
+    either side and as tall as the row. Like the platform's text view it stays editable
+    and selectable; the text is laid out with no margin, so it fits the measured height.
+*/
+class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
+{
+    Q_OBJECT
+
+public:
+    TVRSectionBodyTableViewCell();
+    ~TVRSectionBodyTableViewCell() override;
+
+    void setSection(std::shared_ptr<TVRSection> section) override;
+
+    //! Made on first read, with the body font and colour of that moment.
+    QTextEdit *bodyTextView();
+    void setBodyTextView(QTextEdit *textView);
+
+    static QString cellIdentifier();
+    //! The body's height in the body font, measured in the screen's width less 24.
+    static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
+
+private:
+    QPointer<QTextEdit> m_bodyTextView;
+};
+
+#endif

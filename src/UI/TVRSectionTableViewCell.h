@@ -1,0 +1,50 @@
+#ifndef TVRSECTIONTABLEVIEWCELL_H
+#define TVRSECTIONTABLEVIEWCELL_H
+
+#include "tovra_export.h"
+#include "TVRSection.h"
+#include "TVRTableViewCell.h"
+
+#include <memory>
+
+/*!
+    \brief A table cell that holds a document section. The title and body cells build on
+    it; each class's cellIdentifier() is its own class name, its reuse identifier.
+*/
+class TOVRA_EXPORT TVRSectionTableViewCell : public TVRTableViewCell
+{
+    Q_OBJECT
+
+public:
+    TVRSectionTableViewCell();
+    ~TVRSectionTableViewCell() override;
+
+    std::shared_ptr<TVRSection> section() const { return m_section; }
+    virtual void setSection(std::shared_ptr<TVRSection> section);
+
+    static QString cellIdentifier();
+    //! 64 whatever the section; the title and body cells measure theirs.
+    static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
+
+    /*!
+        The row height for \a text set in \a font and wrapped at word boundaries within
+        \a width: the text's height, rounded up, never below 40. A null text is 40.
+    */
+    static qreal heightForText(const QString &text, const QFont &font, float width);
+
+protected:
+    explicit TVRSectionTableViewCell(const QString &reuseIdentifier);
+
+    //! Puts \a subview in the content view, flush with its top and bottom, 8 px in from either side.
+    void placeInContentView(QWidget *subview);
+
+    //! The rule behind heightForText(): a present text's height is rounded up; 40 at least.
+    static qreal rowHeightForMeasuredHeight(qreal measured, bool textPresent);
+    //! The width a cell's text is measured in: the primary screen's width less \a margin.
+    static float measuringWidth(qreal margin);
+
+private:
+    std::shared_ptr<TVRSection> m_section;
+};
+
+#endif

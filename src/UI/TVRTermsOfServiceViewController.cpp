@@ -1,0 +1,18 @@
+#include "TVRTermsOfServiceViewController.h"
+
+#include "TVRDocumentManager.h"
+
+TVRTermsOfServiceViewController::TVRTermsOfServiceViewController(QWidget *parent)
+    : TVRDocumentViewController(QStringLiteral("Terms of Service"), parent)
+{
+}
+
+std::shared_ptr<TVRDocument> TVRTermsOfServiceViewController::documentOf(TVRDocumentManager *manager) const
+{
+    return manager->termsOfService();
+}
+
+void TVRTermsOfServiceViewController::fetchDocument(TVRDocumentManager *manager)
+{
+    manager->fetchTermsOfService();
+}

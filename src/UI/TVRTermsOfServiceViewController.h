@@ -1,0 +1,23 @@
+#ifndef TVRTERMSOFSERVICEVIEWCONTROLLER_H
+#define TVRTERMSOFSERVICEVIEWCONTROLLER_H
+
+#include "tovra_export.h"
+#include "TVRDocumentViewController.h"
+
+/*!
+    \brief The Terms of Service screen. Its title becomes "Terms of Service" when its view
+    loads. See TVRDocumentViewController.
+*/
+class TOVRA_EXPORT TVRTermsOfServiceViewController : public TVRDocumentViewController
+{
+    Q_OBJECT
+
+public:
+    explicit TVRTermsOfServiceViewController(QWidget *parent = nullptr);
+
+protected:
+    std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
+    void fetchDocument(TVRDocumentManager *manager) override;
+};
+
+#endif

@@ -1,0 +1,656 @@
+// The document screens, rendered offscreen at the size that TOVRA_TEST_SCREEN names
+// (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
+
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTextEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QSize screenSize()
+{
+    const QList<QByteArray> parts = qgetenv("TOVRA_TEST_SCREEN").split('x');
+    if (parts.size() == 2)
+        return QSize(parts[0].toInt(), parts[1].toInt());
+    return QSize(390, 844);
+}
+
+QJsonObject documentJson(const QString &title, int sections, const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
+{
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i) {
+        QJsonObject section{{u"body"_s, u"Section %1 of these terms explains how ##### handles your data, "
+                                        "what you may expect from the service and what it expects from you. "_s.arg(i + 1)
+                                            .repeated(1 + i % 4)}};
+        if (i % 3 != 2)
+            section.insert(u"title"_s, u"%1. A heading that is long enough to wrap onto a second line"_s.arg(i + 1));
+        list.append(section);
+    }
+    return QJsonObject{{u"_id"_s, title}, {u"title"_s, title}, {u"updatedAt"_s, updatedAt}, {u"sections"_s, list}};
+}
+
+void cache(const QString &key, const QJsonObject &document)
+{
+    QSettings().setValue(key, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+}
+
+// A host application's own screen, which can hold other screens in its view.
+class HostScreen : public TVRViewController
+{
+public:
+    void embed(QWidget *child)
+    {
+        view()->layout()->addWidget(child);
+        child->show();
+    }
+
+protected:
+    void loadView() override
+    {
+        auto *root = new QWidget;
+        new QVBoxLayout(root);
+        setView(root);
+    }
+};
+
+class TableModel : public TVRTableViewDataSource, public TVRTableViewDelegate
+{
+public:
+    int rows = 100;
+    int made = 0;
+    std::shared_ptr<TVRSection> section = std::make_shared<TVRSection>(QJsonObject{{u"body"_s, u"Body"_s}});
+
+    int tableViewNumberOfRowsInSection(TVRTableView *, int) override { return rows; }
+    TVRTableViewCell *tableViewCellForRowAtIndexPath(TVRTableView *table, TVRIndexPath) override
+    {
+        auto *cell = static_cast<TVRSectionBodyTableViewCell *>(
+            table->dequeueReusableCellWithIdentifier(TVRSectionBodyTableViewCell::cellIdentifier()));
+        if (!cell) {
+            cell = new TVRSectionBodyTableViewCell;
+            ++made;
+        }
+        cell->setSection(section);
+        return cell;
+    }
+};
+
+// Reaches the height rule behind heightForText().
+struct HeightRule : TVRSectionTableViewCell
+{
+    using TVRSectionTableViewCell::rowHeightForMeasuredHeight;
+};
+
+} // namespace
+
+class tst_DocumentScreens : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void cachedDocumentShowsBeforeAnyReply(); // first: nothing is held yet
+    void designDefaults_data();
+    void designDefaults();
+    void designSettings();
+    void cellIdentifiers();
+    void heightRule_data();
+    void heightRule();
+    void heightsTakeTheScreenWidth();
+    void laterFontChangesHeightsNotCells();
+    void cellsAreReused();
+    void rowsPerSection_data();
+    void rowsPerSection();
+    void screenGeometry_data();
+    void screenGeometry();
+    void modality_data();
+    void modality();
+    void closeDismisses();
+    void completionsGoToTheLastScreen();
+    void completionWithoutSuccessStillUpdates();
+    void privacyTitleIsFixed();
+    void longDocumentKeepsFewCells();
+
+private:
+    TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
+    void screenshot(QWidget *widget, const QString &name);
+    TVRNavigationController *showInNavigation(TVRDocumentViewController *screen);
+
+    TestHttpsServer m_server;
+    TestSession m_session;
+    QList<QPointer<QWidget>> m_windows;
+};
+
+void tst_DocumentScreens::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
+             "run this test through tests/run-isolated.sh");
+    QCOMPARE(QGuiApplication::primaryScreen()->geometry().size(), screenSize());
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tst_documentscreens"_s);
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    TVRManager::setAppName(u"Acme"_s);
+    QVERIFY(m_server.start());
+    m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
+    manager()->setSession(&m_session);
+}
+
+void tst_DocumentScreens::init()
+{
+    m_server.setHandler([](const TestRequest &request) {
+        const bool terms = request.path == u"/api/terms-of-service"_s;
+        return TestReply::json(200, QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, 6,
+                                                               u"2017-07-04T09:00:00.000+0000"_s))
+                                        .toJson(QJsonDocument::Compact));
+    });
+}
+
+void tst_DocumentScreens::cleanup()
+{
+    for (const QPointer<QWidget> &window : std::as_const(m_windows))
+        delete window;
+    m_windows.clear();
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+}
+
+void tst_DocumentScreens::screenshot(QWidget *widget, const QString &name)
+{
+    const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
+    if (dir.isEmpty())
+        return;
+    const QSize size = screenSize();
+    QDir().mkpath(dir);
+    // Let pending layout requests run first, window by window, level by level.
+    QVERIFY(QTest::qWaitForWindowExposed(widget->window()));
+    for (int pass = 0; pass < 4; ++pass)
+        QCoreApplication::processEvents();
+    QVERIFY(widget->grab().save(u"%1/%2-%3x%4.png"_s.arg(dir, name).arg(size.width()).arg(size.height())));
+}
+
+TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRDocumentViewController *screen)
+{
+    auto *navigation = new TVRNavigationController(screen);
+    navigation->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    navigation->show();
+    m_windows << navigation;
+    return navigation;
+}
+
+void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
+{
+    cache(kTVRTermsOfServiceDataPath, documentJson(u"Cached terms"_s, 3));
+    TestReply never = TestReply::json(200, "{}");
+    never.delayMs = 30 * 1000;
+    m_server.reply(never);
+    const int requests = m_server.requests().size();
+
+    auto *screen = new TVRTermsOfServiceViewController;
+    showInNavigation(screen);
+    QTRY_COMPARE(m_server.requests().size(), requests + 1);
+    QCOMPARE(screen->tableView()->numberOfSections(), 3);
+    QVERIFY(!screen->tableView()->visibleCells().isEmpty());
+    auto *first = qobject_cast<TVRSectionTitleTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 0}));
+    QVERIFY(first);
+    QCOMPARE(first->titleLabel()->text(), u"1. A heading that is long enough to wrap onto a second line"_s);
+    QCOMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, March 1, 2016"_s);
+    screenshot(screen->window(), u"terms-cached"_s);
+
+    // The screen goes away before its answer comes: the answer finds no delegate.
+    delete screen->window();
+    m_windows.clear();
+    m_session.abortAll();
+}
+
+void tst_DocumentScreens::designDefaults_data()
+{
+    QTest::addColumn<QFont>("font");
+    QTest::addColumn<int>("pixelSize");
+    QTest::addColumn<bool>("bold");
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QColor>("expectedColor");
+
+    QTest::newRow("date") << TVRDesignClass::documentDateFont() << 12 << false
+                          << TVRDesignClass::documentDateColor() << QColor(0xAA, 0xAA, 0xAA);
+    QTest::newRow("section title") << TVRDesignClass::sectionTitleFont() << 24 << true
+                                   << TVRDesignClass::sectionTitleColor() << QColor(Qt::black);
+    QTest::newRow("section body") << TVRDesignClass::sectionBodyFont() << 16 << false
+                                  << TVRDesignClass::sectionBodyColor() << QColor(Qt::black);
+}
+
+void tst_DocumentScreens::designDefaults()
+{
+    QFETCH(QFont, font);
+    QFETCH(int, pixelSize);
+    QFETCH(bool, bold);
+    QFETCH(QColor, color);
+    QFETCH(QColor, expectedColor);
+
+    QCOMPARE(font.pixelSize(), pixelSize);
+    QCOMPARE(font.bold(), bold);
+    QCOMPARE(font.family(), QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
+    QCOMPARE(color, expectedColor);
+    QCOMPARE(color.alpha(), 255);
+}
+
+void tst_DocumentScreens::designSettings()
+{
+    QFont serif(u"DejaVu Serif"_s);
+    serif.setPixelSize(19);
+    TVRDesignClass::setSectionBodyFont(serif);
+    TVRDesignClass::setDocumentDateColor(Qt::red);
+    QCOMPARE(TVRDesignClass::sectionBodyFont(), serif);
+    QCOMPARE(TVRDesignClass::documentDateColor(), QColor(Qt::red));
+    // The others keep their defaults.
+    QCOMPARE(TVRDesignClass::sectionTitleFont().pixelSize(), 24);
+    QCOMPARE(TVRDesignClass::documentDateFont().pixelSize(), 12);
+    QCOMPARE(TVRDesignClass::sectionBodyColor(), QColor(Qt::black));
+
+    TVRDesignClass::setSectionBodyFont(std::nullopt);
+    TVRDesignClass::setDocumentDateColor(QColor());
+    QCOMPARE(TVRDesignClass::sectionBodyFont().pixelSize(), 16);
+    QCOMPARE(TVRDesignClass::documentDateColor(), QColor(0xAA, 0xAA, 0xAA));
+}
+
+void tst_DocumentScreens::cellIdentifiers()
+{
+    QCOMPARE(TVRSectionTableViewCell::cellIdentifier(), u"TVRSectionTableViewCell"_s);
+    QCOMPARE(TVRSectionTitleTableViewCell::cellIdentifier(), u"TVRSectionTitleTableViewCell"_s);
+    QCOMPARE(TVRSectionBodyTableViewCell::cellIdentifier(), u"TVRSectionBodyTableViewCell"_s);
+    QCOMPARE(TVRSectionBodyTableViewCell().reuseIdentifier(), u"TVRSectionBodyTableViewCell"_s);
+    QCOMPARE(TVRSectionTitleTableViewCell().reuseIdentifier(), u"TVRSectionTitleTableViewCell"_s);
+
+    QCOMPARE(TVRSectionTableViewCell::cellHeightForSection(nullptr), 64.0);
+    QCOMPARE(TVRSectionTableViewCell::cellHeightForSection(std::make_shared<TVRSection>(
+                 QJsonObject{{u"body"_s, QString(5000, u'x')}})), 64.0);
+}
+
+void tst_DocumentScreens::heightRule_data()
+{
+    QTest::addColumn<qreal>("measured");
+    QTest::addColumn<bool>("present");
+    QTest::addColumn<qreal>("height");
+
+    QTest::newRow("17.3") << 17.3 << true << 40.0;
+    QTest::newRow("57.2") << 57.2 << true << 58.0;
+    QTest::newRow("exactly 40") << 40.0 << true << 40.0;
+    QTest::newRow("just over 40") << 40.01 << true << 41.0;
+    QTest::newRow("absent text") << 0.0 << false << 40.0;
+    QTest::newRow("absent, not rounded") << 57.2 << false << qreal(57.2f);
+}
+
+void tst_DocumentScreens::heightRule()
+{
+    QFETCH(qreal, measured);
+    QFETCH(bool, present);
+    QFETCH(qreal, height);
+    QCOMPARE(HeightRule::rowHeightForMeasuredHeight(measured, present), height);
+}
+
+void tst_DocumentScreens::heightsTakeTheScreenWidth()
+{
+    const int width = screenSize().width();
+    const QString text = u"word "_s.repeated(400);
+    auto section = std::make_shared<TVRSection>(QJsonObject{{u"title"_s, text}, {u"body"_s, text}});
+
+    auto measure = [&](const QFont &font, qreal margin) {
+        const QRectF box(0, 0, width - margin, 20000);
+        return std::ceil(QFontMetricsF(font).boundingRect(box, Qt::TextWordWrap, text).height());
+    };
+    QCOMPARE(TVRSectionBodyTableViewCell::cellHeightForSection(section), measure(TVRDesignClass::sectionBodyFont(), 24));
+    QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(section), measure(TVRDesignClass::sectionTitleFont(), 40));
+    QVERIFY(TVRSectionBodyTableViewCell::cellHeightForSection(section) > 40);
+
+    const auto empty = std::make_shared<TVRSection>(QJsonObject());
+    QCOMPARE(TVRSectionBodyTableViewCell::cellHeightForSection(empty), 40.0);
+    QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(empty), 40.0);
+    QCOMPARE(TVRSectionTitleTableViewCell::heightForText(QString(), TVRDesignClass::sectionTitleFont(), 300), 40.0);
+}
+
+void tst_DocumentScreens::laterFontChangesHeightsNotCells()
+{
+    auto section = std::make_shared<TVRSection>(QJsonObject{{u"body"_s, u"word "_s.repeated(100)}});
+    TVRSectionBodyTableViewCell existing;
+    existing.setSection(section);
+    const qreal before = TVRSectionBodyTableViewCell::cellHeightForSection(section);
+
+    QFont large = TVRDesignClass::sectionBodyFont();
+    large.setPixelSize(30);
+    TVRDesignClass::setSectionBodyFont(large);
+    const qreal after = TVRSectionBodyTableViewCell::cellHeightForSection(section);
+    TVRSectionBodyTableViewCell later;
+    TVRDesignClass::setSectionBodyFont(std::nullopt);
+
+    QVERIFY(after > before);
+    QCOMPARE(existing.bodyTextView()->font().pixelSize(), 16);
+    QCOMPARE(later.bodyTextView()->font().pixelSize(), 30);
+}
+
+void tst_DocumentScreens::cellsAreReused()
+{
+    TableModel model;
+    TVRTableView table;
+    table.setDataSource(&model);
+    table.setDelegate(&model);
+    table.resize(screenSize());
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+
+    const int firstMade = model.made;
+    QVERIFY(firstMade > 0);
+    auto *top = qobject_cast<TVRSectionBodyTableViewCell *>(table.cellForRowAtIndexPath({0, 0}));
+    QVERIFY(top);
+    QTextEdit *subview = top->bodyTextView();
+
+    // Scrolled one screen down, the rows that left give their cells to the rows that came.
+    table.verticalScrollBar()->setValue(table.viewport()->height() + 100);
+    QVERIFY(!table.cellForRowAtIndexPath({0, 0}));
+    QVERIFY(model.made <= firstMade + 2);
+    QVERIFY(table.visibleCells().contains(top));
+    QCOMPARE(top->bodyTextView(), subview);
+    QCOMPARE(top->findChildren<QTextEdit *>().size(), 1);
+    QCOMPARE(table.viewport()->findChildren<TVRTableViewCell *>().size(), model.made);
+}
+
+void tst_DocumentScreens::rowsPerSection_data()
+{
+    QTest::addColumn<QJsonValue>("title");
+    QTest::addColumn<int>("rows");
+
+    QTest::newRow("no title") << QJsonValue(QJsonValue::Undefined) << 1;
+    QTest::newRow("JSON null title") << QJsonValue(QJsonValue::Null) << 1;
+    QTest::newRow("empty title") << QJsonValue(u""_s) << 1;
+    QTest::newRow("a title") << QJsonValue(u"Scope"_s) << 2;
+}
+
+void tst_DocumentScreens::rowsPerSection()
+{
+    QFETCH(QJsonValue, title);
+    QFETCH(int, rows);
+
+    QJsonObject section{{u"body"_s, u"Body"_s}};
+    if (!title.isUndefined())
+        section.insert(u"title"_s, title);
+    manager()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, QJsonArray{section}}}));
+
+    TVRTermsOfServiceViewController screen;
+    TVRTableView *table = screen.tableView();
+    QCOMPARE(screen.numberOfSectionsInTableView(table), 1);
+    QCOMPARE(screen.tableViewNumberOfRowsInSection(table, 0), rows);
+    auto *last = screen.tableViewCellForRowAtIndexPath(table, {0, rows - 1});
+    QVERIFY(qobject_cast<TVRSectionBodyTableViewCell *>(last));
+    if (rows == 2)
+        QVERIFY(qobject_cast<TVRSectionTitleTableViewCell *>(screen.tableViewCellForRowAtIndexPath(table, {0, 0})));
+    delete last;
+}
+
+void tst_DocumentScreens::screenGeometry_data()
+{
+    QTest::addColumn<bool>("privacy");
+    QTest::newRow("Terms of Service") << false;
+    QTest::newRow("Privacy Policy") << true;
+}
+
+void tst_DocumentScreens::screenGeometry()
+{
+    QFETCH(bool, privacy);
+
+    TVRDocumentViewController *screen = privacy ? static_cast<TVRDocumentViewController *>(new TVRPrivacyPolicyViewController)
+                                                : new TVRTermsOfServiceViewController;
+    auto *navigation = showInNavigation(screen);
+    QVERIFY(QTest::qWaitForWindowExposed(navigation));
+    QTRY_COMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
+    TVRTableView *table = screen->tableView();
+    QCOMPARE(table->numberOfSections(), 6);
+    screenshot(navigation, privacy ? u"privacy"_s : u"terms"_s);
+
+    // The table fills the screen's view; the header spans the table.
+    QCOMPARE(table->geometry(), screen->view()->rect());
+    QCOMPARE(navigation->navigationBar()->height(), 44);
+    TVRHeaderView *header = screen->headerView();
+    QCOMPARE(header->geometry(), QRect(0, 0, table->viewport()->width(), 44));
+    QLabel *date = header->dateLabel();
+    QCOMPARE(date->geometry().center().y(), header->rect().center().y());
+    QCOMPARE(date->x(), 0);
+    QCOMPARE(date->width(), header->width());
+
+    // Row by row, down the whole document: rows follow one another without overlapping,
+    // each subview is 8 px in from either side and as tall as its row, and no text is
+    // taller than its row.
+    int previousBottom = header->height();
+    for (int section = 0; section < table->numberOfSections(); ++section) {
+        for (int row = 0; row < table->numberOfRowsInSection(section); ++row) {
+            const QRect rect = table->rectForRowAtIndexPath({section, row});
+            QVERIFY2(rect.top() >= previousBottom, qPrintable(u"row %1.%2 overlaps"_s.arg(section).arg(row)));
+            previousBottom = rect.bottom() + 1;
+            table->verticalScrollBar()->setValue(rect.top() - header->height());
+            TVRTableViewCell *cell = table->cellForRowAtIndexPath({section, row});
+            QVERIFY(cell);
+            QCOMPARE(cell->size(), rect.size());
+            QWidget *subview = nullptr;
+            int textHeight = 0;
+            if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell)) {
+                subview = title->titleLabel();
+                textHeight = title->titleLabel()->heightForWidth(subview->width());
+            } else {
+                auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
+                QVERIFY(body);
+                subview = body->bodyTextView();
+                body->bodyTextView()->document()->setTextWidth(subview->width());
+                textHeight = qCeil(body->bodyTextView()->document()->size().height());
+                QVERIFY(!body->bodyTextView()->verticalScrollBar()->isVisible());
+            }
+            QCOMPARE(subview->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
+            QCOMPARE(subview->size(), QSize(rect.width() - 16, rect.height()));
+            QVERIFY2(textHeight <= rect.height(),
+                     qPrintable(u"row %1.%2: text %3 px in a row of %4"_s.arg(section).arg(row).arg(textHeight).arg(rect.height())));
+        }
+    }
+    QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());
+}
+
+void tst_DocumentScreens::modality_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<bool>("modal");
+
+    QTest::newRow("pushed") << u"pushed"_s << false;
+    QTest::newRow("bare, no navigation") << u"bare"_s << true;
+    QTest::newRow("presented") << u"presented"_s << true;
+    QTest::newRow("presented in navigation") << u"presented navigation"_s << true;
+    QTest::newRow("in tabs") << u"tabs"_s << false;
+    QTest::newRow("tabs presented by tabs") << u"tabs presented by tabs"_s << true;
+}
+
+void tst_DocumentScreens::modality()
+{
+    QFETCH(QString, setting);
+    QFETCH(bool, modal);
+
+    auto *screen = new TVRTermsOfServiceViewController;
+    auto *host = new HostScreen;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    m_windows << host;
+
+    TVRNavigationController *navigation = nullptr;
+    if (setting == u"pushed"_s) {
+        auto *root = new HostScreen;
+        navigation = new TVRNavigationController(root);
+        host->embed(navigation);
+        navigation->pushViewController(screen);
+    } else if (setting == u"bare"_s) {
+        host->embed(screen);
+    } else if (setting == u"presented"_s) {
+        host->presentViewController(screen);
+    } else if (setting == u"presented navigation"_s) {
+        navigation = new TVRNavigationController(screen);
+        host->presentViewController(navigation);
+    } else {
+        auto *tabs = new TVRTabBarController;
+        navigation = new TVRNavigationController(screen);
+        tabs->setViewControllers({navigation, new HostScreen});
+        if (setting == u"tabs"_s) {
+            host->embed(tabs);
+        } else {
+            auto *outer = new TVRTabBarController;
+            outer->setViewControllers({new HostScreen});
+            outer->setGeometry(QGuiApplication::primaryScreen()->geometry());
+            outer->show();
+            m_windows << outer;
+            outer->presentViewController(tabs);
+        }
+    }
+    QTRY_VERIFY(screen->isViewLoaded());
+    QCOMPARE(screen->isModal(), modal);
+    QCOMPARE(screen->navigationItem()->leftBarButtonItem() == screen->closeBarButtonItem(), modal);
+    QCOMPARE(screen->closeBarButtonItem()->text(), u"Close"_s);
+    QVERIFY(screen->closeBarButtonItem()->font().bold());
+    if (navigation) {
+        auto *left = navigation->navigationBar()->findChildren<QToolButton *>().constFirst();
+        QCOMPARE(left->isVisible() && left->text() == u"Close"_s, modal);
+        QCOMPARE(navigation->navigationBar()->findChild<QLabel *>()->text(), u"Terms of Service"_s);
+        if (setting == u"presented navigation"_s)
+            screenshot(navigation, u"terms-presented"_s);
+        else if (setting == u"pushed"_s)
+            screenshot(host, u"terms-pushed"_s);
+    }
+}
+
+void tst_DocumentScreens::closeDismisses()
+{
+    auto *host = new HostScreen;
+    host->show();
+    m_windows << host;
+    auto *screen = new TVRPrivacyPolicyViewController;
+    auto *navigation = new TVRNavigationController(screen);
+    host->presentViewController(navigation);
+    QCOMPARE(host->presentedViewController(), navigation);
+    QCOMPARE(screen->presentingViewController(), host);
+    QVERIFY(navigation->isWindow() && navigation->isVisible());
+    QCOMPARE(navigation->geometry(), host->geometry());
+
+    QSignalSpy destroyed(navigation, &QObject::destroyed);
+    screen->closeBarButtonItem()->trigger();
+    QVERIFY(!host->presentedViewController());
+    QVERIFY(!navigation->isVisible());
+    QTRY_COMPARE(destroyed.size(), 1);
+}
+
+void tst_DocumentScreens::completionsGoToTheLastScreen()
+{
+    manager()->setTermsOfService(nullptr);
+    manager()->setPrivacyPolicy(nullptr);
+    QSettings().clear();
+    auto *terms = new TVRTermsOfServiceViewController;
+    showInNavigation(terms);
+    QTRY_COMPARE(terms->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
+
+    auto *privacy = new TVRPrivacyPolicyViewController;
+    showInNavigation(privacy);
+    QTRY_COMPARE(privacy->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
+    QCOMPARE(manager()->delegate(), privacy);
+
+    // A new Terms of Service arrives: the privacy screen hears of it, the terms screen not.
+    m_server.reply(TestReply::json(200, QJsonDocument(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))
+                                            .toJson(QJsonDocument::Compact)));
+    terms->headerView()->dateLabel()->setText(u"unchanged"_s);
+    privacy->headerView()->dateLabel()->setText(u"unchanged"_s);
+    manager()->fetchTermsOfService();
+    QTRY_COMPARE(privacy->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
+    QCOMPARE(terms->headerView()->dateLabel()->text(), u"unchanged"_s);
+    QCOMPARE(terms->tableView()->numberOfSections(), 6); // not reloaded
+}
+
+void tst_DocumentScreens::completionWithoutSuccessStillUpdates()
+{
+    manager()->setTermsOfService(std::make_shared<TVRDocument>(documentJson(u"Held"_s, 2, u"2019-12-24T18:00:00.000+0000"_s)));
+    TVRTermsOfServiceViewController screen;
+    screen.managerDidFinishWithSuccess(manager(), false);
+    QTRY_COMPARE(screen.headerView()->dateLabel()->text(), u"Tuesday, December 24, 2019"_s);
+    QCOMPARE(screen.tableView()->numberOfSections(), 2);
+
+    // A failure leaves everything as it is.
+    screen.headerView()->dateLabel()->setText(u"kept"_s);
+    screen.managerFailedWithError(manager(), TVRError(TVRError::networkDomain(), 1, u"refused"_s));
+    QTest::qWait(0);
+    QCOMPARE(screen.headerView()->dateLabel()->text(), u"kept"_s);
+}
+
+void tst_DocumentScreens::privacyTitleIsFixed()
+{
+    TVRPrivacyPolicyViewController privacy;
+    QCOMPARE(privacy.title(), u"Privacy Policy"_s);
+    privacy.setTitle(u"Something else"_s);
+    QCOMPARE(privacy.title(), u"Privacy Policy"_s);
+
+    TVRTermsOfServiceViewController terms;
+    QVERIFY(terms.title().isNull());
+    terms.view();
+    QCOMPARE(terms.title(), u"Terms of Service"_s);
+}
+
+void tst_DocumentScreens::longDocumentKeepsFewCells()
+{
+    manager()->setTermsOfService(std::make_shared<TVRDocument>(documentJson(u"Long"_s, 300)));
+    TestReply never = TestReply::json(200, "{}");
+    never.delayMs = 30 * 1000;
+    m_server.reply(never);
+    auto *screen = new TVRTermsOfServiceViewController;
+    showInNavigation(screen);
+    TVRTableView *table = screen->tableView();
+    QTRY_COMPARE(table->numberOfSections(), 300);
+
+    int mostVisible = 0;
+    QScrollBar *bar = table->verticalScrollBar();
+    for (int y = 0; y <= bar->maximum(); y += table->viewport()->height() / 3) {
+        bar->setValue(y);
+        mostVisible = qMax(mostVisible, int(table->visibleCells().size()));
+    }
+    bar->setValue(bar->maximum());
+    QVERIFY(table->cellForRowAtIndexPath({299, table->numberOfRowsInSection(299) - 1}));
+    const int alive = int(table->viewport()->findChildren<TVRTableViewCell *>().size());
+    QVERIFY2(alive <= mostVisible + 4, qPrintable(u"%1 cells alive for %2 visible"_s.arg(alive).arg(mostVisible)));
+    screenshot(screen->window(), u"terms-end-of-300"_s);
+    m_session.abortAll();
+}
+
+int main(int argc, char *argv[])
+{
+    // An offscreen screen of the size under test, before the application starts.
+    QTemporaryDir dir;
+    const QSize size = screenSize();
+    QFile config(dir.filePath(u"screens.json"_s));
+    if (!config.open(QIODevice::WriteOnly))
+        return 1;
+    config.write(QJsonDocument(QJsonObject{{u"screens"_s, QJsonArray{QJsonObject{
+        {u"name"_s, u"test"_s}, {u"x"_s, 0}, {u"y"_s, 0}, {u"width"_s, size.width()},
+        {u"height"_s, size.height()}, {u"logicalDpi"_s, 96}, {u"dpr"_s, 1}}}}}).toJson());
+    config.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+
+    QApplication app(argc, argv);
+    tst_DocumentScreens test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_documentscreens.moc"
