@@ -75,6 +75,7 @@ class TableModel : public TVRTableViewDataSource, public TVRTableViewDelegate
 public:
     int rows = 100;
     int made = 0;
+    QList<TVRIndexPath> displayed; // in the order the table announced them
     std::shared_ptr<TVRSection> section = std::make_shared<TVRSection>(QJsonObject{{u"body"_s, u"Body"_s}});
 
     int tableViewNumberOfRowsInSection(TVRTableView *, int) override { return rows; }
@@ -88,6 +89,13 @@ public:
         }
         cell->setSection(section);
         return cell;
+    }
+    void tableViewWillDisplayCell(TVRTableView *table, TVRTableViewCell *cell, TVRIndexPath path) override
+    {
+        // Announced once placed, before it is shown.
+        QVERIFY(!cell->isVisible());
+        QCOMPARE(cell->parentWidget(), table->viewport());
+        displayed << path;
     }
 };
 
@@ -356,6 +364,8 @@ void tst_DocumentScreens::cellsAreReused()
 
     const int firstMade = model.made;
     QVERIFY(firstMade > 0);
+    QCOMPARE(model.displayed.size(), table.visibleCells().size());
+    QCOMPARE(model.displayed.constFirst(), TVRIndexPath({0, 0}));
     auto *top = qobject_cast<TVRSectionBodyTableViewCell *>(table.cellForRowAtIndexPath({0, 0}));
     QVERIFY(top);
     QTextEdit *subview = top->bodyTextView();
