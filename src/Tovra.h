@@ -4,6 +4,8 @@
 // Everything a host application needs from the kit.
 
 #include "RQKeychain.h"
+#include "TVRAgreementManager.h"
+#include "TVRAgreementManagerDelegate.h"
 #include "TVRDocument.h"
 #include "TVRDocumentManager.h"
 #include "TVRDocumentManagerDelegate.h"
@@ -26,6 +28,9 @@
 #include "TVRTableViewDataSource.h"
 #include "TVRTableViewDelegate.h"
 #include "TVRTermsOfServiceViewController.h"
+#include "TVRTermsViewController.h"
+#include "TVRUserManager.h"
+#include "TVRUserManagerDelegate.h"
 #include "TVRNavigationItem.h"
 #include "TVRViewController.h"
 

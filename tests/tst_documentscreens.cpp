@@ -141,7 +141,7 @@ private Q_SLOTS:
 private:
     TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
     void screenshot(QWidget *widget, const QString &name);
-    TVRNavigationController *showInNavigation(TVRDocumentViewController *screen);
+    TVRNavigationController *showInNavigation(TVRViewController *screen);
 
     TestHttpsServer m_server;
     TestSession m_session;
@@ -194,7 +194,7 @@ void tst_DocumentScreens::screenshot(QWidget *widget, const QString &name)
     QVERIFY(widget->grab().save(u"%1/%2-%3x%4.png"_s.arg(dir, name).arg(size.width()).arg(size.height())));
 }
 
-TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRDocumentViewController *screen)
+TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRViewController *screen)
 {
     auto *navigation = new TVRNavigationController(screen);
     navigation->setGeometry(QGuiApplication::primaryScreen()->geometry());
@@ -423,7 +423,7 @@ void tst_DocumentScreens::screenGeometry()
 {
     QFETCH(bool, privacy);
 
-    TVRDocumentViewController *screen = privacy ? static_cast<TVRDocumentViewController *>(new TVRPrivacyPolicyViewController)
+    TVRReadOnlyDocumentViewController *screen = privacy ? static_cast<TVRReadOnlyDocumentViewController *>(new TVRPrivacyPolicyViewController)
                                                 : new TVRTermsOfServiceViewController;
     auto *navigation = showInNavigation(screen);
     QVERIFY(QTest::qWaitForWindowExposed(navigation));

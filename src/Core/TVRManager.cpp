@@ -1,6 +1,13 @@
 #include "TVRManager.h"
 
 #include "RQKeychain.h"
+#include "TVRDocument.h"
+#include "TVRLogging_p.h"
+#include "TVRNavigationController.h"
+#include "TVRPrivacyPolicyViewController.h"
+#include "TVRTermsOfServiceViewController.h"
+#include "TVRTermsViewController.h"
+#include "TVRUserManager.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -25,6 +32,21 @@ Settings &settings()
 {
     static Settings instance;
     return instance;
+}
+
+// What the log lines show for a document and an error, after the platform's descriptions.
+QString describe(const std::shared_ptr<TVRDocument> &document)
+{
+    if (!document)
+        return QStringLiteral("(null)");
+    return QStringLiteral("<TVRDocument: 0x%1; _id = %2>")
+        .arg(quintptr(document.get()), 0, 16)
+        .arg(document->identifier().isNull() ? QStringLiteral("(null)") : document->identifier());
+}
+
+QString describe(const TVRError &error)
+{
+    return QStringLiteral("Error Domain=%1 Code=%2 \"%3\"").arg(error.domain()).arg(error.code()).arg(error.message());
 }
 
 // Qt has no "unset" for these names: an empty one is taken as absent.
@@ -139,4 +161,43 @@ void TVRManager::logout()
     settings().userIdentifier.clear();
     settings().userImageUrl.clear();
     settings().userName.clear();
+}
+
+void TVRManager::activateApp()
+{
+    qCInfo(lcTovra, "ACTIVATE");
+    if (!userIdentifier().isValid())
+        return;
+    qCInfo(lcTovra, "FETCH");
+    TVRUserManager *users = TVRUserManager::sharedInstance();
+    users->setDelegate(sharedInstance());
+    users->fetchUserStatusWithIdentifier(userIdentifier());
+}
+
+TVRTermsOfServiceViewController *TVRManager::termsOfServiceViewController()
+{
+    return new TVRTermsOfServiceViewController;
+}
+
+TVRPrivacyPolicyViewController *TVRManager::privacyPolicyViewController()
+{
+    return new TVRPrivacyPolicyViewController;
+}
+
+void TVRManager::userManagerDidRespondWithCompliance(TVRUserManager *, bool compliance,
+                                                     std::shared_ptr<TVRDocument> document)
+{
+    qCInfo(lcTovra, "DOCUMENT: %s", qUtf8Printable(describe(document)));
+    if (compliance)
+        return;
+    TVRViewController *root = TVRViewController::rootViewControllerForWindow(TVRViewController::keyWindow());
+    if (!root)
+        return;
+    auto *agreement = new TVRTermsViewController(std::move(document));
+    root->presentViewController(new TVRNavigationController(agreement), false);
+}
+
+void TVRManager::userManagerDidFailWithError(TVRUserManager *, const TVRError &error)
+{
+    qCInfo(lcTovra, "ERROR: %s", qUtf8Printable(describe(error)));
 }

@@ -2,6 +2,7 @@
 #define TVRMANAGER_H
 
 #include "tovra_export.h"
+#include "TVRUserManagerDelegate.h"
 
 #include <QObject>
 #include <QString>
@@ -21,7 +22,10 @@ TOVRA_EXPORT extern const QString kTVRUserIdentifier;
     Nothing is checked: empty texts and null values are stored as given. Call these from
     the thread that runs the kit, normally the main thread; the class takes no lock.
 */
-class TOVRA_EXPORT TVRManager : public QObject
+class TVRPrivacyPolicyViewController;
+class TVRTermsOfServiceViewController;
+
+class TOVRA_EXPORT TVRManager : public QObject, public TVRUserManagerDelegate
 {
     Q_OBJECT
 
@@ -67,6 +71,31 @@ public:
         identifier, picture address and name. Credentials, application name and flags stay.
     */
     static void logout();
+
+    /*!
+        Starts the agreement check: logs "ACTIVATE" and, when a user identifier is known,
+        "FETCH", makes the shared instance the delegate of TVRUserManager and asks it for
+        the user's status. That request is not part of this release, so the check stops
+        there; a host that learns the status otherwise can hand it to the shared
+        instance's userManagerDidRespondWithCompliance().
+    */
+    static void activateApp();
+
+    //! A new Terms of Service screen, owned by the caller; it fetches its document itself.
+    static TVRTermsOfServiceViewController *termsOfServiceViewController();
+    //! A new Privacy Policy screen, owned by the caller; it fetches its document itself.
+    static TVRPrivacyPolicyViewController *privacyPolicyViewController();
+
+    /*!
+        Logs "DOCUMENT: " and the document. When the user has not agreed, presents the
+        agreement screen for \a document, in a navigation controller, over the screen of
+        the window in front (TVRViewController::keyWindow()), without a transition. With
+        no window shown, nothing is presented.
+    */
+    void userManagerDidRespondWithCompliance(TVRUserManager *manager, bool compliance,
+                                             std::shared_ptr<TVRDocument> document) override;
+    //! Logs "ERROR: " and the error; nothing else.
+    void userManagerDidFailWithError(TVRUserManager *manager, const TVRError &error) override;
 
 private:
     TVRManager();

@@ -1,6 +1,7 @@
 #include "TVRDocumentManager.h"
 
 #include "TVRDocumentManagerDelegate.h"
+#include "TVRWeakDelegate_p.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -51,13 +52,11 @@ enum class Kind { TermsOfService, PrivacyPolicy };
 class TVRDocumentManagerPrivate
 {
 public:
-    QPointer<QObject> delegateObject;
-    TVRDocumentManagerDelegate *delegate = nullptr;
+    TVRWeakDelegate<TVRDocumentManagerDelegate> delegate;
     DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr};
     DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr};
 
     DocumentSlot &slot(Kind kind) { return kind == Kind::TermsOfService ? termsOfService : privacyPolicy; }
-    TVRDocumentManagerDelegate *liveDelegate() const { return delegateObject ? delegate : nullptr; }
 
     static void fetch(TVRDocumentManager *manager, Kind kind);
     std::shared_ptr<TVRDocument> document(Kind kind);
@@ -76,13 +75,13 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
             if (!guard)
                 return;
             guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
-            if (TVRDocumentManagerDelegate *delegate = guard->d->liveDelegate())
+            if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerDidFinishWithSuccess(guard, true);
         },
         [guard](const TVRHTTPResponse &, const TVRError &error) {
             if (!guard)
                 return;
-            if (TVRDocumentManagerDelegate *delegate = guard->d->liveDelegate())
+            if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerFailedWithError(guard, error);
         });
 }
@@ -114,13 +113,12 @@ TVRDocumentManager::~TVRDocumentManager() = default;
 
 TVRDocumentManagerDelegate *TVRDocumentManager::delegate() const
 {
-    return d->liveDelegate();
+    return d->delegate.get();
 }
 
 void TVRDocumentManager::setDelegate(TVRDocumentManagerDelegate *delegate)
 {
-    d->delegateObject = dynamic_cast<QObject *>(delegate);
-    d->delegate = d->delegateObject ? delegate : nullptr;
+    d->delegate.set(delegate);
 }
 
 void TVRDocumentManager::fetchTermsOfService()

@@ -4,6 +4,7 @@
 #include "TVRNavigationItem.h"
 #include "TVRTabBarController.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -180,6 +181,36 @@ void TVRViewController::dismissViewControllerAnimated(bool animated, const std::
     dismissed->deleteLater();
     if (completion)
         completion();
+}
+
+QWidget *TVRViewController::keyWindow()
+{
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        const Qt::WindowType type = window->windowType();
+        if (window->isVisible() && type != Qt::Popup && type != Qt::ToolTip && type != Qt::SplashScreen)
+            return window;
+    }
+    return nullptr;
+}
+
+TVRViewController *TVRViewController::rootViewControllerForWindow(QWidget *window)
+{
+    if (!window)
+        return nullptr;
+    window = window->window();
+    if (auto *screen = qobject_cast<TVRViewController *>(window))
+        return screen;
+    static const QString standInName = QStringLiteral("TVRWindowRootViewController");
+    auto *standIn = window->findChild<TVRViewController *>(standInName, Qt::FindDirectChildrenOnly);
+    if (!standIn) {
+        standIn = new TVRViewController(window);
+        standIn->setObjectName(standInName);
+        standIn->hide();
+    }
+    return standIn;
 }
 
 void TVRViewController::showEvent(QShowEvent *event)

@@ -65,6 +65,17 @@ public:
     */
     void dismissViewControllerAnimated(bool animated = true, const std::function<void()> &completion = {});
 
+    /*!
+        The window in front: the application's active window, else the first visible
+        top-level window; null when none is shown.
+    */
+    static QWidget *keyWindow();
+    /*!
+        The screen that \a window shows, to present other screens from: the window itself
+        when it is a TVRViewController, else a hidden stand-in screen made once as its child.
+    */
+    static TVRViewController *rootViewControllerForWindow(QWidget *window);
+
 Q_SIGNALS:
     void titleChanged();
 

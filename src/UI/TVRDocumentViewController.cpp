@@ -3,14 +3,10 @@
 #include "TVRCallbackDispatcher_p.h"
 #include "TVRDocumentManager.h"
 #include "TVRHeaderView.h"
-#include "TVRNavigationItem.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
-#include "TVRTabBarController.h"
-#include "TVRNavigationController.h"
 #include "TVRTableView.h"
 
-#include <QAction>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLocale>
@@ -24,15 +20,15 @@ bool hasTitle(const std::shared_ptr<TVRSection> &section)
     return section && !section->title().isEmpty();
 }
 
+} // namespace
+
 // The full local date, without the time of day.
-QString dateText(const std::shared_ptr<TVRDocument> &document)
+QString TVRDocumentViewController::dateText(const std::shared_ptr<TVRDocument> &document)
 {
     if (!document)
         return {};
     return QLocale().toString(document->date().toLocalTime().date(), QLocale::LongFormat);
 }
-
-} // namespace
 
 TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad, QWidget *parent)
     : TVRViewController(parent)
@@ -76,45 +72,6 @@ void TVRDocumentViewController::setTableView(TVRTableView *tableView)
     m_tableView = tableView;
 }
 
-QAction *TVRDocumentViewController::closeBarButtonItem()
-{
-    if (!m_closeBarButtonItem) {
-        auto *item = new QAction(QStringLiteral("Close"), this);
-        QFont done = item->font();
-        done.setBold(true);
-        item->setFont(done);
-        connect(item, &QAction::triggered, this, &TVRDocumentViewController::onCloseBarButtonItemPressed);
-        m_closeBarButtonItem = item;
-    }
-    return m_closeBarButtonItem;
-}
-
-void TVRDocumentViewController::setCloseBarButtonItem(QAction *item)
-{
-    m_closeBarButtonItem = item;
-}
-
-bool TVRDocumentViewController::isModal() const
-{
-    TVRViewController *presenting = presentingViewController();
-    if (presenting)
-        return true;
-    // Without a presenter both sides are null: a screen in no navigation controller and
-    // presented by nobody counts as modal, as intended.
-    TVRNavigationController *navigation = navigationController();
-    TVRViewController *navigationPresenting = navigation ? navigation->presentingViewController() : nullptr;
-    TVRViewController *presentedByThat = navigationPresenting ? navigationPresenting->presentedViewController() : nullptr;
-    if (presentedByThat == navigation)
-        return true;
-    TVRTabBarController *tabs = tabBarController();
-    return tabs && qobject_cast<TVRTabBarController *>(tabs->presentingViewController());
-}
-
-void TVRDocumentViewController::onCloseBarButtonItemPressed()
-{
-    dismissViewControllerAnimated(true);
-}
-
 void TVRDocumentViewController::loadView()
 {
     TVRViewController::loadView();
@@ -139,13 +96,6 @@ void TVRDocumentViewController::viewDidLoad()
     TVRViewController::viewDidLoad();
     if (!m_titleOnLoad.isNull())
         setTitle(m_titleOnLoad);
-    if (isModal())
-        navigationItem()->setLeftBarButtonItem(closeBarButtonItem());
-    TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
-    manager->setDelegate(this);
-    // The table already shows a copy from an earlier run; so does the header.
-    headerView()->dateLabel()->setText(dateText(documentOf(manager)));
-    fetchDocument(manager);
 }
 
 TVRSectionList TVRDocumentViewController::sections() const

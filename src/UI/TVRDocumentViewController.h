@@ -10,24 +10,21 @@
 
 #include <QPointer>
 
-class QAction;
 class TVRDocumentManager;
 class TVRHeaderView;
 class TVRTableView;
 
 /*!
-    \brief A read-only screen for one legal document: its date in a header over a table
-    with, per section, a title row (when the title is not empty) and a body row.
+    \brief A screen showing one legal document: its date in a header over a table with, per
+    section, a title row (when the title is not empty) and a body row.
 
-    When its view loads, the screen becomes the delegate of the shared TVRDocumentManager
-    and starts a fetch. The table reads the document from the shared manager at every
-    callback, so it shows the document held, else the copy cached in an earlier run, at
-    once; each completion sets the date and reloads the table, from the event loop. A
-    failed fetch changes nothing. Shown modally, or with no navigation controller, the
-    screen puts a "Close" button on the left of its navigation item.
+    The table reads the document from the shared TVRDocumentManager at every callback, so
+    it shows the document held there, else the copy cached in an earlier run. A completion
+    of the manager, when the screen is its delegate, sets the date and reloads the table
+    from the event loop; a failed fetch changes nothing.
 
-    TVRTermsOfServiceViewController and TVRPrivacyPolicyViewController are the two
-    screens; this class is what they share.
+    This is what the document screens share: TVRReadOnlyDocumentViewController (the Terms
+    of Service and Privacy Policy screens) and TVRTermsViewController (the agreement).
 */
 class TOVRA_EXPORT TVRDocumentViewController : public TVRViewController,
                                                public TVRTableViewDataSource,
@@ -47,14 +44,6 @@ public:
     TVRTableView *tableView();
     void setTableView(TVRTableView *tableView);
 
-    //! Made on first read: "Close", in the bold "done" style; it dismisses the screen.
-    QAction *closeBarButtonItem();
-    void setCloseBarButtonItem(QAction *item);
-
-    //! Whether the screen is presented, directly or in a presented container.
-    bool isModal() const;
-    void onCloseBarButtonItemPressed();
-
     int numberOfSectionsInTableView(TVRTableView *tableView) override;
     int tableViewNumberOfRowsInSection(TVRTableView *tableView, int section) override;
     qreal tableViewHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
@@ -69,19 +58,20 @@ protected:
 
     //! The screen's document as \a manager holds it, or null.
     virtual std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const = 0;
-    virtual void fetchDocument(TVRDocumentManager *manager) = 0;
+    //! The sections of the shared manager's document, as they are now.
+    TVRSectionList sections() const;
+    static QString dateText(const std::shared_ptr<TVRDocument> &document);
 
+    //! A white root view with the table in it, laid out by setupConstraints().
     void loadView() override;
     void viewDidLoad() override;
-    void setupConstraints();
+    //! The table fills the root view.
+    virtual void setupConstraints();
 
 private:
-    TVRSectionList sections() const;
-
     const QString m_titleOnLoad;
     QPointer<TVRHeaderView> m_headerView;
     QPointer<TVRTableView> m_tableView;
-    QPointer<QAction> m_closeBarButtonItem;
 };
 
 #endif

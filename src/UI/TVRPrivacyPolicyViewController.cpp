@@ -3,7 +3,7 @@
 #include "TVRDocumentManager.h"
 
 TVRPrivacyPolicyViewController::TVRPrivacyPolicyViewController(QWidget *parent)
-    : TVRDocumentViewController(QString(), parent)
+    : TVRReadOnlyDocumentViewController(QString(), parent)
 {
 }
 

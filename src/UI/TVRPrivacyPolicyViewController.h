@@ -2,13 +2,13 @@
 #define TVRPRIVACYPOLICYVIEWCONTROLLER_H
 
 #include "tovra_export.h"
-#include "TVRDocumentViewController.h"
+#include "TVRReadOnlyDocumentViewController.h"
 
 /*!
     \brief The Privacy Policy screen. Its title is always "Privacy Policy", whatever is set.
-    See TVRDocumentViewController.
+    See TVRReadOnlyDocumentViewController.
 */
-class TOVRA_EXPORT TVRPrivacyPolicyViewController : public TVRDocumentViewController
+class TOVRA_EXPORT TVRPrivacyPolicyViewController : public TVRReadOnlyDocumentViewController
 {
     Q_OBJECT
 

@@ -3,7 +3,7 @@
 #include "TVRDocumentManager.h"
 
 TVRTermsOfServiceViewController::TVRTermsOfServiceViewController(QWidget *parent)
-    : TVRDocumentViewController(QStringLiteral("Terms of Service"), parent)
+    : TVRReadOnlyDocumentViewController(QStringLiteral("Terms of Service"), parent)
 {
 }
 

@@ -2,13 +2,13 @@
 #define TVRTERMSOFSERVICEVIEWCONTROLLER_H
 
 #include "tovra_export.h"
-#include "TVRDocumentViewController.h"
+#include "TVRReadOnlyDocumentViewController.h"
 
 /*!
     \brief The Terms of Service screen. Its title becomes "Terms of Service" when its view
-    loads. See TVRDocumentViewController.
+    loads. See TVRReadOnlyDocumentViewController.
 */
-class TOVRA_EXPORT TVRTermsOfServiceViewController : public TVRDocumentViewController
+class TOVRA_EXPORT TVRTermsOfServiceViewController : public TVRReadOnlyDocumentViewController
 {
     Q_OBJECT
 

@@ -1,0 +1,3 @@
+#include "TVRAgreementManagerDelegate.h"
+
+TVRAgreementManagerDelegate::~TVRAgreementManagerDelegate() = default;

@@ -1,0 +1,3 @@
+#include "TVRUserManagerDelegate.h"
+
+TVRUserManagerDelegate::~TVRUserManagerDelegate() = default;

@@ -1,0 +1,28 @@
+#ifndef TVRUSERMANAGERDELEGATE_H
+#define TVRUSERMANAGERDELEGATE_H
+
+#include "tovra_export.h"
+#include "TVRError.h"
+
+#include <memory>
+
+class TVRDocument;
+class TVRUserManager;
+
+/*!
+    \brief Receives the service's answer on whether the user has agreed to the current
+    terms. Both methods are required. The delegate object must also be a QObject, so that
+    the manager can hold it weakly.
+*/
+class TOVRA_EXPORT TVRUserManagerDelegate
+{
+public:
+    virtual ~TVRUserManagerDelegate();
+
+    //! \a compliance is true when the user has agreed to \a document, the current terms.
+    virtual void userManagerDidRespondWithCompliance(TVRUserManager *manager, bool compliance,
+                                                     std::shared_ptr<TVRDocument> document) = 0;
+    virtual void userManagerDidFailWithError(TVRUserManager *manager, const TVRError &error) = 0;
+};
+
+#endif

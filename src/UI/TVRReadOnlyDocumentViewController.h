@@ -1,0 +1,43 @@
+#ifndef TVRREADONLYDOCUMENTVIEWCONTROLLER_H
+#define TVRREADONLYDOCUMENTVIEWCONTROLLER_H
+
+#include "tovra_export.h"
+#include "TVRDocumentViewController.h"
+
+class QAction;
+
+/*!
+    \brief A document screen that fetches its own document: the Terms of Service and the
+    Privacy Policy screens.
+
+    When its view loads, the screen shows the date of the document the shared manager has
+    (held, or cached in an earlier run), becomes that manager's delegate and starts a
+    fetch; the last screen to do so hears every later completion. Shown modally, or with
+    no navigation controller at all, it puts "Close" on the left of its navigation item.
+*/
+class TOVRA_EXPORT TVRReadOnlyDocumentViewController : public TVRDocumentViewController
+{
+    Q_OBJECT
+
+public:
+    ~TVRReadOnlyDocumentViewController() override;
+
+    //! Made on first read: "Close", in the bold "done" style; it dismisses the screen.
+    QAction *closeBarButtonItem();
+    void setCloseBarButtonItem(QAction *item);
+
+    //! Whether the screen is presented, directly or in a presented container.
+    bool isModal() const;
+    void onCloseBarButtonItemPressed();
+
+protected:
+    using TVRDocumentViewController::TVRDocumentViewController;
+
+    virtual void fetchDocument(TVRDocumentManager *manager) = 0;
+    void viewDidLoad() override;
+
+private:
+    QPointer<QAction> m_closeBarButtonItem;
+};
+
+#endif

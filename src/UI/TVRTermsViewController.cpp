@@ -1,0 +1,99 @@
+#include "TVRTermsViewController.h"
+
+#include "TVRDocumentManager.h"
+#include "TVRTableView.h"
+
+#include <QAction>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> document, QWidget *parent)
+    : TVRDocumentViewController(QStringLiteral("Terms of Service"), parent)
+{
+    TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
+}
+
+TVRTermsViewController::~TVRTermsViewController() = default;
+
+QToolBar *TVRTermsViewController::toolbar()
+{
+    if (!m_toolbar) {
+        auto *toolbar = new QToolBar;
+        toolbar->setFixedHeight(52);
+        toolbar->setMovable(false);
+        toolbar->setFloatable(false);
+        toolbar->addAction(disagreeBarButtonItem());
+        auto *flexibleSpace = new QWidget(toolbar);
+        flexibleSpace->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+        toolbar->addWidget(flexibleSpace);
+        toolbar->addAction(agreeBarButtonItem());
+        m_toolbar = toolbar;
+    }
+    return m_toolbar;
+}
+
+void TVRTermsViewController::setToolbar(QToolBar *toolbar)
+{
+    m_toolbar = toolbar;
+}
+
+QAction *TVRTermsViewController::disagreeBarButtonItem()
+{
+    if (!m_disagree) {
+        m_disagree = new QAction(QStringLiteral("Disagree"), this);
+        connect(m_disagree, &QAction::triggered, this, &TVRTermsViewController::onDisagreeBarButtonItemPressed);
+    }
+    return m_disagree;
+}
+
+void TVRTermsViewController::setDisagreeBarButtonItem(QAction *item)
+{
+    m_disagree = item;
+}
+
+QAction *TVRTermsViewController::agreeBarButtonItem()
+{
+    if (!m_agree) {
+        m_agree = new QAction(QStringLiteral("Agree"), this);
+        connect(m_agree, &QAction::triggered, this, &TVRTermsViewController::onAgreeBarButtonItemPressed);
+    }
+    return m_agree;
+}
+
+void TVRTermsViewController::setAgreeBarButtonItem(QAction *item)
+{
+    m_agree = item;
+}
+
+void TVRTermsViewController::onAgreeBarButtonItemPressed()
+{
+    // Left empty on purpose: the agreement is not sent to the service in this release.
+}
+
+void TVRTermsViewController::onDisagreeBarButtonItemPressed()
+{
+    // Left empty on purpose, as Agree is.
+}
+
+void TVRTermsViewController::tableViewWillDisplayCell(TVRTableView *, TVRTableViewCell *, TVRIndexPath indexPath)
+{
+    const qsizetype count = sections().size();
+    if (count > 0 && indexPath.section == count - 1) {
+        agreeBarButtonItem()->setEnabled(true);
+        disagreeBarButtonItem()->setEnabled(true);
+    }
+}
+
+std::shared_ptr<TVRDocument> TVRTermsViewController::documentOf(TVRDocumentManager *manager) const
+{
+    return manager->termsOfService();
+}
+
+void TVRTermsViewController::setupConstraints()
+{
+    auto *layout = new QVBoxLayout(view());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(tableView(), 1);
+    layout->addWidget(toolbar());
+}

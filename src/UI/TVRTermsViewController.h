@@ -1,0 +1,57 @@
+#ifndef TVRTERMSVIEWCONTROLLER_H
+#define TVRTERMSVIEWCONTROLLER_H
+
+#include "tovra_export.h"
+#include "TVRDocumentViewController.h"
+
+class QAction;
+class QToolBar;
+
+/*!
+    \brief The agreement screen: the Terms of Service over a toolbar with "Disagree" on the
+    left and "Agree" on the right.
+
+    Making the screen hands its document to the shared TVRDocumentManager as the Terms of
+    Service at once, shown or not; the table then shows it as the Terms of Service screen
+    would. The screen starts no fetch and does not make itself the manager's delegate.
+
+    Both buttons do nothing yet: the agreement is not sent in this release, and the screen
+    never dismisses itself. Showing a row of the last section enables both buttons, should
+    the host have disabled them.
+*/
+class TOVRA_EXPORT TVRTermsViewController : public TVRDocumentViewController
+{
+    Q_OBJECT
+
+public:
+    explicit TVRTermsViewController(std::shared_ptr<TVRDocument> document, QWidget *parent = nullptr);
+    ~TVRTermsViewController() override;
+
+    //! Made on first read: Disagree, a flexible space and Agree, 52 px high.
+    QToolBar *toolbar();
+    void setToolbar(QToolBar *toolbar);
+
+    //! Made on first read: "Disagree", plain style.
+    QAction *disagreeBarButtonItem();
+    void setDisagreeBarButtonItem(QAction *item);
+    //! Made on first read: "Agree", plain style.
+    QAction *agreeBarButtonItem();
+    void setAgreeBarButtonItem(QAction *item);
+
+    void onAgreeBarButtonItemPressed();
+    void onDisagreeBarButtonItemPressed();
+
+    void tableViewWillDisplayCell(TVRTableView *tableView, TVRTableViewCell *cell, TVRIndexPath indexPath) override;
+
+protected:
+    std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
+    //! The table from the top down to the toolbar, the toolbar on the bottom edge.
+    void setupConstraints() override;
+
+private:
+    QPointer<QToolBar> m_toolbar;
+    QPointer<QAction> m_disagree;
+    QPointer<QAction> m_agree;
+};
+
+#endif
