@@ -96,6 +96,9 @@ void TVRDocumentViewController::viewDidLoad()
     TVRViewController::viewDidLoad();
     if (!m_titleOnLoad.isNull())
         setTitle(m_titleOnLoad);
+    // The header shows the date of the document the table shows, until a completion says
+    // otherwise.
+    headerView()->dateLabel()->setText(dateText(documentOf(TVRDocumentManager::sharedInstance())));
 }
 
 TVRSectionList TVRDocumentViewController::sections() const

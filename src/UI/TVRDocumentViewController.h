@@ -21,7 +21,8 @@ class TVRTableView;
     The table reads the document from the shared TVRDocumentManager at every callback, so
     it shows the document held there, else the copy cached in an earlier run. A completion
     of the manager, when the screen is its delegate, sets the date and reloads the table
-    from the event loop; a failed fetch changes nothing.
+    from the event loop; a failed fetch changes nothing. Until then the header shows the
+    date of the document the screen found when its view loaded.
 
     This is what the document screens share: TVRReadOnlyDocumentViewController (the Terms
     of Service and Privacy Policy screens) and TVRTermsViewController (the agreement).

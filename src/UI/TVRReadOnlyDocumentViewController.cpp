@@ -1,13 +1,11 @@
 #include "TVRReadOnlyDocumentViewController.h"
 
 #include "TVRDocumentManager.h"
-#include "TVRHeaderView.h"
 #include "TVRNavigationController.h"
 #include "TVRNavigationItem.h"
 #include "TVRTabBarController.h"
 
 #include <QAction>
-#include <QLabel>
 
 TVRReadOnlyDocumentViewController::~TVRReadOnlyDocumentViewController() = default;
 
@@ -56,7 +54,5 @@ void TVRReadOnlyDocumentViewController::viewDidLoad()
         navigationItem()->setLeftBarButtonItem(closeBarButtonItem());
     TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
     manager->setDelegate(this);
-    // The table already shows a copy from an earlier run; so does the header.
-    headerView()->dateLabel()->setText(dateText(documentOf(manager)));
     fetchDocument(manager);
 }

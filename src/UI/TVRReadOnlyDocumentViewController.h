@@ -10,8 +10,7 @@ class QAction;
     \brief A document screen that fetches its own document: the Terms of Service and the
     Privacy Policy screens.
 
-    When its view loads, the screen shows the date of the document the shared manager has
-    (held, or cached in an earlier run), becomes that manager's delegate and starts a
+    When its view loads, the screen becomes the shared manager's delegate and starts a
     fetch; the last screen to do so hears every later completion. Shown modally, or with
     no navigation controller at all, it puts "Close" on the left of its navigation item.
 */

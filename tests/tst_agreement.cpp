@@ -1,0 +1,457 @@
+// The agreement check: the two empty services, the agreement screen, activateApp and the
+// screen factories. Rendered offscreen at 390x844; screenshots go to TOVRA_SCREENSHOT_DIR.
+
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <TVRHeaderView.h>
+#include <QMainWindow>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RecordingUserDelegate : public QObject, public TVRUserManagerDelegate
+{
+public:
+    int calls = 0;
+    void userManagerDidRespondWithCompliance(TVRUserManager *, bool, std::shared_ptr<TVRDocument>) override { ++calls; }
+    void userManagerDidFailWithError(TVRUserManager *, const TVRError &) override { ++calls; }
+};
+
+class AgreementDelegate : public QObject, public TVRAgreementManagerDelegate
+{
+};
+
+std::shared_ptr<TVRDocument> document(const QString &id, int sections)
+{
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i) {
+        list.append(QJsonObject{{u"title"_s, u"%1. Your agreement"_s.arg(i + 1)},
+                                {u"body"_s, u"By tapping Agree you accept that ##### may process your data as section %1 "
+                                            "describes. You may withdraw at any time."_s.arg(i + 1)}});
+    }
+    return std::make_shared<TVRDocument>(QJsonObject{
+        {u"_id"_s, id}, {u"title"_s, u"Terms of Service"_s},
+        {u"updatedAt"_s, u"2018-05-25T08:00:00.000+0000"_s}, {u"sections"_s, list}});
+}
+
+// The kit's log lines, in order, as they are written; QtTest still sees every line.
+QStringList kitLines;
+QtMessageHandler testHandler = nullptr;
+
+void recordKitLines(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (qstrcmp(context.category, "tovra") == 0)
+        kitLines << message;
+    testHandler(type, context, message);
+}
+
+QList<QWidget *> visibleWindows()
+{
+    QList<QWidget *> windows;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible())
+            windows << widget;
+    }
+    return windows;
+}
+
+} // namespace
+
+class tst_Agreement : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void sharedInstances();
+    void paths();
+    void emptyServicesSendNothing();
+    void delegatesAreWeak();
+    void screenHandsItsDocumentOver();
+    void toolbar();
+    void lastSectionEnablesTheButtons();
+    void buttonsDoNothing();
+    void activateWithoutIdentifier();
+    void activateWithIdentifier();
+    void compliantAnswerShowsNothing();
+    void nonCompliantAnswerPresents_data();
+    void nonCompliantAnswerPresents();
+    void noWindowNoScreen();
+    void failureIsLogged();
+    void factoriesMakeNewScreens();
+
+private:
+    // Sends one real request through the test session and waits for it: whatever the
+    // code under test would have sent before it has arrived by then.
+    void flushRequests();
+    void screenshot(QWidget *widget, const QString &name);
+
+    TestHttpsServer m_server;
+    TestSession m_session;
+};
+
+void tst_Agreement::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tst_agreement"_s);
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    TVRManager::setAppName(u"Acme"_s);
+    QVERIFY(m_server.start());
+    m_server.reply(TestReply::json(200, "{}"));
+    m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
+    for (TVRNetworkManager *manager : {static_cast<TVRNetworkManager *>(TVRUserManager::sharedInstance()),
+                                       static_cast<TVRNetworkManager *>(TVRAgreementManager::sharedInstance()),
+                                       static_cast<TVRNetworkManager *>(TVRDocumentManager::sharedInstance())})
+        manager->setSession(&m_session);
+    testHandler = qInstallMessageHandler(recordKitLines);
+}
+
+void tst_Agreement::init()
+{
+    kitLines.clear();
+}
+
+void tst_Agreement::cleanup()
+{
+    // Presented windows belong to the windows they were presented over.
+    QList<QPointer<QWidget>> windows;
+    for (QWidget *window : QApplication::topLevelWidgets())
+        windows << window;
+    for (const QPointer<QWidget> &window : std::as_const(windows)) {
+        if (window && !window->parentWidget())
+            delete window;
+    }
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+}
+
+void tst_Agreement::flushRequests()
+{
+    TVRNetworkManager probe;
+    probe.setSession(&m_session);
+    bool done = false;
+    probe.requestForPath(u"/flush"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+                         [&](const TVRHTTPResponse &, const QJsonValue &) { done = true; },
+                         [&](const TVRHTTPResponse &, const TVRError &) { done = true; });
+    QTRY_VERIFY(done);
+}
+
+void tst_Agreement::screenshot(QWidget *widget, const QString &name)
+{
+    const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
+    if (dir.isEmpty())
+        return;
+    QDir().mkpath(dir);
+    QVERIFY(QTest::qWaitForWindowExposed(widget->window()));
+    for (int pass = 0; pass < 4; ++pass)
+        QCoreApplication::processEvents();
+    const QSize size = QGuiApplication::primaryScreen()->size();
+    QVERIFY(widget->grab().save(u"%1/%2-%3x%4.png"_s.arg(dir, name).arg(size.width()).arg(size.height())));
+}
+
+void tst_Agreement::sharedInstances()
+{
+    TVRUserManager *users = TVRUserManager::sharedInstance();
+    TVRAgreementManager *agreements = TVRAgreementManager::sharedInstance();
+    QVERIFY(users && agreements);
+    QCOMPARE(TVRUserManager::sharedInstance(), users);
+    QCOMPARE(TVRAgreementManager::sharedInstance(), agreements);
+    QVERIFY(static_cast<QObject *>(users) != static_cast<QObject *>(agreements));
+}
+
+void tst_Agreement::paths()
+{
+    QCOMPARE(kTVRCheckUserStatusPath, u"/api/user/status"_s);
+    QCOMPARE(kTVRDocumentAgreementPath, u"/api/terms-of-service/agree"_s);
+}
+
+void tst_Agreement::emptyServicesSendNothing()
+{
+    RecordingUserDelegate users;
+    AgreementDelegate agreements;
+    TVRUserManager::sharedInstance()->setDelegate(&users);
+    TVRAgreementManager::sharedInstance()->setDelegate(&agreements);
+    QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), &agreements);
+
+    const int before = m_server.requests().size();
+    TVRUserManager::sharedInstance()->fetchUserStatusWithIdentifier(u"user-42"_s);
+    TVRUserManager::sharedInstance()->fetchUserStatusWithIdentifier(QVariant());
+    TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
+    TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
+    flushRequests();
+
+    QCOMPARE(m_server.requests().size(), before + 1);
+    QCOMPARE(m_server.requests().constLast().path, u"/flush"_s);
+    QCOMPARE(users.calls, 0);
+}
+
+void tst_Agreement::delegatesAreWeak()
+{
+    auto *users = new RecordingUserDelegate;
+    auto *agreements = new AgreementDelegate;
+    TVRUserManager::sharedInstance()->setDelegate(users);
+    TVRAgreementManager::sharedInstance()->setDelegate(agreements);
+    delete users;
+    delete agreements;
+    QVERIFY(!TVRUserManager::sharedInstance()->delegate());
+    QVERIFY(!TVRAgreementManager::sharedInstance()->delegate());
+}
+
+void tst_Agreement::screenHandsItsDocumentOver()
+{
+    const auto given = document(u"given"_s, 2);
+    TVRTermsViewController screen(given);
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+    QVERIFY(!screen.isViewLoaded());
+
+    // Loading its view makes the screen no delegate and starts no fetch.
+    const int before = m_server.requests().size();
+    TVRDocumentManager::sharedInstance()->setDelegate(nullptr);
+    screen.view();
+    QCOMPARE(screen.title(), u"Terms of Service"_s);
+    QVERIFY(!TVRDocumentManager::sharedInstance()->delegate());
+    flushRequests();
+    QCOMPARE(m_server.requests().size(), before + 1);
+
+    TVRTermsViewController cleared(nullptr);
+    QVERIFY(!TVRDocumentManager::sharedInstance()->termsOfService());
+}
+
+void tst_Agreement::toolbar()
+{
+    auto *screen = new TVRTermsViewController(document(u"doc"_s, 3));
+    screen->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    screen->show();
+    QVERIFY(QTest::qWaitForWindowExposed(screen));
+
+    QToolBar *bar = screen->toolbar();
+    const QList<QAction *> items = bar->actions();
+    QCOMPARE(items.size(), 3);
+    QCOMPARE(items[0], screen->disagreeBarButtonItem());
+    QCOMPARE(items[2], screen->agreeBarButtonItem());
+    QCOMPARE(items[0]->text(), u"Disagree"_s);
+    QCOMPARE(items[2]->text(), u"Agree"_s);
+    QVERIFY(!items[0]->font().bold() && !items[2]->font().bold());
+    QWidget *space = bar->widgetForAction(items[1]);
+    QVERIFY(space);
+    QCOMPARE(space->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+
+    // 52 px on the bottom edge, full width; the table above it, down to it.
+    QTRY_COMPARE(bar->geometry(), QRect(0, screen->view()->height() - 52, screen->view()->width(), 52));
+    QCOMPARE(screen->tableView()->geometry(), QRect(0, 0, screen->view()->width(), screen->view()->height() - 52));
+    QWidget *disagree = bar->widgetForAction(items[0]);
+    QWidget *agree = bar->widgetForAction(items[2]);
+    QVERIFY(disagree->geometry().right() < space->geometry().left());
+    QVERIFY(agree->geometry().left() > space->geometry().right());
+    QVERIFY(agree->geometry().right() > bar->width() - 40);
+}
+
+void tst_Agreement::lastSectionEnablesTheButtons()
+{
+    auto *screen = new TVRTermsViewController(document(u"long"_s, 12));
+    screen->resize(390, 500);
+    screen->agreeBarButtonItem()->setEnabled(false);
+    screen->disagreeBarButtonItem()->setEnabled(false);
+    QStringList enabled;
+    for (QAction *item : {screen->agreeBarButtonItem(), screen->disagreeBarButtonItem()})
+        connect(item, &QAction::enabledChanged, this, [&enabled, item] { enabled << item->text(); });
+    screen->show();
+    QVERIFY(QTest::qWaitForWindowExposed(screen));
+
+    // The first screenful leaves the last section unseen.
+    QVERIFY(!screen->tableView()->cellForRowAtIndexPath({11, 0}));
+    QVERIFY(enabled.isEmpty());
+    QScrollBar *bar = screen->tableView()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QCOMPARE(enabled, QStringList({u"Agree"_s, u"Disagree"_s}));
+    QVERIFY(screen->agreeBarButtonItem()->isEnabled() && screen->disagreeBarButtonItem()->isEnabled());
+
+    // With no sections at all nothing is ever enabled.
+    auto *empty = new TVRTermsViewController(std::make_shared<TVRDocument>(QJsonObject()));
+    empty->agreeBarButtonItem()->setEnabled(false);
+    empty->show();
+    QVERIFY(QTest::qWaitForWindowExposed(empty));
+    QCOMPARE(empty->tableView()->numberOfSections(), 0);
+    QVERIFY(!empty->agreeBarButtonItem()->isEnabled());
+}
+
+void tst_Agreement::buttonsDoNothing()
+{
+    auto *host = new QMainWindow;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    QApplication::setActiveWindow(host);
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^DOCUMENT: "_s));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
+                                                                      document(u"doc"_s, 2));
+    auto *navigation = host->findChild<TVRNavigationController *>();
+    QVERIFY(navigation);
+    auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
+    QVERIFY(screen);
+    RecordingUserDelegate users;
+    TVRUserManager::sharedInstance()->setDelegate(&users);
+    QSignalSpy destroyed(navigation, &QObject::destroyed);
+    const int before = m_server.requests().size();
+
+    screen->agreeBarButtonItem()->trigger();
+    screen->disagreeBarButtonItem()->trigger();
+    flushRequests();
+    QVERIFY(navigation->isVisible());
+    QCOMPARE(destroyed.size(), 0);
+    QCOMPARE(m_server.requests().size(), before + 1);
+    QCOMPARE(users.calls, 0);
+}
+
+void tst_Agreement::activateWithoutIdentifier()
+{
+    TVRManager::logout();
+    TVRUserManager::sharedInstance()->setDelegate(nullptr);
+    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
+    TVRManager::activateApp();
+    QCOMPARE(kitLines, QStringList{u"ACTIVATE"_s});
+    QVERIFY(!TVRUserManager::sharedInstance()->delegate());
+}
+
+void tst_Agreement::activateWithIdentifier()
+{
+    TVRManager::setUserIdentifier(u"user-42"_s);
+    TVRUserManager::sharedInstance()->setDelegate(nullptr);
+    const int before = m_server.requests().size();
+    const int windows = int(visibleWindows().size());
+
+    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
+    QTest::ignoreMessage(QtInfoMsg, "FETCH");
+    TVRManager::activateApp();
+    QCOMPARE(kitLines, QStringList({u"ACTIVATE"_s, u"FETCH"_s}));
+    QCOMPARE(TVRUserManager::sharedInstance()->delegate(), TVRManager::sharedInstance());
+    flushRequests();
+    QCOMPARE(m_server.requests().size(), before + 1);
+    QCOMPARE(int(visibleWindows().size()), windows);
+    TVRManager::logout();
+}
+
+void tst_Agreement::compliantAnswerShowsNothing()
+{
+    auto *host = new QMainWindow;
+    host->show();
+    QApplication::setActiveWindow(host);
+    const auto given = document(u"doc-1"_s, 1);
+    const QString line = u"DOCUMENT: <TVRDocument: 0x%1; _id = doc-1>"_s.arg(quintptr(given.get()), 0, 16);
+    QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true, given);
+    QCOMPARE(kitLines, QStringList{line});
+    QVERIFY(!host->findChild<TVRNavigationController *>());
+    QCOMPARE(visibleWindows(), QList<QWidget *>{host});
+}
+
+void tst_Agreement::nonCompliantAnswerPresents_data()
+{
+    QTest::addColumn<bool>("kitScreen");
+    QTest::newRow("over a host's main window") << false;
+    QTest::newRow("over a kit screen") << true;
+}
+
+void tst_Agreement::nonCompliantAnswerPresents()
+{
+    QFETCH(bool, kitScreen);
+
+    QWidget *host = kitScreen ? static_cast<QWidget *>(TVRManager::privacyPolicyViewController()) : new QMainWindow;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    QApplication::setActiveWindow(host);
+    QVERIFY(QTest::qWaitForWindowActive(host));
+
+    const auto given = document(u"doc-2"_s, 5);
+    const QString line = u"DOCUMENT: <TVRDocument: 0x%1; _id = doc-2>"_s.arg(quintptr(given.get()), 0, 16);
+    QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, given);
+    QCOMPARE(kitLines, QStringList{line});
+
+    // A navigation controller with the agreement screen at its root, shown at once over
+    // the window, window-modal, at the window's size.
+    auto *navigation = host->findChild<TVRNavigationController *>();
+    QVERIFY(navigation);
+    QVERIFY(navigation->isWindow() && navigation->isVisible());
+    QCOMPARE(navigation->windowModality(), Qt::WindowModal);
+    QCOMPARE(navigation->geometry(), host->geometry());
+    QCOMPARE(navigation->viewControllers().size(), 1);
+    auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
+    QVERIFY(screen);
+    QVERIFY(screen->presentingViewController());
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+    QCOMPARE(navigation->navigationBar()->height(), 44);
+    QVERIFY(navigation->navigationBar()->isVisible());
+    QCOMPARE(navigation->navigationBar()->findChild<QLabel *>()->text(), u"Terms of Service"_s);
+    QTRY_COMPARE(screen->tableView()->numberOfSections(), 5);
+    QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
+    if (!kitScreen)
+        screenshot(navigation, u"agreement"_s);
+}
+
+void tst_Agreement::noWindowNoScreen()
+{
+    QVERIFY(visibleWindows().isEmpty());
+    QTest::ignoreMessage(QtInfoMsg, "DOCUMENT: (null)");
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, nullptr);
+    QVERIFY(visibleWindows().isEmpty());
+}
+
+void tst_Agreement::failureIsLogged()
+{
+    const TVRError error(TVRError::networkDomain(), 1, u"Connection refused"_s);
+    QTest::ignoreMessage(QtInfoMsg, "ERROR: Error Domain=QNetworkReply Code=1 \"Connection refused\"");
+    TVRManager::sharedInstance()->userManagerDidFailWithError(TVRUserManager::sharedInstance(), error);
+    QCOMPARE(kitLines.size(), 1);
+    QVERIFY(visibleWindows().isEmpty());
+}
+
+void tst_Agreement::factoriesMakeNewScreens()
+{
+    std::unique_ptr<TVRTermsOfServiceViewController> terms(TVRManager::termsOfServiceViewController());
+    std::unique_ptr<TVRTermsOfServiceViewController> moreTerms(TVRManager::termsOfServiceViewController());
+    std::unique_ptr<TVRPrivacyPolicyViewController> privacy(TVRManager::privacyPolicyViewController());
+    std::unique_ptr<TVRPrivacyPolicyViewController> morePrivacy(TVRManager::privacyPolicyViewController());
+    QVERIFY(terms && moreTerms && privacy && morePrivacy);
+    QVERIFY(terms != moreTerms);
+    QVERIFY(privacy != morePrivacy);
+    for (QWidget *screen : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())}) {
+        QVERIFY(!screen->isVisible());
+        QVERIFY(!screen->parent());
+    }
+    QVERIFY(!terms->navigationController());
+}
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir dir;
+    QFile config(dir.filePath(u"screens.json"_s));
+    if (!config.open(QIODevice::WriteOnly))
+        return 1;
+    config.write(R"({"screens":[{"name":"phone","x":0,"y":0,"width":390,"height":844,"logicalDpi":96,"dpr":1}]})");
+    config.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+
+    QApplication app(argc, argv);
+    tst_Agreement test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_agreement.moc"
