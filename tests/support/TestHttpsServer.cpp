@@ -1,6 +1,6 @@
 #include "TestHttpsServer.h"
 
-#include "TestCertificates.h"
+#include "LoopbackCertificates.h"
 
 #include <QHttpServerRequest>
 #include <QMetaEnum>
@@ -51,7 +51,7 @@ TestHttpsServer::TestHttpsServer(QObject *parent)
 
 bool TestHttpsServer::start()
 {
-    sslSetup(TestCertificates::serviceCertificate(), TestCertificates::serviceKey());
+    sslSetup(LoopbackCertificates::serviceCertificate(), LoopbackCertificates::serviceKey());
     m_port = listen(QHostAddress::LocalHost, 0);
     return m_port != 0;
 }

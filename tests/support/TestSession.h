@@ -1,31 +1,16 @@
 #ifndef TESTSESSION_H
 #define TESTSESSION_H
 
-#include <QHash>
-#include <QList>
-#include <QNetworkAccessManager>
-#include <QSslCertificate>
+#include "LoopbackSession.h"
 
-/*
-    A network session as a host could hand the kit: requests for a routed host go to a
-    port on 127.0.0.1 instead of the host's own address. Everything else stays as Qt does
-    it: the Host header and the name that the certificate is checked against remain the
-    routed host's, and TLS is verified against the given authorities only.
-*/
-class TestSession : public QNetworkAccessManager
+// The loopback session, counting the replies it made, for tests that wait for every
+// request to end.
+class TestSession : public LoopbackSession
 {
     Q_OBJECT
 
 public:
-    explicit TestSession(QObject *parent = nullptr);
-
-    void route(const QString &host, quint16 port) { m_routes.insert(host, port); }
-    // Routes \a host to a loopback port that nothing listens on: connections are refused.
-    bool routeToClosedPort(const QString &host);
-    // Certificates trusted by this session; the test CA unless told otherwise.
-    void setAuthorities(const QList<QSslCertificate> &authorities) { m_authorities = authorities; }
-    // Checks the certificate against \a name instead of the routed host's name.
-    void setPeerVerifyName(const QString &name) { m_peerVerifyName = name; }
+    using LoopbackSession::LoopbackSession;
 
     // Replies made by this session and not yet destroyed.
     int liveReplies() const { return m_liveReplies; }
@@ -37,11 +22,6 @@ protected:
                                  QIODevice *outgoingData) override;
 
 private:
-    QNetworkReply *track(QNetworkReply *reply);
-
-    QHash<QString, quint16> m_routes;
-    QList<QSslCertificate> m_authorities;
-    QString m_peerVerifyName;
     int m_liveReplies = 0;
 };
 

@@ -1,12 +1,12 @@
-#include "TestCertificates.h"
+#include "LoopbackCertificates.h"
 
 #include <QFile>
 
-// The certificates are compiled into the static support library, whose resources the
+// The certificates are compiled into the static loopback library, whose resources the
 // linker would drop unless something refers to them.
 static void initCertificateResources()
 {
-    Q_INIT_RESOURCE(certs);
+    Q_INIT_RESOURCE(loopback_certs);
 }
 
 namespace {
@@ -15,22 +15,22 @@ QByteArray resource(const QString &name)
     initCertificateResources();
     QFile file(QStringLiteral(":/certs/") + name);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("test certificate %s is missing", qPrintable(name));
+        qFatal("loopback certificate %s is missing", qPrintable(name));
     return file.readAll();
 }
 } // namespace
 
-QSslCertificate TestCertificates::authority()
+QSslCertificate LoopbackCertificates::authority()
 {
     return QSslCertificate(resource(QStringLiteral("test-ca.pem")), QSsl::Pem);
 }
 
-QSslCertificate TestCertificates::serviceCertificate()
+QSslCertificate LoopbackCertificates::serviceCertificate()
 {
     return QSslCertificate(resource(QStringLiteral("service.pem")), QSsl::Pem);
 }
 
-QSslKey TestCertificates::serviceKey()
+QSslKey LoopbackCertificates::serviceKey()
 {
     return QSslKey(resource(QStringLiteral("service.key")), QSsl::Ec, QSsl::Pem);
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Makes the test certificate authority and the service host's certificate that the test
-# HTTPS server presents. Run it again only to replace them; the outputs are committed.
-#   bash tests/data/certs/make-certs.sh [service host]
+# Makes the loopback certificate authority and the service host's certificate that the
+# loopback HTTPS services of the tests and the demo present. Run it again only to replace
+# them; the outputs are committed.
+#   bash examples/loopback/certs/make-certs.sh [service host]
 set -euo pipefail
 cd "$(dirname "$0")"
 host=${1:-api.tovra.io}
