@@ -1,0 +1,18 @@
+#ifndef SAMPLEDOCUMENTS_H
+#define SAMPLEDOCUMENTS_H
+
+#include <QJsonObject>
+#include <QString>
+
+// The documents the demo service serves unless given a folder of its own: an Acme-style
+// Terms of Service and Privacy Policy, with "#####" where the app's name goes.
+namespace SampleDocuments {
+QJsonObject termsOfService();
+QJsonObject privacyPolicy();
+
+// Reads \a path as a document the service can serve; on a problem, returns an empty
+// object and says in \a error what is wrong, naming the file.
+QJsonObject load(const QString &path, QString *error);
+}
+
+#endif

@@ -1,0 +1,110 @@
+#include "ScreenshotTour.h"
+
+#include "DemoService.h"
+#include "HomeScreen.h"
+#include "LoopbackSession.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLabel>
+#include <QScreen>
+
+namespace {
+
+// Serves events until \a done holds, for at most ten seconds.
+template<typename Predicate>
+bool waitFor(Predicate done)
+{
+    const QDeadlineTimer deadline(10000);
+    while (!done() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
+}
+
+// Lets layouts and queued updates settle, then grabs \a widget.
+bool save(QWidget *widget, const QString &path)
+{
+    for (int pass = 0; pass < 5; ++pass)
+        QCoreApplication::processEvents();
+    return widget->grab().save(path);
+}
+
+class Counter : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    int finished = 0;
+    void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++finished; }
+};
+
+} // namespace
+
+QStringList takeScreenshots(const QString &directory, DemoService &service, LoopbackSession &session,
+                            const QJsonObject &currentTerms, QString *error)
+{
+    if (!QDir().mkpath(directory)) {
+        *error = directory + QStringLiteral(": cannot make the folder");
+        return {};
+    }
+    QStringList written;
+    auto shoot = [&](QWidget *widget, const QString &name) {
+        const QString path = QDir(directory).filePath(name + QStringLiteral(".png"));
+        if (save(widget, path))
+            written << path;
+        else
+            *error = path + QStringLiteral(": cannot write the image");
+    };
+    TVRDocumentManager *documents = TVRDocumentManager::sharedInstance();
+
+    // A first launch fetches both documents, which keeps a copy of each.
+    Counter counter;
+    documents->setDelegate(&counter);
+    documents->fetchTermsOfService();
+    documents->fetchPrivacyPolicy();
+    if (!waitFor([&] { return counter.finished == 2; })) {
+        *error = QStringLiteral("the sample service did not answer");
+        return {};
+    }
+
+    auto *home = new HomeScreen(currentTerms);
+    auto *navigation = new TVRNavigationController(home);
+    navigation->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    navigation->show();
+    QApplication::setActiveWindow(navigation);
+
+    // The next launch, offline: the Terms of Service come from the copy at once.
+    documents->setTermsOfService(nullptr);
+    LoopbackSession offline;
+    offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
+    documents->setSession(&offline);
+    home->showTermsOfService();
+    auto *terms = qobject_cast<TVRTermsOfServiceViewController *>(navigation->topViewController());
+    waitFor([&] { return terms->tableView()->numberOfSections() > 0; });
+    shoot(navigation, QStringLiteral("terms-of-service-from-cache"));
+
+    // Back online, the reply arrives and the screen refreshes.
+    documents->setSession(&session);
+    const int served = service.requestsServed();
+    documents->fetchTermsOfService();
+    waitFor([&] { return service.requestsServed() > served; });
+    shoot(navigation, QStringLiteral("terms-of-service"));
+    navigation->popViewControllerAnimated();
+
+    const int servedBefore = service.requestsServed();
+    home->showPrivacyPolicy();
+    auto *privacy = qobject_cast<TVRNavigationController *>(home->presentedViewController());
+    waitFor([&] { return service.requestsServed() > servedBefore; });
+    shoot(privacy, QStringLiteral("privacy-policy-presented"));
+    privacy->dismissViewControllerAnimated();
+
+    home->runAgreementCheck();
+    if (auto *agreement = home->presentedViewController())
+        shoot(agreement, QStringLiteral("agreement"));
+    else
+        *error = QStringLiteral("the agreement screen was not presented");
+
+    delete navigation;
+    return error->isEmpty() ? written : QStringList();
+}

@@ -1,0 +1,155 @@
+// Tovra demo: a host application that shows its legal documents with the kit.
+//
+//   tovra-demo                       open the window (renders screenshots without a display)
+//   tovra-demo --screenshots DIR     render each screen to DIR as PNG at phone size, then exit
+//   tovra-demo --documents DIR       serve DIR/terms-of-service.json and DIR/privacy-policy.json
+
+#include "DemoService.h"
+#include "HomeScreen.h"
+#include "LoopbackSession.h"
+#include "SampleDocuments.h"
+#include "ScreenshotTour.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+namespace {
+
+const QByteArray demoKey = "demo-key";
+const QByteArray demoSecret = "demo-secret";
+
+// The offscreen platform warns that it cannot pass size hints on; that is expected here.
+QtMessageHandler defaultHandler = nullptr;
+void quietOffscreen(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message != QLatin1String("This plugin does not support propagateSizeHints()"))
+        defaultHandler(type, context, message);
+}
+
+bool hasDisplay()
+{
+#if defined(Q_OS_LINUX)
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#else
+    return true;
+#endif
+}
+
+bool wantsScreenshots(int argc, char *argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        if (qstrcmp(argv[i], "--screenshots") == 0)
+            return true;
+    }
+    return false;
+}
+
+// Screenshots are taken offscreen on a phone-sized screen: 390 x 844.
+bool useOffscreenPhone(const QTemporaryDir &dir)
+{
+    QFile config(dir.filePath(QStringLiteral("screens.json")));
+    if (!config.open(QIODevice::WriteOnly))
+        return false;
+    config.write(R"({"screens":[{"name":"phone","x":0,"y":0,"width":390,"height":844,"logicalDpi":96,"dpr":1}]})");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir scratch;
+    const bool headless = wantsScreenshots(argc, argv) || !hasDisplay();
+    if (headless) {
+        if (!useOffscreenPhone(scratch))
+            return 1;
+        defaultHandler = qInstallMessageHandler(quietOffscreen);
+    }
+
+    QApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Tovra"));
+    QCoreApplication::setApplicationName(QStringLiteral("Tovra Demo"));
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+
+    QCommandLineParser options;
+    options.setApplicationDescription(QStringLiteral("Shows the Tovra kit's screens against a sample service."));
+    options.addHelpOption();
+    const QCommandLineOption screenshots(QStringLiteral("screenshots"),
+                                         QStringLiteral("Render each screen to <dir> as PNG, then exit."),
+                                         QStringLiteral("dir"));
+    const QCommandLineOption documents(QStringLiteral("documents"),
+                                       QStringLiteral("Serve terms-of-service.json and privacy-policy.json from <dir>."),
+                                       QStringLiteral("dir"));
+    options.addOption(screenshots);
+    options.addOption(documents);
+    options.process(app);
+
+    // The documents to serve: the samples, or the user's own, checked first.
+    QJsonObject terms = SampleDocuments::termsOfService();
+    QJsonObject privacy = SampleDocuments::privacyPolicy();
+    if (options.isSet(documents)) {
+        const QDir dir(options.value(documents));
+        QString problem;
+        terms = SampleDocuments::load(dir.filePath(QStringLiteral("terms-of-service.json")), &problem);
+        if (problem.isEmpty())
+            privacy = SampleDocuments::load(dir.filePath(QStringLiteral("privacy-policy.json")), &problem);
+        if (!problem.isEmpty()) {
+            err << "tovra-demo: " << problem << Qt::endl;
+            return 2;
+        }
+    }
+
+    DemoService service(terms, privacy, demoKey, demoSecret);
+    if (!service.start()) {
+        err << "tovra-demo: the sample service could not listen on 127.0.0.1" << Qt::endl;
+        return 1;
+    }
+
+    // What a host sets up at each launch.
+    TVRManager::setAPIKey(QString::fromLatin1(demoKey), QString::fromLatin1(demoSecret));
+    TVRManager::setAppName(QStringLiteral("Acme Notes"));
+    TVRManager::setUserIdentifier(QStringLiteral("demo-user-1"));
+    TVRDesignClass::setSectionTitleColor(QColor(0x2B, 0x57, 0x9A)); // one appearance setting
+
+    // The kit reaches the sample service as it would the real one, through its session.
+    LoopbackSession session;
+    session.route(TVRNetworkManager::baseURLComponents().host(), service.port());
+    TVRDocumentManager::sharedInstance()->setSession(&session);
+
+    if (headless) {
+        const QString directory = options.isSet(screenshots) ? options.value(screenshots)
+                                                             : QStringLiteral("tovra-demo-screenshots");
+        QString problem;
+        const QStringList written = takeScreenshots(directory, service, session, terms, &problem);
+        if (written.isEmpty()) {
+            err << "tovra-demo: " << problem << Qt::endl;
+            return 1;
+        }
+        for (const QString &path : written)
+            out << QDir::current().absoluteFilePath(path) << Qt::endl;
+        return 0;
+    }
+
+    out << "Sample service on https://127.0.0.1:" << service.port() << " as "
+        << TVRNetworkManager::baseURLComponents().host() << Qt::endl;
+    QMainWindow window;
+    auto *home = new HomeScreen(terms);
+    window.setCentralWidget(new TVRNavigationController(home));
+    QMenu *menu = window.menuBar()->addMenu(QStringLiteral("&Documents"));
+    menu->addActions({home->termsAction(), home->privacyAction(), home->agreementAction()});
+    window.setWindowTitle(QStringLiteral("Tovra demo"));
+    window.resize(420, 800);
+    window.show();
+    return app.exec();
+}

@@ -1,0 +1,38 @@
+# Shared by test.sh and demo.sh: install what is missing from Debian's packages, then
+# configure and build the kit, its tests and its demo in one build directory.
+
+tovra_packages=(
+    cmake g++ ninja-build
+    qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
+    libsecret-1-0 libssl3 ca-certificates
+    gnome-keyring dbus dbus-bin dbus-daemon
+    fonts-dejavu-core
+)
+
+tovra_install_packages() {
+    local missing=() package
+    for package in "${tovra_packages[@]}"; do
+        if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing from Debian's packages: ${missing[*]}"
+    local sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    "${sudo[@]}" apt-get update -q
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+# Configures and builds in $tovra_build_dir. With CI=true, compiler warnings are errors.
+tovra_build() {
+    tovra_build_dir=${BUILD_DIR:-build}
+    local werror=OFF
+    [ "${CI:-}" = "true" ] && werror=ON
+    tovra_jobs=$(( $(nproc) < 2 ? $(nproc) : 2 ))
+    cmake -S . -B "$tovra_build_dir" -G Ninja \
+        -DCMAKE_BUILD_TYPE="${BUILD_TYPE:-RelWithDebInfo}" \
+        -DTOVRA_BUILD_TESTS=ON -DTOVRA_BUILD_EXAMPLES=ON -DTOVRA_BUILD_BENCHMARKS=ON \
+        -DTOVRA_WARNINGS_AS_ERRORS="$werror"
+    cmake --build "$tovra_build_dir" --parallel "$tovra_jobs"
+}

@@ -1,0 +1,110 @@
+// The demo's headless run, as a new user's first command runs it: it exits 0 and leaves
+// one phone-sized PNG per screen. And a folder of broken documents gets a clear message.
+
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_Demo : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void screenshots();
+    void userDocuments_data();
+    void userDocuments();
+
+private:
+    static int run(const QStringList &arguments, QByteArray *output, QByteArray *errors = nullptr);
+};
+
+int tst_Demo::run(const QStringList &arguments, QByteArray *output, QByteArray *errors)
+{
+    QProcess demo;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(u"QT_QPA_PLATFORM"_s); // the demo picks offscreen itself when headless
+    demo.setProcessEnvironment(env);
+    demo.start(QStringLiteral(TOVRA_DEMO), arguments);
+    if (!demo.waitForFinished(60000))
+        return -1;
+    *output = demo.readAllStandardOutput();
+    if (errors)
+        *errors = demo.readAllStandardError();
+    return demo.exitStatus() == QProcess::NormalExit ? demo.exitCode() : -1;
+}
+
+void tst_Demo::screenshots()
+{
+    QTemporaryDir dir;
+    QByteArray output;
+    QCOMPARE(run({u"--screenshots"_s, dir.path()}, &output), 0);
+
+    const QStringList names{u"terms-of-service-from-cache.png"_s, u"terms-of-service.png"_s,
+                            u"privacy-policy-presented.png"_s, u"agreement.png"_s};
+    const QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(printed.size(), names.size());
+    for (int i = 0; i < names.size(); ++i) {
+        const QString path = QDir(dir.path()).filePath(names[i]);
+        QCOMPARE(printed[i], path);
+        const QImage image(path);
+        QVERIFY2(!image.isNull(), qPrintable(path));
+        QCOMPARE(image.size(), QSize(390, 844));
+        // Not a blank page: text is drawn somewhere below the bars.
+        int dark = 0;
+        for (int y = 100; y < image.height(); y += 4) {
+            for (int x = 0; x < image.width(); x += 4)
+                dark += qGray(image.pixel(x, y)) < 96;
+        }
+        QVERIFY2(dark > 200, qPrintable(u"%1 looks empty"_s.arg(path)));
+    }
+}
+
+void tst_Demo::userDocuments_data()
+{
+    QTest::addColumn<QByteArray>("terms");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("not JSON") << QByteArray("{\"title\": ") << u"terms-of-service.json: not valid JSON at byte"_s;
+    QTest::newRow("not an object") << QByteArray("[]") << u"terms-of-service.json: the document must be a JSON object"_s;
+    QTest::newRow("sections missing") << QByteArray("{\"title\":\"T\"}") << u"\"sections\" must be an array"_s;
+    QTest::newRow("section of the wrong kind") << QByteArray("{\"sections\":[{\"body\":\"b\"}, 7]}")
+                                               << u"section 2 must be a JSON object"_s;
+    QTest::newRow("bad date") << QByteArray("{\"updatedAt\":\"2016-03-01\",\"sections\":[]}")
+                              << u"\"updatedAt\" must read like 2016-03-01T12:30:00.000+0000"_s;
+    QTest::newRow("good") << QByteArray("{\"title\":\"Mine\",\"sections\":[{\"title\":\"A\",\"body\":\"B\"}]}") << QString();
+}
+
+void tst_Demo::userDocuments()
+{
+    QFETCH(QByteArray, terms);
+    QFETCH(QString, message);
+
+    QTemporaryDir documents;
+    QTemporaryDir shots;
+    QFile termsFile(documents.filePath(u"terms-of-service.json"_s));
+    QVERIFY(termsFile.open(QIODevice::WriteOnly));
+    termsFile.write(terms);
+    termsFile.close();
+    QFile privacyFile(documents.filePath(u"privacy-policy.json"_s));
+    QVERIFY(privacyFile.open(QIODevice::WriteOnly));
+    privacyFile.write("{\"title\":\"Privacy\",\"sections\":[{\"body\":\"Text\"}]}");
+    privacyFile.close();
+
+    QByteArray output;
+    QByteArray errors;
+    const int code = run({u"--documents"_s, documents.path(), u"--screenshots"_s, shots.path()}, &output, &errors);
+    if (message.isNull()) {
+        QCOMPARE(code, 0);
+        return;
+    }
+    QCOMPARE(code, 2);
+    QVERIFY2(errors.contains(message.toUtf8()), errors.constData());
+    QVERIFY(errors.contains(documents.filePath(u"terms-of-service.json"_s).toUtf8()));
+}
+
+QTEST_GUILESS_MAIN(tst_Demo)
+#include "tst_demo.moc"
