@@ -22,7 +22,7 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
 {
     if (!m_bodyTextView) {
         auto *textView = new QTextEdit;
-        textView->setFont(TVRDesignClass::sectionBodyFont());
+        textView->setFont(textFont(TVRDesignClass::sectionBodyFont()));
         // A text view that does not scroll: no scroll bars, and no frame or margin, so that
         // the text wraps as it was measured and fills exactly the height of its row.
         textView->setFrameShape(QFrame::NoFrame);

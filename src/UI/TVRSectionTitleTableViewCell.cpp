@@ -23,7 +23,7 @@ QLabel *TVRSectionTitleTableViewCell::titleLabel()
     if (!m_titleLabel) {
         auto *label = new QLabel;
         label->setTextFormat(Qt::PlainText);
-        label->setFont(TVRDesignClass::sectionTitleFont());
+        label->setFont(textFont(TVRDesignClass::sectionTitleFont()));
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, TVRDesignClass::sectionTitleColor());
         label->setPalette(palette);

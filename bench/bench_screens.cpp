@@ -1,0 +1,461 @@
+// How fast a legal document appears and scrolls, side by side with a QTextBrowser showing
+// the same document as HTML. Offscreen at 390 x 844. Prints a table and writes JSON.
+//
+//   bench/run.sh                     build in release mode and run, isolated
+//   bench_screens [--json FILE]      run (inside tests/run-isolated.sh)
+//   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
+
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QScreen>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTextBrowser>
+#include <QTextStream>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+struct Size
+{
+    const char *name;
+    int sections;
+    int sentences; // per body
+};
+
+const Size sizes[] = {{"small", 10, 4}, {"typical", 40, 8}, {"large", 400, 10}};
+
+const char *const sentences[] = {
+    "You keep every right you have in the content you put into #####.",
+    "We may change these terms, and we will tell you before the changes take effect.",
+    "Do not use ##### to break the law, to harm others or to overload our systems.",
+    "A subscription renews each period until you cancel it in your account settings.",
+    "To the extent the law allows, our liability is limited to what you paid us.",
+};
+
+QByteArray makeDocument(const Size &size)
+{
+    QJsonArray sections;
+    for (int i = 0; i < size.sections; ++i) {
+        QString body;
+        for (int s = 0; s < size.sentences; ++s)
+            body += QString::fromLatin1(sentences[(i + s) % 5]) + QLatin1Char(' ');
+        QJsonObject section{{QStringLiteral("body"), body.trimmed()}};
+        if (i % 4 != 3)
+            section.insert(QStringLiteral("title"), QStringLiteral("%1. Section heading number %1").arg(i + 1));
+        sections.append(section);
+    }
+    return QJsonDocument(QJsonObject{{QStringLiteral("_id"), QString::fromLatin1(size.name)},
+                                     {QStringLiteral("title"), QStringLiteral("Terms of Service")},
+                                     {QStringLiteral("updatedAt"), QStringLiteral("2026-09-01T09:00:00.000+0000")},
+                                     {QStringLiteral("sections"), sections}})
+        .toJson(QJsonDocument::Compact);
+}
+
+// The alternative: the same document as HTML, a heading per title, a paragraph per body.
+QString toHtml(const QByteArray &json)
+{
+    const QJsonObject document = QJsonDocument::fromJson(json).object();
+    QString html = QStringLiteral("<html><body><p align=\"center\">%1</p>")
+                       .arg(document.value(QStringLiteral("updatedAt")).toString());
+    const QString name = TVRManager::appName();
+    for (const QJsonValue &value : document.value(QStringLiteral("sections")).toArray()) {
+        const QJsonObject section = value.toObject();
+        if (section.contains(QStringLiteral("title")))
+            html += QStringLiteral("<h2>%1</h2>").arg(section.value(QStringLiteral("title")).toString().toHtmlEscaped());
+        html += QStringLiteral("<p>%1</p>").arg(
+            section.value(QStringLiteral("body")).toString().replace(QStringLiteral("#####"), name).toHtmlEscaped());
+    }
+    return html + QStringLiteral("</body></html>");
+}
+
+double median(QList<double> samples)
+{
+    std::sort(samples.begin(), samples.end());
+    return samples.isEmpty() ? 0 : samples[samples.size() / 2];
+}
+
+double percentile(QList<double> samples, double p)
+{
+    std::sort(samples.begin(), samples.end());
+    if (samples.isEmpty())
+        return 0;
+    const qsizetype index = std::min<qsizetype>(samples.size() - 1, qsizetype(p * samples.size()));
+    return samples[index];
+}
+
+// Milliseconds of \a work, the median of \a runs runs.
+double timeIt(int runs, const std::function<void()> &work)
+{
+    QList<double> samples;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        samples << timer.nsecsElapsed() / 1e6;
+    }
+    return median(samples);
+}
+
+void settle()
+{
+    for (int pass = 0; pass < 3; ++pass)
+        QCoreApplication::processEvents();
+}
+
+void cache(const QByteArray &json)
+{
+    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(json));
+    TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr);
+}
+
+QRect phone()
+{
+    return QGuiApplication::primaryScreen()->geometry();
+}
+
+// 3. A terms screen made, shown and painted once, its document in the cache.
+double firstFrameTovra(const QByteArray &json, int runs, bool neverMeasured = false)
+{
+    cache(json);
+    int run = 0;
+    const double result = timeIt(runs, [&] {
+        if (neverMeasured)
+            TVRManager::setAppName(QStringLiteral("First frame %1").arg(++run));
+        TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr); // read the copy again
+        TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
+        navigation.setGeometry(phone());
+        navigation.show();
+        auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
+        // Events run as the application's loop would run them, until the rows are laid out.
+        for (int pass = 0; pass < 20 && screen->tableView()->visibleCells().isEmpty(); ++pass)
+            QCoreApplication::processEvents();
+        if (screen->tableView()->visibleCells().isEmpty())
+            qFatal("the first frame showed no rows");
+        navigation.repaint();
+    });
+    TVRManager::setAppName(QStringLiteral("Acme"));
+    return result;
+}
+
+double firstFrameBrowser(const QByteArray &json, int runs)
+{
+    cache(json);
+    return timeIt(runs, [&] {
+        QTextBrowser browser;
+        browser.setGeometry(phone());
+        browser.setHtml(toHtml(QSettings().value(kTVRTermsOfServiceDataPath).toString().toUtf8()));
+        browser.show();
+        for (int pass = 0; pass < 20 && browser.verticalScrollBar()->maximum() == 0; ++pass)
+            QCoreApplication::processEvents();
+        browser.repaint();
+    });
+}
+
+struct ScrollResult
+{
+    double median = 0;
+    double p99 = 0;
+    int frames = 0;
+    int cellsAlive = -1;
+};
+
+// 4. Frames painted scrolling top to bottom, a viewport at a time.
+ScrollResult scroll(QAbstractScrollArea *area, const std::function<void()> &afterEachFrame = {})
+{
+    QScrollBar *bar = area->verticalScrollBar();
+    QList<double> frames;
+    for (int round = 0; round < 3; ++round) {
+        bar->setValue(0);
+        settle();
+        for (int y = 0;; y += area->viewport()->height()) {
+            QElapsedTimer timer;
+            timer.start();
+            bar->setValue(std::min(y, bar->maximum()));
+            area->viewport()->repaint();
+            frames << timer.nsecsElapsed() / 1e6;
+            if (afterEachFrame)
+                afterEachFrame();
+            if (y >= bar->maximum())
+                break;
+        }
+    }
+    return {median(frames), percentile(frames, 0.99), int(frames.size()), -1};
+}
+
+ScrollResult scrollTovra(const QByteArray &json, int *visibleMost)
+{
+    cache(json);
+    TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
+    navigation.setGeometry(phone());
+    navigation.show();
+    settle();
+    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
+    TVRTableView *table = screen->tableView();
+    *visibleMost = 0;
+    ScrollResult result = scroll(table, [&] { *visibleMost = std::max(*visibleMost, int(table->visibleCells().size())); });
+    result.cellsAlive = int(table->viewport()->findChildren<TVRTableViewCell *>().size());
+    return result;
+}
+
+ScrollResult scrollBrowser(const QByteArray &json)
+{
+    QTextBrowser browser;
+    browser.setGeometry(phone());
+    browser.setHtml(toHtml(json));
+    browser.show();
+    settle();
+    return scroll(&browser);
+}
+
+// 5. From fetchTermsOfService() to the table reloaded with the reply.
+double fetchToRefresh(const QByteArray &json, int runs)
+{
+    TestHttpsServer server;
+    server.start();
+    server.reply(TestReply::json(200, json));
+    TestSession session;
+    session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
+    TVRDocumentManager *documents = TVRDocumentManager::sharedInstance();
+    documents->setSession(&session);
+    cache(json);
+    TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
+    navigation.setGeometry(phone());
+    navigation.show();
+    settle();
+    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
+    TVRTableView *table = screen->tableView();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 200); // the screen's own fetch
+
+    const double result = timeIt(runs, [&] {
+        bool reloaded = false;
+        QMetaObject::Connection watch = QObject::connect(table->verticalScrollBar(), &QScrollBar::rangeChanged,
+                                                         [&] { reloaded = true; });
+        // A reload resets the scroll range; a changed range is the reload's signature.
+        table->verticalScrollBar()->setRange(0, 0);
+        reloaded = false;
+        documents->fetchTermsOfService();
+        while (!reloaded)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QObject::disconnect(watch);
+    });
+    documents->setSession(nullptr);
+    return result;
+}
+
+long peakMemoryKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+// 6. Runs in a process of its own: shows one viewer with the document and reports the
+// peak resident memory above what the process had before.
+int memoryProbe(const QString &kind, const QString &sizeName)
+{
+    const Size *size = std::find_if(std::begin(sizes), std::end(sizes),
+                                    [&](const Size &s) { return sizeName == QLatin1String(s.name); });
+    const QByteArray json = makeDocument(*size);
+    // Both start from a painted empty window, so that only the document's cost differs.
+    QWidget blank;
+    blank.setGeometry(phone());
+    blank.show();
+    blank.repaint();
+    const long before = peakMemoryKiB();
+    std::unique_ptr<QWidget> viewer;
+    if (kind == QLatin1String("tovra")) {
+        // The copy is on disk from an earlier run (the parent process wrote it).
+        viewer.reset(new TVRNavigationController(TVRManager::termsOfServiceViewController()));
+    } else {
+        auto *browser = new QTextBrowser;
+        browser->setHtml(toHtml(json));
+        viewer.reset(browser);
+    }
+    viewer->setGeometry(phone());
+    viewer->show();
+    settle();
+    viewer->repaint();
+    QTextStream(stdout) << before << ' ' << peakMemoryKiB() << Qt::endl;
+    return 0;
+}
+
+struct Memory
+{
+    long total = -1; // KiB
+    long growth = -1;
+};
+
+// The median of five fresh processes: peak memory varies by a few hundred KiB run to run.
+Memory measureMemory(const QString &kind, const char *size)
+{
+    QList<double> totals;
+    QList<double> growths;
+    for (int run = 0; run < 5; ++run) {
+        QProcess probe;
+        probe.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("--memory"), kind, QString::fromLatin1(size)});
+        probe.waitForFinished(60000);
+        const QList<QByteArray> parts = probe.readAllStandardOutput().trimmed().split(' ');
+        if (parts.size() != 2)
+            return {};
+        totals << parts[1].toDouble();
+        growths << parts[1].toDouble() - parts[0].toDouble();
+    }
+    return {long(median(totals)), long(median(growths))};
+}
+
+QtMessageHandler defaultHandler = nullptr;
+void quietOffscreen(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message != QLatin1String("This plugin does not support propagateSizeHints()"))
+        defaultHandler(type, context, message);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    defaultHandler = qInstallMessageHandler(quietOffscreen);
+    QTemporaryDir scratch;
+    QFile config(scratch.filePath(QStringLiteral("screens.json")));
+    if (!config.open(QIODevice::WriteOnly))
+        return 1;
+    config.write(R"({"screens":[{"name":"phone","x":0,"y":0,"width":390,"height":844,"logicalDpi":96,"dpr":1}]})");
+    config.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+    qputenv("QT_LOGGING_RULES", "tovra.info=false");
+
+    QApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Tovra Bench"));
+    QCoreApplication::setApplicationName(QStringLiteral("bench_screens"));
+    TVRManager::setAppName(QStringLiteral("Acme"));
+    TVRManager::setAPIKey(QStringLiteral("key"), QStringLiteral("secret"));
+    // The screens' own fetches go nowhere: nothing but the measured fetch touches a network.
+    LoopbackSession offline;
+    offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
+    TVRDocumentManager::sharedInstance()->setSession(&offline);
+
+    const QStringList args = app.arguments();
+    if (args.size() == 4 && args[1] == QLatin1String("--memory"))
+        return memoryProbe(args[2], args[3]);
+    const int jsonAt = int(args.indexOf(QStringLiteral("--json")));
+    const QString jsonPath = jsonAt > 0 && jsonAt + 1 < args.size() ? args[jsonAt + 1] : QStringLiteral("bench_screens.json");
+
+    QTextStream out(stdout);
+    QJsonObject report;
+    out << QStringLiteral("%1 %2 %3 %4 %5\n").arg(QStringLiteral("measure"), -34).arg(QStringLiteral("size"), -8)
+               .arg(QStringLiteral("Tovra"), 12).arg(QStringLiteral("QTextBrowser"), 13).arg(QStringLiteral("ratio"), 7);
+    auto row = [&](const QString &measure, const char *size, double tovra, double browser, const QString &unit) {
+        QString line = QStringLiteral("%1 %2 %3").arg(measure, -34).arg(QLatin1String(size), -8)
+                           .arg(QString::number(tovra, 'f', 3) + QLatin1Char(' ') + unit, 12);
+        QJsonObject entry{{QStringLiteral("tovra"), tovra}, {QStringLiteral("unit"), unit}};
+        if (browser >= 0) {
+            line += QStringLiteral(" %1 %2").arg(QString::number(browser, 'f', 3) + QLatin1Char(' ') + unit, 13)
+                        .arg(QString::number(tovra / browser, 'f', 2), 7);
+            entry.insert(QStringLiteral("qtextbrowser"), browser);
+            entry.insert(QStringLiteral("ratio"), tovra / browser);
+        }
+        out << line << Qt::endl;
+        report.insert(measure + QLatin1Char(' ') + QLatin1String(size), entry);
+    };
+
+    for (const Size &size : sizes) {
+        const QByteArray json = makeDocument(size);
+        report.insert(QStringLiteral("bytes %1").arg(QLatin1String(size.name)), json.size());
+
+        const double model = timeIt(50, [&] {
+            TVRDocument document(QJsonDocument::fromJson(json).object());
+            qsizetype characters = document.title().size() + document.identifier().size();
+            characters += document.date().isValid();
+            for (const auto &section : document.sections())
+                characters += section->title().size() + section->body().size();
+            Q_UNUSED(characters)
+        });
+        row(QStringLiteral("1 model from reply bytes"), size.name, model, -1, QStringLiteral("ms"));
+
+        TVRDocument document(QJsonDocument::fromJson(json).object());
+        const TVRSectionList list = document.sections();
+        const double heights = timeIt(20, [&] {
+            qreal total = 0;
+            for (const auto &section : list) {
+                if (!section->title().isEmpty())
+                    total += TVRSectionTitleTableViewCell::cellHeightForSection(section);
+                total += TVRSectionBodyTableViewCell::cellHeightForSection(section);
+            }
+            Q_UNUSED(total)
+        });
+        row(QStringLiteral("2 heights of every row"), size.name, heights, -1, QStringLiteral("ms"));
+
+        // The same, the first time these texts are measured: another application name per
+        // run makes every body a text not seen before.
+        int run = 0;
+        const double coldHeights = timeIt(5, [&] {
+            TVRManager::setAppName(QStringLiteral("Acme %1").arg(++run));
+            qreal total = 0;
+            for (const auto &section : list) {
+                if (!section->title().isEmpty())
+                    total += TVRSectionTitleTableViewCell::cellHeightForSection(section);
+                total += TVRSectionBodyTableViewCell::cellHeightForSection(section);
+            }
+            Q_UNUSED(total)
+        });
+        TVRManager::setAppName(QStringLiteral("Acme"));
+        row(QStringLiteral("2 heights of every row, first time"), size.name, coldHeights, -1, QStringLiteral("ms"));
+
+        row(QStringLiteral("3 first frame from the cache"), size.name, firstFrameTovra(json, 15),
+            firstFrameBrowser(json, 15), QStringLiteral("ms"));
+        row(QStringLiteral("3 first frame, texts never measured"), size.name, firstFrameTovra(json, 5, true),
+            firstFrameBrowser(json, 5), QStringLiteral("ms"));
+    }
+
+    const Size &large = sizes[2];
+    const QByteArray largeJson = makeDocument(large);
+    int visibleMost = 0;
+    const ScrollResult tovraScroll = scrollTovra(largeJson, &visibleMost);
+    const ScrollResult browserScroll = scrollBrowser(largeJson);
+    row(QStringLiteral("4 scroll frame, median"), large.name, tovraScroll.median, browserScroll.median, QStringLiteral("ms"));
+    row(QStringLiteral("4 scroll frame, p99"), large.name, tovraScroll.p99, browserScroll.p99, QStringLiteral("ms"));
+    out << QStringLiteral("  %1 frames; %2 cell objects alive at the end, at most %3 rows visible at once")
+               .arg(tovraScroll.frames).arg(tovraScroll.cellsAlive).arg(visibleMost)
+        << Qt::endl;
+    report.insert(QStringLiteral("4 cells alive"), tovraScroll.cellsAlive);
+    report.insert(QStringLiteral("4 most visible rows"), visibleMost);
+
+    for (const Size &size : sizes)
+        row(QStringLiteral("5 fetch to refreshed table"), size.name, fetchToRefresh(makeDocument(size), 20), -1,
+            QStringLiteral("ms"));
+
+    cache(largeJson);
+    QSettings().sync();
+    const Memory tovraMemory = measureMemory(QStringLiteral("tovra"), large.name);
+    const Memory browserMemory = measureMemory(QStringLiteral("browser"), large.name);
+    row(QStringLiteral("6 peak memory, whole process"), large.name, tovraMemory.total / 1024.0,
+        browserMemory.total / 1024.0, QStringLiteral("MiB"));
+    row(QStringLiteral("6 peak memory, document's share"), large.name, tovraMemory.growth / 1024.0,
+        browserMemory.growth / 1024.0, QStringLiteral("MiB"));
+
+    QFile file(jsonPath);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(QJsonDocument(report).toJson());
+    out << "JSON: " << QFileInfo(file).absoluteFilePath() << Qt::endl;
+    return 0;
+}
