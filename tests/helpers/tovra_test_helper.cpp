@@ -4,6 +4,7 @@
 //   tovra_test_helper appname-without-application
 //   tovra_test_helper fetch-terms PORT    fetch from the test server on PORT, then exit
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
+//   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
 // Prints one line per result; "<null>" stands for a null value.
 
 #include "TestSession.h"
@@ -32,6 +33,13 @@ QString show(const QString &text)
 {
     return text.isNull() ? QStringLiteral("<null>") : text;
 }
+
+class FetchAgain : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool) override { manager->fetchTermsOfService(); }
+    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &) override { manager->fetchTermsOfService(); }
+};
 
 class QuitWhenFetched : public QObject, public TVRDocumentManagerDelegate
 {
@@ -93,6 +101,16 @@ int main(int argc, char *argv[])
         manager->fetchTermsOfService();
         app.exec();
         out << delegate.outcome << Qt::endl;
+    } else if (command == QLatin1String("fetch-terms-forever") && args.size() == 1) {
+        TestSession session;
+        session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
+        TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+        manager->setSession(&session);
+        FetchAgain delegate;
+        manager->setDelegate(&delegate);
+        out << "fetching" << Qt::endl;
+        manager->fetchTermsOfService();
+        return app.exec();
     } else if (command == QLatin1String("read-terms")) {
         const std::shared_ptr<TVRDocument> terms = TVRDocumentManager::sharedInstance()->termsOfService();
         if (!terms) {

@@ -110,7 +110,13 @@ void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
         }
         if (!hasLength)
             head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
-        socket->write(head + "\r\n" + reply.body);
+        if (reply.cutBodyAt >= 0) {
+            socket->write(head + "\r\n" + reply.body.left(reply.cutBodyAt));
+            socket->flush();
+            socket->disconnectFromHost();
+        } else {
+            socket->write(head + "\r\n" + reply.body);
+        }
     }
     ++m_repliesSent;
     Q_EMIT replySent();

@@ -34,6 +34,7 @@ struct TestReply
     QByteArray body;
     int delayMs = 0;
     bool dropConnection = false;
+    int cutBodyAt = -1; // when set: the connection drops after this many bytes of the body
 
     static TestReply json(int status, const QByteArray &body);
     static TestReply dropped();

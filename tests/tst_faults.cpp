@@ -1,0 +1,287 @@
+// Faults injected for real: a connection cut in the middle of the body, a server that
+// never answers, a failed TLS handshake, a 10 MB body, a thousand fetches, no Secret
+// Service on the bus, and a process killed while it writes the cached copy.
+
+#include "HelperProcess.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QSslConfiguration>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Recorder : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    int finished = 0;
+    int failed = 0;
+    QList<TVRError> errors;
+    void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++finished; }
+    void managerFailedWithError(TVRDocumentManager *, const TVRError &error) override
+    {
+        ++failed;
+        errors << error;
+    }
+    int calls() const { return finished + failed; }
+};
+
+QByteArray documentJson(const QString &id, int sections, int bodyCharacters = 200)
+{
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i)
+        list.append(QJsonObject{{u"title"_s, u"Section %1"_s.arg(i + 1)}, {u"body"_s, QString(bodyCharacters, u'x')}});
+    return QJsonDocument(QJsonObject{{u"_id"_s, id}, {u"title"_s, u"Terms"_s},
+                                     {u"updatedAt"_s, u"2026-09-01T09:00:00.000+0000"_s}, {u"sections"_s, list}})
+        .toJson(QJsonDocument::Compact);
+}
+
+long residentKiB()
+{
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+} // namespace
+
+class tst_Faults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void bodyCutShort();
+    void serverNeverAnswers();
+    void tlsHandshakeFails();
+    void tenMegabyteBody();
+    void thousandFetches();
+    void noSecretService();
+    void killedWhileWritingTheCache();
+
+private:
+    TestHttpsServer m_server;
+    TestSession m_session;
+    std::unique_ptr<TVRDocumentManager> m_manager;
+    QString m_host;
+};
+
+void tst_Faults::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    // The helper launches share this settings file: they are launches of one host.
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tovra-host"_s);
+    QVERIFY(m_server.start());
+    m_host = TVRNetworkManager::baseURLComponents().host();
+    m_session.route(m_host, m_server.port());
+    TVRManager::setAPIKey(u"a"_s, u"b"_s);
+}
+
+void tst_Faults::init()
+{
+    QSettings().clear();
+    m_manager = std::make_unique<TVRDocumentManager>();
+    m_manager->setSession(&m_session);
+    m_server.reply(TestReply::json(200, documentJson(u"first"_s, 3)));
+}
+
+void tst_Faults::cleanup()
+{
+    m_manager.reset();
+    m_session.abortAll();
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+}
+
+void tst_Faults::bodyCutShort()
+{
+    Recorder recorder;
+    m_manager->setDelegate(&recorder);
+    m_manager->fetchTermsOfService();
+    QTRY_COMPARE(recorder.finished, 1);
+    const QVariant cached = QSettings().value(kTVRTermsOfServiceDataPath);
+
+    TestReply cut = TestReply::json(200, documentJson(u"second"_s, 50));
+    cut.cutBodyAt = 1000;
+    m_server.reply(cut);
+    m_manager->fetchTermsOfService();
+    QTRY_COMPARE(recorder.calls(), 2);
+    QCOMPARE(recorder.failed, 1);
+    QCOMPARE(recorder.errors.constFirst().code(), int(QNetworkReply::RemoteHostClosedError));
+    QCOMPARE(QSettings().value(kTVRTermsOfServiceDataPath), cached);
+    QCOMPARE(m_manager->termsOfService()->identifier(), u"first"_s);
+}
+
+void tst_Faults::serverNeverAnswers()
+{
+    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(documentJson(u"cached"_s, 4)));
+    TestReply silent = TestReply::json(200, "{}");
+    silent.delayMs = 60 * 60 * 1000;
+    m_server.reply(silent);
+
+    // The shared manager serves the screen: point it at the silent server.
+    TVRDocumentManager *shared = TVRDocumentManager::sharedInstance();
+    shared->setSession(&m_session);
+    shared->setTermsOfService(nullptr);
+    TVRTermsOfServiceViewController screen;
+    screen.resize(390, 844);
+    screen.show();
+    const int requests = m_server.requests().size();
+    QTRY_COMPARE(m_server.requests().size(), requests + 1);
+
+    // The fetch stays pending while the event loop goes on: timers keep firing and the
+    // screen shows the cached copy.
+    int ticks = 0;
+    QTimer ticker;
+    connect(&ticker, &QTimer::timeout, this, [&ticks] { ++ticks; });
+    ticker.start(5);
+    QTRY_VERIFY(ticks >= 20);
+    QCOMPARE(m_session.liveReplies(), 1);
+    QCOMPARE(screen.tableView()->numberOfSections(), 4);
+    QCOMPARE(shared->termsOfService()->identifier(), u"cached"_s);
+    shared->setSession(nullptr);
+}
+
+void tst_Faults::tlsHandshakeFails()
+{
+    TestSession untrusting;
+    untrusting.route(m_host, m_server.port());
+    untrusting.setAuthorities(QSslConfiguration::systemCaCertificates());
+    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(documentJson(u"cached"_s, 2)));
+    m_manager->setSession(&untrusting);
+    Recorder recorder;
+    m_manager->setDelegate(&recorder);
+    const int requests = m_server.requests().size();
+    m_manager->fetchTermsOfService();
+    QTRY_COMPARE(recorder.failed, 1);
+    QCOMPARE(recorder.errors.constFirst().code(), int(QNetworkReply::SslHandshakeFailedError));
+    QCOMPARE(m_server.requests().size(), requests);
+    QCOMPARE(m_manager->termsOfService()->identifier(), u"cached"_s);
+    QTRY_COMPARE(untrusting.liveReplies(), 0);
+}
+
+void tst_Faults::tenMegabyteBody()
+{
+    const QByteArray big = documentJson(u"big"_s, 5000, 2000);
+    QVERIFY(big.size() > 10 * 1000 * 1000);
+    m_server.reply(TestReply::json(200, big));
+    Recorder recorder;
+    m_manager->setDelegate(&recorder);
+    m_manager->fetchTermsOfService();
+    QTRY_VERIFY_WITH_TIMEOUT(recorder.calls() == 1, 30000);
+    QCOMPARE(recorder.finished, 1);
+    QCOMPARE(m_manager->termsOfService()->sections().size(), 5000);
+    QCOMPARE(QSettings().value(kTVRTermsOfServiceDataPath).toString().size(), big.size());
+    QCOMPARE(TVRDocumentManager().termsOfService()->identifier(), u"big"_s);
+}
+
+void tst_Faults::thousandFetches()
+{
+    Recorder recorder;
+    m_manager->setDelegate(&recorder);
+    m_server.reply(TestReply::json(200, documentJson(u"loop"_s, 20)));
+    long warm = 0;
+    for (int i = 0; i < 1000; ++i) {
+        m_manager->fetchTermsOfService();
+        QTRY_COMPARE(recorder.calls(), i + 1);
+        if (i == 199)
+            warm = residentKiB();
+    }
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+    QCOMPARE(recorder.finished, 1000);
+    QCOMPARE(recorder.failed, 0);
+    // After the first 200, 800 more fetches may not make the process grow by 2 MB.
+    const long growth = residentKiB() - warm;
+    QVERIFY2(growth < 2048, qPrintable(u"grew by %1 KiB over 800 fetches"_s.arg(growth)));
+}
+
+void tst_Faults::noSecretService()
+{
+    // A bus of its own with no service on it and no way to start one.
+    QTemporaryDir dir;
+    QFile config(dir.filePath(u"bus.conf"_s));
+    QVERIFY(config.open(QIODevice::WriteOnly));
+    config.write("<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+                 "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+                 "<busconfig><type>session</type><listen>unix:tmpdir=" + dir.path().toUtf8() + "</listen>"
+                 "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                 "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
+    config.close();
+    QProcess bus;
+    bus.start(u"dbus-daemon"_s, {u"--config-file="_s + config.fileName(), u"--nofork"_s, u"--print-address=1"_s});
+    QVERIFY(bus.waitForStarted());
+    QVERIFY(QTest::qWaitFor([&] { return bus.canReadLine(); }, 5000));
+    const QString address = QString::fromUtf8(bus.readLine()).trimmed();
+    QVERIFY(address.startsWith(u"unix:"_s));
+
+    const QStringList environment{u"DBUS_SESSION_BUS_ADDRESS="_s + address};
+    const QList<QPair<QStringList, QString>> calls{
+        {{u"save"_s, u"k"_s, u"v"_s}, u"false"_s},
+        {{u"load"_s, u"k"_s}, u"<null>"_s},
+        {{u"delete"_s, u"k"_s}, u"false"_s},
+    };
+    for (const auto &call : calls) {
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(runHelper(call.first, environment), QStringList{call.second});
+        QVERIFY2(timer.elapsed() < 2000, qPrintable(u"%1 took %2 ms"_s.arg(call.first.first()).arg(timer.elapsed())));
+    }
+    bus.kill();
+    bus.waitForFinished();
+}
+
+void tst_Faults::killedWhileWritingTheCache()
+{
+    // Two documents of different sizes take turns; each read after a kill must be one of
+    // them, whole.
+    const QByteArray first = documentJson(u"A"_s, 300, 400);
+    const QByteArray second = documentJson(u"B"_s, 120, 900);
+    const QMap<QString, int> sectionsOf{{u"A"_s, 300}, {u"B"_s, 120}};
+    int served = 0;
+    m_server.setHandler([&](const TestRequest &) { return TestReply::json(200, (served++ % 2) ? second : first); });
+    const QString port = QString::number(m_server.port());
+    QCOMPARE(runHelper({u"fetch-terms"_s, port}), QStringList{u"fetched"_s});
+
+    for (int kill = 0; kill < 50; ++kill) {
+        QProcess writer;
+        writer.start(QStringLiteral(TOVRA_TEST_HELPER), {u"fetch-terms-forever"_s, port});
+        QVERIFY(writer.waitForStarted());
+        // Once the writer is under way, it is killed at a random moment of its writing.
+        const int servedBefore = served;
+        QVERIFY(QTest::qWaitFor([&] { return served > servedBefore; }, 10000));
+        QElapsedTimer timer;
+        timer.start();
+        const qint64 moment = QRandomGenerator::global()->bounded(0, 300);
+        QVERIFY(QTest::qWaitFor([&] { return timer.elapsed() >= moment; }, 5000));
+        writer.kill(); // SIGKILL
+        QVERIFY(writer.waitForFinished());
+
+        const QStringList read = runHelper({u"read-terms"_s});
+        QVERIFY2(read.size() >= 3, qPrintable(read.join(u'\n')));
+        const QString id = read.constFirst();
+        QVERIFY2(sectionsOf.contains(id), qPrintable(u"kill %1: read %2"_s.arg(kill).arg(id)));
+        QCOMPARE(read.size() - 3, sectionsOf.value(id));
+    }
+}
+
+QTEST_MAIN(tst_Faults)
+#include "tst_faults.moc"

@@ -1,0 +1,156 @@
+// What must never leak: the user identifier into the settings or a log, the key or the
+// secret into a log, the credentials over plain HTTP. (Redirects to another origin are
+// refused in tst_tvrnetworkmanager.)
+
+#include "KeychainProbe.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QDirIterator>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList allLogLines;
+QtMessageHandler testHandler = nullptr;
+
+void recordEverything(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    allLogLines << message;
+    testHandler(type, context, message);
+}
+
+class Recorder : public QObject, public TVRDocumentManagerDelegate
+{
+public:
+    int calls = 0;
+    void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++calls; }
+    void managerFailedWithError(TVRDocumentManager *, const TVRError &) override { ++calls; }
+};
+
+const QString identifier = u"user-7f3a9c41"_s;
+const QString key = u"key-1b2c3d4e"_s;
+const QString secret = u"secret-9d8e7f6a"_s;
+
+} // namespace
+
+class tst_Security : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void secretsStayOutOfSettingsAndLogs();
+    void noCredentialsOverPlainHttp();
+};
+
+void tst_Security::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tst_security"_s);
+    testHandler = qInstallMessageHandler(recordEverything);
+    // Everything the kit can say, said.
+    QLoggingCategory::setFilterRules(u"tovra.*=true"_s);
+}
+
+void tst_Security::secretsStayOutOfSettingsAndLogs()
+{
+    TestHttpsServer server;
+    QVERIFY(server.start());
+    server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
+    TestSession session;
+    session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
+
+    // A host's whole round: credentials, identity, both fetches, the agreement check, an
+    // unreadable keychain item, and logging out.
+    TVRManager::setAPIKey(key, secret);
+    TVRManager::setUserIdentifier(identifier);
+    TVRManager::setUserName(u"Ann"_s);
+    TVRDocumentManager manager;
+    manager.setSession(&session);
+    Recorder recorder;
+    manager.setDelegate(&recorder);
+    manager.fetchTermsOfService();
+    manager.fetchPrivacyPolicy();
+    QTRY_COMPARE(recorder.calls, 2);
+    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
+    QTest::ignoreMessage(QtInfoMsg, "FETCH");
+    TVRManager::activateApp();
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^DOCUMENT: "_s));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true,
+                                                                      manager.termsOfService());
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^ERROR: "_s));
+    TVRManager::sharedInstance()->userManagerDidFailWithError(
+        TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 99, u"refused"_s));
+    QVERIFY(KeychainProbe::writeRaw(kTVRUserIdentifier, kTVRUserIdentifier, "not an archive"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Unarchive of "_s));
+    QVERIFY(!RQKeychain::loadValueForKey(kTVRUserIdentifier).isValid());
+    TVRManager::logout();
+    QVERIFY(!TVRManager::userIdentifier().isValid());
+    QSettings().sync();
+
+    // The requests did carry the credentials, so a leak would have had them at hand.
+    QCOMPARE(server.requests().constFirst().header("Authorization"),
+             "Basic " + (key + u':' + secret).toUtf8().toBase64());
+    QVERIFY(allLogLines.size() >= 5);
+    for (const QString &line : std::as_const(allLogLines)) {
+        for (const QString &needle : {identifier, key, secret})
+            QVERIFY2(!line.contains(needle), qPrintable(line));
+    }
+
+    // Every file of the settings, the kit's document copies among them.
+    int settingsFiles = 0;
+    QDirIterator files(qEnvironmentVariable("XDG_CONFIG_HOME"), QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        ++settingsFiles;
+        QVERIFY2(!content.contains(identifier.toUtf8()), qPrintable(file.fileName()));
+        QVERIFY2(!content.contains(secret.toUtf8()), qPrintable(file.fileName()));
+    }
+    QVERIFY(settingsFiles >= 1);
+    QVERIFY(QSettings().contains(kTVRTermsOfServiceDataPath));
+}
+
+void tst_Security::noCredentialsOverPlainHttp()
+{
+    // Something that answers in plain HTTP where the service should be: the kit speaks TLS
+    // to it, so no header, and no credentials, ever reach it in the clear.
+    QTcpServer plain;
+    QVERIFY(plain.listen(QHostAddress::LocalHost));
+    QByteArray received;
+    connect(&plain, &QTcpServer::newConnection, this, [&] {
+        QTcpSocket *socket = plain.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, [&, socket] {
+            received += socket->readAll();
+            socket->write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}");
+        });
+    });
+    TestSession session;
+    session.route(TVRNetworkManager::baseURLComponents().host(), plain.serverPort());
+    TVRNetworkManager manager;
+    manager.setSession(&session);
+    TVRManager::setAPIKey(key, secret);
+
+    int failures = 0;
+    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(), nullptr,
+                           [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
+    QTRY_COMPARE(failures, 1);
+    QVERIFY(!received.isEmpty()); // the TLS handshake began
+    const QByteArray credentials = (key + u':' + secret).toUtf8().toBase64();
+    QVERIFY(!received.contains("Authorization"));
+    QVERIFY(!received.contains(credentials));
+    QVERIFY(!received.contains("GET /"));
+}
+
+QTEST_MAIN(tst_Security)
+#include "tst_security.moc"
