@@ -405,11 +405,13 @@ void tst_DocumentScreens::rowsPerSection()
     TVRTableView *table = screen.tableView();
     QCOMPARE(screen.numberOfSectionsInTableView(table), 1);
     QCOMPARE(screen.tableViewNumberOfRowsInSection(table, 0), rows);
-    auto *last = screen.tableViewCellForRowAtIndexPath(table, {0, rows - 1});
-    QVERIFY(qobject_cast<TVRSectionBodyTableViewCell *>(last));
-    if (rows == 2)
-        QVERIFY(qobject_cast<TVRSectionTitleTableViewCell *>(screen.tableViewCellForRowAtIndexPath(table, {0, 0})));
-    delete last;
+    // The cells are the caller's: the table would own them.
+    const std::unique_ptr<TVRTableViewCell> last(screen.tableViewCellForRowAtIndexPath(table, {0, rows - 1}));
+    QVERIFY(qobject_cast<TVRSectionBodyTableViewCell *>(last.get()));
+    if (rows == 2) {
+        const std::unique_ptr<TVRTableViewCell> first(screen.tableViewCellForRowAtIndexPath(table, {0, 0}));
+        QVERIFY(qobject_cast<TVRSectionTitleTableViewCell *>(first.get()));
+    }
 }
 
 void tst_DocumentScreens::screenGeometry_data()

@@ -5,6 +5,7 @@
 #include "TVRTableViewDelegate.h"
 
 #include <QHash>
+#include <QInputDevice>
 #include <QMap>
 #include <QPointer>
 #include <QResizeEvent>
@@ -184,7 +185,12 @@ TVRTableView::TVRTableView(Style style, QWidget *parent)
     d->indicator->hide();
     connect(d->indicator, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, d->indicator, &QScrollBar::setValue);
-    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
+    // Kinetic scrolling for fingers, where there are touch screens. (Qt keeps a little
+    // memory per grab for good, so tables on other devices do without.)
+    const QList<const QInputDevice *> devices = QInputDevice::devices();
+    if (std::any_of(devices.cbegin(), devices.cend(),
+                    [](const QInputDevice *device) { return device->type() == QInputDevice::DeviceType::TouchScreen; }))
+        QScroller::grabGesture(viewport(), QScroller::TouchGesture);
 }
 
 TVRTableView::~TVRTableView() = default;

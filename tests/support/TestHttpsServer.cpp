@@ -80,7 +80,9 @@ bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocke
     Q_EMIT requestReceived();
 
     const TestReply reply = m_handler(received);
-    if (reply.delayMs > 0) {
+    if (reply.held) {
+        m_held.append({QPointer<QTcpSocket>(socket), reply});
+    } else if (reply.delayMs > 0) {
         QTimer::singleShot(reply.delayMs, this, [this, socket = QPointer<QTcpSocket>(socket), reply] {
             if (socket)
                 send(socket, reply);
@@ -89,6 +91,15 @@ bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocke
         send(socket, reply);
     }
     return true;
+}
+
+void TestHttpsServer::releaseHeld()
+{
+    const auto held = std::exchange(m_held, {});
+    for (const auto &[socket, reply] : held) {
+        if (socket)
+            send(socket, reply);
+    }
 }
 
 void TestHttpsServer::missingHandler(const QHttpServerRequest &, QTcpSocket *)

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QList>
 #include <QPair>
+#include <QPointer>
+#include <QTcpSocket>
 #include <QString>
 
 #include <functional>
@@ -35,6 +37,7 @@ struct TestReply
     int delayMs = 0;
     bool dropConnection = false;
     int cutBodyAt = -1; // when set: the connection drops after this many bytes of the body
+    bool held = false;  // sent only when the test calls releaseHeld()
 
     static TestReply json(int status, const QByteArray &body);
     static TestReply dropped();
@@ -63,6 +66,9 @@ public:
     // Shorthand for a handler that answers every request with \a reply.
     void reply(const TestReply &reply);
 
+    // Sends the replies held so far, in the order their requests came.
+    void releaseHeld();
+
     const QList<TestRequest> &requests() const { return m_requests; }
     int repliesSent() const { return m_repliesSent; }
 
@@ -78,6 +84,7 @@ private:
     void send(QTcpSocket *socket, const TestReply &reply);
 
     Handler m_handler;
+    QList<QPair<QPointer<QTcpSocket>, TestReply>> m_held;
     QList<TestRequest> m_requests;
     int m_repliesSent = 0;
     quint16 m_port = 0;

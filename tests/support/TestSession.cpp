@@ -2,6 +2,12 @@
 
 #include <QNetworkReply>
 
+TestSession::~TestSession()
+{
+    // Replies still here go now, while their counter still exists.
+    qDeleteAll(findChildren<QNetworkReply *>());
+}
+
 QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &request,
                                           QIODevice *outgoingData)
 {

@@ -11,6 +11,7 @@ class TestSession : public LoopbackSession
 
 public:
     using LoopbackSession::LoopbackSession;
+    ~TestSession() override;
 
     // Replies made by this session and not yet destroyed.
     int liveReplies() const { return m_liveReplies; }
