@@ -1,14 +1,42 @@
 #!/usr/bin/env bash
 # Sets up a Debian 12 machine for the kit and runs the whole test suite: installs what is
-# missing from Debian's packages, configures, builds and runs CTest. Safe to run again;
-# later runs only rebuild what changed.
-#   ./test.sh                  build in ./build and run every test
-#   BUILD_DIR=dir ./test.sh
+# missing from Debian's packages, then
+#   1. builds in build/ and runs every test;
+#   2. builds in build-asan/ with AddressSanitizer and UBSan and runs them again;
+#   3. builds the fuzz targets with clang in build-fuzz/ and runs each for a minute.
+# Safe to run again; later runs only rebuild what changed.
+#   ./test.sh            all three stages
+#   ./test.sh --quick    the first stage only
 # With CI=true, compiler warnings are errors.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
 
-tovra_install_packages
+quick=false
+[ "${1:-}" = "--quick" ] && quick=true
+
+if $quick; then
+    tovra_install_packages
+else
+    tovra_install_packages "${tovra_fuzz_packages[@]}"
+fi
+
+echo "== 1. tests"
+tovra_build_dir=${BUILD_DIR:-build}
 tovra_build
 ctest --test-dir "$tovra_build_dir" --output-on-failure --parallel "$tovra_jobs"
+$quick && exit 0
+
+echo "== 2. tests under AddressSanitizer and UndefinedBehaviorSanitizer"
+tovra_build_dir=build-asan
+tovra_build -DTOVRA_SANITIZE=ON -DTOVRA_BUILD_BENCHMARKS=OFF
+ASAN_OPTIONS=detect_leaks=1 \
+LSAN_OPTIONS=suppressions=$PWD/tests/sanitizers/lsan.supp \
+UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-asan --output-on-failure --parallel "$tovra_jobs" --exclude-regex consumer_project
+
+echo "== 3. fuzzing, a minute per target"
+tovra_build_dir=build-fuzz
+CC=clang-14 CXX=clang++-14 tovra_build -DTOVRA_FUZZ=ON -DTOVRA_BUILD_TESTS=OFF \
+    -DTOVRA_BUILD_EXAMPLES=OFF -DTOVRA_BUILD_BENCHMARKS=OFF
+bash tests/fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"

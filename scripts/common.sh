@@ -9,9 +9,12 @@ tovra_packages=(
     fonts-dejavu-core
 )
 
+# Only for the fuzzing stage: clang and its libFuzzer runtime.
+tovra_fuzz_packages=(clang-14 libclang-rt-14-dev)
+
 tovra_install_packages() {
     local missing=() package
-    for package in "${tovra_packages[@]}"; do
+    for package in "${tovra_packages[@]}" "$@"; do
         if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
             missing+=("$package")
         fi
@@ -24,15 +27,17 @@ tovra_install_packages() {
     DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# Configures and builds in $tovra_build_dir. With CI=true, compiler warnings are errors.
+tovra_jobs=$(( $(nproc) < 2 ? $(nproc) : 2 ))
+
+# Configures and builds in $tovra_build_dir (default: build), with extra CMake options.
+# With CI=true, compiler warnings are errors.
 tovra_build() {
-    tovra_build_dir=${BUILD_DIR:-build}
+    tovra_build_dir=${tovra_build_dir:-${BUILD_DIR:-build}}
     local werror=OFF
     [ "${CI:-}" = "true" ] && werror=ON
-    tovra_jobs=$(( $(nproc) < 2 ? $(nproc) : 2 ))
     cmake -S . -B "$tovra_build_dir" -G Ninja \
         -DCMAKE_BUILD_TYPE="${BUILD_TYPE:-RelWithDebInfo}" \
         -DTOVRA_BUILD_TESTS=ON -DTOVRA_BUILD_EXAMPLES=ON -DTOVRA_BUILD_BENCHMARKS=ON \
-        -DTOVRA_WARNINGS_AS_ERRORS="$werror"
+        -DTOVRA_WARNINGS_AS_ERRORS="$werror" "$@"
     cmake --build "$tovra_build_dir" --parallel "$tovra_jobs"
 }

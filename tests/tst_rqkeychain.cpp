@@ -63,8 +63,7 @@ void tst_RQKeychain::roundTrip_data()
     QTest::newRow("boolean") << QVariant(true);
     QTest::newRow("address") << QVariant(QUrl(u"https://example.org/p.png"_s));
     QTest::newRow("bytes with zeros") << QVariant(QByteArray("a\0b\xff", 4));
-    QTest::newRow("list of texts") << QVariant(QStringList{u"a"_s, u"b"_s});
-    QTest::newRow("map") << QVariant(QVariantMap{{u"id"_s, 7}, {u"name"_s, u"Ann"_s}});
+    QTest::newRow("date and time") << QVariant(QDateTime(QDate(2026, 11, 22), QTime(1, 2, 3), Qt::UTC));
     QTest::newRow("null") << QVariant();
 }
 
@@ -131,6 +130,14 @@ void tst_RQKeychain::undecodableBytes_data()
     QTest::newRow("header only") << header << u"archive is truncated or corrupt"_s;
     QTest::newRow("text cut short") << header + QByteArray("\0\0\0\x0a\0\0\0\0\x10\0a", 11)
                                     << u"archive is truncated or corrupt"_s;
+    // A pixmap (type 4097) would need a GUI to be built, and builds one from the bytes.
+    QTest::newRow("a pixmap") << header + QByteArray("\0\0\x10\x01\0", 5)
+                              << u"archive holds a value of type 4097, which is not a plain value"_s;
+    QTest::newRow("a type of the host's") << header + QByteArray("\0\1\0\0\0", 5)
+                                          << u"archive holds a value of type 65536, which is not a plain value"_s;
+    // A list of texts claiming four billion items would reserve room for all of them.
+    QTest::newRow("a list claiming billions") << header + QByteArray("\0\0\0\x0b\0\xff\xff\xff\xff", 9)
+                                              << u"archive holds a value of type 11, which is not a plain value"_s;
 }
 
 void tst_RQKeychain::undecodableBytes()
@@ -152,6 +159,8 @@ void tst_RQKeychain::unarchivableValueKeepsTheOldItem()
     const QString key = u"tovrakit.unarchivable"_s;
     QVERIFY(RQKeychain::saveValue(u"kept"_s, key));
     QVERIFY(!RQKeychain::saveValue(QVariant::fromValue(Unstreamable{3}), key));
+    QVERIFY(!RQKeychain::saveValue(QVariantMap{{u"id"_s, 7}}, key));
+    QVERIFY(!RQKeychain::saveValue(QStringList{u"a"_s}, key));
     QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
 }
 

@@ -11,8 +11,9 @@
     \brief Keeps small values in the platform keychain, one generic-password item per key.
 
     The key names the item twice, as its service and as its account. Values are archived
-    with QDataStream, so any QVariant with stream operators can be kept; texts round-trip
-    everywhere. An access group, where given, is completed with the application's team
+    with QDataStream: texts, byte arrays, numbers, booleans, addresses,
+    UUIDs, dates and times. Saving any other kind of value gives false and leaves the
+    stored item alone; stored bytes that name another kind are not decoded. An access group, where given, is completed with the application's team
     prefix by getFullAppleIdentifier(); a null group means the platform's default.
 
     Every call is synchronous and goes to TVRSecureItemStore::defaultStore(). While a call

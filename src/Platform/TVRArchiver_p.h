@@ -7,13 +7,14 @@
 
 /*
     Turns a QVariant into bytes for the keychain and back: a magic number, a format
-    version, then the QVariant in a QDataStream of a fixed version. Any type that QVariant
-    can stream can be archived; texts round-trip on every platform.
+    version, then the QVariant in a QDataStream of a fixed version. Plain values only:
+    texts, byte arrays, numbers, booleans, addresses, UUIDs, dates and
+    times, and the null value. Bytes that name any other type are not decoded at all.
 */
 class TVRArchiver
 {
 public:
-    // The archive of \a object; empty, with \a ok false, when the type cannot be streamed.
+    // The archive of \a object; empty, with \a ok false, when it is not a plain value.
     static QByteArray archivedData(const QVariant &object, bool *ok);
 
     // The object in \a data. When \a data is not an archive of this format, the result is
