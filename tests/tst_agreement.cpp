@@ -1,6 +1,8 @@
 // The agreement check: the two empty services, the agreement screen, activateApp and the
 // screen factories. Rendered offscreen at 390x844; screenshots go to TOVRA_SCREENSHOT_DIR.
 
+#include "OffscreenScreen.h"
+#include "Screenshot.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -101,7 +103,6 @@ private:
     // Sends one real request through the test session and waits for it: whatever the
     // code under test would have sent before it has arrived by then.
     void flushRequests();
-    void screenshot(QWidget *widget, const QString &name);
 
     TestHttpsServer m_server;
     TestSession m_session;
@@ -153,18 +154,6 @@ void tst_Agreement::flushRequests()
     QTRY_VERIFY(done);
 }
 
-void tst_Agreement::screenshot(QWidget *widget, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(dir);
-    QVERIFY(QTest::qWaitForWindowExposed(widget->window()));
-    for (int pass = 0; pass < 4; ++pass)
-        QCoreApplication::processEvents();
-    const QSize size = QGuiApplication::primaryScreen()->size();
-    QVERIFY(widget->grab().save(u"%1/%2-%3x%4.png"_s.arg(dir, name).arg(size.width()).arg(size.height())));
-}
 
 void tst_Agreement::sharedInstances()
 {
@@ -402,7 +391,7 @@ void tst_Agreement::nonCompliantAnswerPresents()
     QTRY_COMPARE(screen->tableView()->numberOfSections(), 5);
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
     if (!kitScreen)
-        screenshot(navigation, u"agreement"_s);
+        QVERIFY(saveScreenshot(navigation, u"agreement"_s));
 }
 
 void tst_Agreement::noWindowNoScreen()
@@ -441,12 +430,8 @@ void tst_Agreement::factoriesMakeNewScreens()
 int main(int argc, char *argv[])
 {
     QTemporaryDir dir;
-    QFile config(dir.filePath(u"screens.json"_s));
-    if (!config.open(QIODevice::WriteOnly))
+    if (!useOffscreenScreen(dir.path(), QSize(390, 844)))
         return 1;
-    config.write(R"({"screens":[{"name":"phone","x":0,"y":0,"width":390,"height":844,"logicalDpi":96,"dpr":1}]})");
-    config.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
 
     QApplication app(argc, argv);
     tst_Agreement test;

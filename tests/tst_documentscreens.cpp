@@ -1,6 +1,8 @@
 // The document screens, rendered offscreen at the size that TOVRA_TEST_SCREEN names
 // (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
 
+#include "OffscreenScreen.h"
+#include "Screenshot.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -140,7 +142,6 @@ private Q_SLOTS:
 
 private:
     TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
-    void screenshot(QWidget *widget, const QString &name);
     TVRNavigationController *showInNavigation(TVRViewController *screen);
 
     TestHttpsServer m_server;
@@ -180,19 +181,6 @@ void tst_DocumentScreens::cleanup()
     QTRY_COMPARE(m_session.liveReplies(), 0);
 }
 
-void tst_DocumentScreens::screenshot(QWidget *widget, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    const QSize size = screenSize();
-    QDir().mkpath(dir);
-    // Let pending layout requests run first, window by window, level by level.
-    QVERIFY(QTest::qWaitForWindowExposed(widget->window()));
-    for (int pass = 0; pass < 4; ++pass)
-        QCoreApplication::processEvents();
-    QVERIFY(widget->grab().save(u"%1/%2-%3x%4.png"_s.arg(dir, name).arg(size.width()).arg(size.height())));
-}
 
 TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRViewController *screen)
 {
@@ -220,7 +208,7 @@ void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
     QVERIFY(first);
     QCOMPARE(first->titleLabel()->text(), u"1. A heading that is long enough to wrap onto a second line"_s);
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, March 1, 2016"_s);
-    screenshot(screen->window(), u"terms-cached"_s);
+    QVERIFY(saveScreenshot(screen->window(), u"terms-cached"_s));
 
     // The screen goes away before its answer comes: the answer finds no delegate.
     delete screen->window();
@@ -432,7 +420,7 @@ void tst_DocumentScreens::screenGeometry()
     QTRY_COMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
     TVRTableView *table = screen->tableView();
     QCOMPARE(table->numberOfSections(), 6);
-    screenshot(navigation, privacy ? u"privacy"_s : u"terms"_s);
+    QVERIFY(saveScreenshot(navigation, privacy ? u"privacy"_s : u"terms"_s));
 
     // The table fills the screen's view; the header spans the table.
     QCOMPARE(table->geometry(), screen->view()->rect());
@@ -541,9 +529,9 @@ void tst_DocumentScreens::modality()
         QCOMPARE(left->isVisible() && left->text() == u"Close"_s, modal);
         QCOMPARE(navigation->navigationBar()->findChild<QLabel *>()->text(), u"Terms of Service"_s);
         if (setting == u"presented navigation"_s)
-            screenshot(navigation, u"terms-presented"_s);
+            QVERIFY(saveScreenshot(navigation, u"terms-presented"_s));
         else if (setting == u"pushed"_s)
-            screenshot(host, u"terms-pushed"_s);
+            QVERIFY(saveScreenshot(host, u"terms-pushed"_s));
     }
 }
 
@@ -641,7 +629,7 @@ void tst_DocumentScreens::longDocumentKeepsFewCells()
     QVERIFY(table->cellForRowAtIndexPath({299, table->numberOfRowsInSection(299) - 1}));
     const int alive = int(table->viewport()->findChildren<TVRTableViewCell *>().size());
     QVERIFY2(alive <= mostVisible + 4, qPrintable(u"%1 cells alive for %2 visible"_s.arg(alive).arg(mostVisible)));
-    screenshot(screen->window(), u"terms-end-of-300"_s);
+    QVERIFY(saveScreenshot(screen->window(), u"terms-end-of-300"_s));
     m_session.abortAll();
 }
 
@@ -649,15 +637,8 @@ int main(int argc, char *argv[])
 {
     // An offscreen screen of the size under test, before the application starts.
     QTemporaryDir dir;
-    const QSize size = screenSize();
-    QFile config(dir.filePath(u"screens.json"_s));
-    if (!config.open(QIODevice::WriteOnly))
+    if (!useOffscreenScreen(dir.path(), screenSize()))
         return 1;
-    config.write(QJsonDocument(QJsonObject{{u"screens"_s, QJsonArray{QJsonObject{
-        {u"name"_s, u"test"_s}, {u"x"_s, 0}, {u"y"_s, 0}, {u"width"_s, size.width()},
-        {u"height"_s, size.height()}, {u"logicalDpi"_s, 96}, {u"dpr"_s, 1}}}}}).toJson());
-    config.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
 
     QApplication app(argc, argv);
     tst_DocumentScreens test;

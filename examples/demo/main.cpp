@@ -7,6 +7,7 @@
 #include "DemoService.h"
 #include "HomeScreen.h"
 #include "LoopbackSession.h"
+#include "OffscreenScreen.h"
 #include "SampleDocuments.h"
 #include "ScreenshotTour.h"
 
@@ -53,25 +54,15 @@ bool wantsScreenshots(int argc, char *argv[])
     return false;
 }
 
-// Screenshots are taken offscreen on a phone-sized screen: 390 x 844.
-bool useOffscreenPhone(const QTemporaryDir &dir)
-{
-    QFile config(dir.filePath(QStringLiteral("screens.json")));
-    if (!config.open(QIODevice::WriteOnly))
-        return false;
-    config.write(R"({"screens":[{"name":"phone","x":0,"y":0,"width":390,"height":844,"logicalDpi":96,"dpr":1}]})");
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
-    return true;
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QTemporaryDir scratch;
     const bool headless = wantsScreenshots(argc, argv) || !hasDisplay();
+    // Screenshots are taken offscreen on a phone-sized screen.
     if (headless) {
-        if (!useOffscreenPhone(scratch))
+        if (!useOffscreenScreen(scratch.path(), QSize(390, 844)))
             return 1;
         defaultHandler = qInstallMessageHandler(quietOffscreen);
     }
