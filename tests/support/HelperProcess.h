@@ -19,8 +19,12 @@ inline QStringList runHelper(const QStringList &arguments, const QStringList &en
     helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
     const bool ended = helper.waitForStarted()
         && QTest::qWaitFor([&helper] { return helper.state() == QProcess::NotRunning; }, 60000);
-    if (!ended || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0)
-        return {QStringLiteral("helper failed: ") + QString::fromLocal8Bit(helper.readAllStandardError())};
+    if (!ended || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0) {
+        // The whole of what the helper said, since a comparison shows only its start.
+        const QString errors = QString::fromLocal8Bit(helper.readAllStandardError());
+        qWarning("helper %s failed:\n%s", qPrintable(arguments.join(QLatin1Char(' '))), qPrintable(errors));
+        return {QStringLiteral("helper failed: ") + errors};
+    }
     return QString::fromUtf8(helper.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
