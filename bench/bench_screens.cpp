@@ -197,15 +197,23 @@ ScrollResult scroll(QAbstractScrollArea *area, const std::function<void()> &afte
     return {median(frames), percentile(frames, 0.99), int(frames.size()), -1};
 }
 
+// A terms screen in a navigation controller, shown at phone size with its layout settled;
+// \a table is set to the screen's table.
+std::unique_ptr<TVRNavigationController> showTermsScreen(TVRTableView **table)
+{
+    auto navigation = std::make_unique<TVRNavigationController>(TVRManager::termsOfServiceViewController());
+    navigation->setGeometry(phone());
+    navigation->show();
+    settle();
+    *table = qobject_cast<TVRTermsOfServiceViewController *>(navigation->topViewController())->tableView();
+    return navigation;
+}
+
 ScrollResult scrollTovra(const QByteArray &json, int *visibleMost)
 {
     cache(json);
-    TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
-    navigation.setGeometry(phone());
-    navigation.show();
-    settle();
-    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
-    TVRTableView *table = screen->tableView();
+    TVRTableView *table = nullptr;
+    const auto navigation = showTermsScreen(&table);
     *visibleMost = 0;
     ScrollResult result = scroll(table, [&] { *visibleMost = std::max(*visibleMost, int(table->visibleCells().size())); });
     result.cellsAlive = int(table->viewport()->findChildren<TVRTableViewCell *>().size());
@@ -233,12 +241,8 @@ double fetchToRefresh(const QByteArray &json, int runs)
     TVRDocumentManager *documents = TVRDocumentManager::sharedInstance();
     documents->setSession(&session);
     cache(json);
-    TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
-    navigation.setGeometry(phone());
-    navigation.show();
-    settle();
-    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
-    TVRTableView *table = screen->tableView();
+    TVRTableView *table = nullptr;
+    const auto navigation = showTermsScreen(&table);
     QCoreApplication::processEvents(QEventLoop::AllEvents, 200); // the screen's own fetch
 
     const double result = timeIt(runs, [&] {

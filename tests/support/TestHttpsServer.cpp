@@ -18,15 +18,6 @@ QByteArray TestRequest::header(const QByteArray &name) const
     return {};
 }
 
-bool TestRequest::hasHeader(const QByteArray &name) const
-{
-    for (const auto &h : headers) {
-        if (h.first.compare(name, Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    return false;
-}
-
 TestReply TestReply::json(int status, const QByteArray &body)
 {
     TestReply reply;
@@ -77,7 +68,6 @@ bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocke
     received.headers = request.headers();
     received.body = request.body();
     m_requests.append(received);
-    Q_EMIT requestReceived();
 
     const TestReply reply = m_handler(received);
     if (reply.held) {
@@ -130,5 +120,4 @@ void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
         }
     }
     ++m_repliesSent;
-    Q_EMIT replySent();
 }

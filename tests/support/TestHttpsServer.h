@@ -23,7 +23,6 @@ struct TestRequest
     QByteArray body;
 
     QByteArray header(const QByteArray &name) const;
-    bool hasHeader(const QByteArray &name) const;
 };
 
 // What the server answers: a status line, headers and a body, after an optional delay;
@@ -71,10 +70,6 @@ public:
 
     const QList<TestRequest> &requests() const { return m_requests; }
     int repliesSent() const { return m_repliesSent; }
-
-Q_SIGNALS:
-    void requestReceived();
-    void replySent();
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
