@@ -37,6 +37,8 @@ private Q_SLOTS:
     void everyAnswerGoesToSuccess();
     void transportFailure_data();
     void transportFailure();
+    void silenceEndsInATimeOut_data();
+    void silenceEndsInATimeOut();
     void nullHandlersAreSkipped();
     void redirectElsewhereIsRefused_data();
     void redirectElsewhereIsRefused();
@@ -270,6 +272,17 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     TestReply late = TestReply::json(200, "{}");
     late.delayMs = 100;
     QTest::newRow("late answer") << late << QJsonValue(QJsonObject());
+    // A status of every class, the ones Qt counts as errors among them.
+    QTest::newRow("299") << TestReply::json(299, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("300") << TestReply::json(300, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("304") << TestReply::json(304, "") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("400") << TestReply::json(400, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("407") << TestReply::json(407, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("418") << TestReply::json(418, "{}") << QJsonValue(QJsonObject());
+    QTest::newRow("599") << TestReply::json(599, "{}") << QJsonValue(QJsonObject());
+    // Qt stops reading at a redirect it cannot follow: the answer comes without its body.
+    for (int status : {301, 302, 303, 307, 308})
+        QTest::addRow("%d without Location", status) << TestReply::json(status, "{}") << QJsonValue(QJsonValue::Undefined);
 }
 
 void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
@@ -333,6 +346,45 @@ void tst_TVRNetworkManager::transportFailure()
     // Without verified TLS the request, and its credentials, never reach the server.
     if (failure != u"dropped"_s)
         QCOMPARE(m_server.requests().size(), requestsBefore);
+}
+
+void tst_TVRNetworkManager::silenceEndsInATimeOut_data()
+{
+    QTest::addColumn<bool>("abortEarly");
+    QTest::addColumn<int>("error");
+
+    QTest::newRow("silent past the time-out") << false << int(QNetworkReply::TimeoutError);
+    QTest::newRow("cancelled before it") << true << int(QNetworkReply::OperationCanceledError);
+}
+
+void tst_TVRNetworkManager::silenceEndsInATimeOut()
+{
+    QFETCH(bool, abortEarly);
+    QFETCH(int, error);
+
+    // The host's session keeps its own time-out; the kit's default is a minute.
+    TestSession session;
+    session.route(m_host, m_server.port());
+    session.setTransferTimeout(abortEarly ? 60 * 1000 : 300);
+    TVRNetworkManager manager;
+    manager.setSession(&session);
+    QCOMPARE(manager.session()->transferTimeout(), session.transferTimeout());
+    QCOMPARE(TVRNetworkManager().session()->transferTimeout(), 60 * 1000);
+
+    TestReply silent = TestReply::json(200, "{}");
+    silent.held = true;
+    m_server.reply(silent);
+    const int requestsBefore = m_server.requests().size();
+    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QTRY_COMPARE(m_server.requests().size(), requestsBefore + 1);
+    if (abortEarly)
+        session.abortAll();
+    QVERIFY(QTest::qWaitFor([&] { return outcome->calls() > 0 && session.liveReplies() == 0; }));
+    QCOMPARE(outcome->failures, 1);
+    QCOMPARE(outcome->successes, 0);
+    QCOMPARE(outcome->error.domain(), TVRError::networkDomain());
+    QCOMPARE(outcome->error.code(), error);
+    m_server.releaseHeld();
 }
 
 void tst_TVRNetworkManager::nullHandlersAreSkipped()

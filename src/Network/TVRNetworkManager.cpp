@@ -3,6 +3,7 @@
 #include "TVRCallbackDispatcher_p.h"
 #include "TVRManager.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,6 +15,10 @@
 namespace {
 
 const QString serviceHost = QStringLiteral(TOVRA_SERVICE_HOST);
+
+// How long a request may go without sending or receiving anything before it fails with a
+// time-out, in the session the kit makes itself (the default of a platform URL session).
+constexpr int defaultTransferTimeoutMs = 60 * 1000;
 
 QByteArray bodyFor(const QJsonValue &parameters)
 {
@@ -34,33 +39,28 @@ QJsonValue jsonFor(const QByteArray &body)
     return QJsonValue(QJsonValue::Undefined);
 }
 
-// Qt reports an HTTP error status as a reply error; here only a request that got no
-// complete answer has failed, so those statuses do not count.
-bool isTransportFailure(const QNetworkReply *reply)
+// Any reply that carries an HTTP status is the server's answer, whatever the status and
+// whatever Qt's error for it (Qt reports 4xx, 5xx, a 407 or a redirect without a usable
+// Location as errors). Only the transfer itself can still fail after the status line: the
+// connection broke off or went silent in the body, the kit refused a redirect that leaves
+// the service's origin, or a redirect loop. Those are Qt's network-layer errors (1-99),
+// and a body Qt could not decode.
+bool isAnswer(const QNetworkReply *reply)
 {
-    const QNetworkReply::NetworkError error = reply->error();
-    if (error == QNetworkReply::NoError)
-        return false;
     if (!reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
-        return true;
-    switch (error) {
-    case QNetworkReply::ContentAccessDenied:
-    case QNetworkReply::ContentOperationNotPermittedError:
-    case QNetworkReply::ContentNotFoundError:
-    case QNetworkReply::AuthenticationRequiredError:
-    case QNetworkReply::ContentConflictError:
-    case QNetworkReply::ContentGoneError:
-    case QNetworkReply::UnknownContentError:
-    case QNetworkReply::ProtocolInvalidOperationError:
-    case QNetworkReply::InternalServerError:
-    case QNetworkReply::OperationNotImplementedError:
-    case QNetworkReply::ServiceUnavailableError:
-    case QNetworkReply::UnknownServerError:
         return false;
-    default:
-        return true;
-    }
+    const QNetworkReply::NetworkError error = reply->error();
+    const bool transferFailed = (error > QNetworkReply::NoError && error < QNetworkReply::ProxyConnectionRefusedError)
+        || error == QNetworkReply::ProtocolFailure;
+    return !transferFailed;
 }
+
+// How long a transfer had gone without progress when it failed.
+struct Silence
+{
+    QElapsedTimer sinceActivity;
+    qint64 atError = -1;
+};
 
 // The handlers of one request, called at most once between them.
 struct PendingRequest
@@ -146,8 +146,10 @@ QString TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod method)
 
 QNetworkAccessManager *TVRNetworkManager::session()
 {
-    if (!d->session)
+    if (!d->session) {
         d->session = new QNetworkAccessManager(this);
+        d->session->setTransferTimeout(defaultTransferTimeoutMs);
+    }
     return d->session;
 }
 
@@ -180,19 +182,42 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     }
 
     const QNetworkRequest request = requestWithURL(url);
+    QNetworkAccessManager *const carrier = session();
     QNetworkReply *reply = method == TVRHTTPMethodGET
-        ? session()->get(request)
-        : session()->sendCustomRequest(request, verb.toLatin1(), bodyFor(parameters));
+        ? carrier->get(request)
+        : carrier->sendCustomRequest(request, verb.toLatin1(), bodyFor(parameters));
 
-    connect(reply, &QNetworkReply::finished, reply, [reply, pending] {
+    // Qt ends a transfer that stays silent for the session's time-out by aborting it, which
+    // it reports as a cancellation. Its timer restarts on the same progress as this one,
+    // and later, so a cancellation after that long a silence is the time-out (less the 5 %
+    // by which a coarse timer may fire early). The silence is read when the error comes,
+    // before the progress signals of the abort itself.
+    const int transferTimeout = carrier->transferTimeout();
+    auto silence = std::make_shared<Silence>();
+    silence->sinceActivity.start();
+    const auto restartSilence = [silence] { silence->sinceActivity.restart(); };
+    connect(reply, &QNetworkReply::metaDataChanged, reply, restartSilence);
+    connect(reply, &QNetworkReply::downloadProgress, reply, restartSilence);
+    connect(reply, &QNetworkReply::uploadProgress, reply, restartSilence);
+    connect(reply, &QNetworkReply::errorOccurred, reply, [silence] {
+        silence->atError = silence->sinceActivity.elapsed();
+    });
+
+    connect(reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout] {
         reply->deleteLater();
         if (pending->completed)
             return;
         const TVRHTTPResponse response(reply);
-        if (isTransportFailure(reply))
-            pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
-        else
+        if (isAnswer(reply)) {
             pending->succeed(response, jsonFor(reply->readAll()));
+        } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
+                   && silence->atError >= transferTimeout - transferTimeout / 20) {
+            pending->fail(response, TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
+                                             QStringLiteral("The request timed out after %1 ms without data")
+                                                 .arg(transferTimeout)));
+        } else {
+            pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
+        }
     });
     if (method == TVRHTTPMethodHEAD) {
         // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which

@@ -34,7 +34,11 @@ enum TVRHTTPMethod : qint32 {
 using TVRRequestSuccessHandler =
     std::function<void(const TVRHTTPResponse &response, const QJsonValue &json)>;
 
-//! Receives the transport failure of a request: no connection, failed TLS, a time-out.
+/*!
+    Receives the transport failure of a request: no connection, failed TLS, a connection
+    lost in the body, a refused redirect, or a time-out (QNetworkReply::TimeoutError when
+    the session's transfer time-out ran out).
+*/
 using TVRRequestFailureHandler =
     std::function<void(const TVRHTTPResponse &response, const TVRError &error)>;
 
@@ -68,12 +72,14 @@ public:
 
     /*!
         The network access manager that carries this manager's requests, made on first use
-        as a child of this manager.
+        as a child of this manager, with a transfer time-out of 60 s: a request that sends
+        and receives nothing for that long ends in the failure handler.
     */
     QNetworkAccessManager *session();
     /*!
         Makes \a session carry the requests that follow; requests under way go on in the
-        old one. The manager does not take ownership; if \a session is destroyed, the next
+        old one. The session keeps its own transfer time-out (Qt's default is none). The
+        manager does not take ownership; if \a session is destroyed, the next
         request makes a fresh default session.
     */
     void setSession(QNetworkAccessManager *session);
