@@ -1,3 +1,5 @@
+#include "HelperProcess.h"
+#include "PrivateBus.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -23,6 +25,8 @@ private Q_SLOTS:
     void keychainSave();
     void keychainLoad();
     void userIdentifierHeld();
+    void identifierReadsWithoutKeychain_data();
+    void identifierReadsWithoutKeychain();
     void buildRequest();
     void requestRoundTrip_data();
     void requestRoundTrip();
@@ -68,6 +72,29 @@ void bench_Tovra::userIdentifierHeld()
     QBENCHMARK {
         TVRManager::userIdentifier();
     }
+}
+
+void bench_Tovra::identifierReadsWithoutKeychain_data()
+{
+    QTest::addColumn<bool>("silent");
+    QTest::newRow("no Secret Service") << false;
+    QTest::newRow("a Secret Service that never answers") << true;
+}
+
+// 50 reads of an identifier that is not there, in a launch whose keychain is out of reach:
+// what the host's thread waits, timed inside that launch.
+void bench_Tovra::identifierReadsWithoutKeychain()
+{
+    QFETCH(bool, silent);
+    PrivateBus bus;
+    QVERIFY(bus.start());
+    if (silent)
+        QVERIFY(bus.addSilentSecretService(QStringLiteral(TOVRA_TEST_HELPER)));
+    const QStringList answer = runHelper({u"timed"_s, u"identifier-reads"_s, u"50"_s}, bus.environment());
+    QCOMPARE(answer.size(), 1);
+    const QStringList fields = answer.constFirst().split(u' ');
+    QCOMPARE(fields.size(), 3);
+    qInfo("first read %s ms, the next 49 reads %s ms in all", qPrintable(fields[1]), qPrintable(fields[2]));
 }
 
 void bench_Tovra::buildRequest()

@@ -4,7 +4,7 @@
 tovra_packages=(
     cmake g++ ninja-build
     qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
-    libsecret-1-0 libssl3 ca-certificates
+    libsecret-1-0 libsecret-tools libssl3 ca-certificates
     gnome-keyring dbus dbus-bin dbus-daemon
     fonts-dejavu-core
 )

@@ -7,6 +7,8 @@
 #include <TovraVersion.h>
 
 #include <QGuiApplication>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QUrl>
 #include <QtTest>
 
@@ -36,6 +38,8 @@ private Q_SLOTS:
     void nullUserIdentifierRemovesTheItem();
     void keychainFailureIsSilent();
     void logoutForgetsTheUserOnly();
+    void keychainCallsRunNoHostEvent_data();
+    void keychainCallsRunNoHostEvent();
 };
 
 void tst_TVRManager::initTestCase()
@@ -249,6 +253,54 @@ void tst_TVRManager::logoutForgetsTheUserOnly()
     QCOMPARE(TVRManager::appName(), u"App"_s);
     QCOMPARE(TVRManager::scrollToBottomEnabled(), true);
     QCOMPARE(TVRManager::alertOnAgreeEnabled(), true);
+}
+
+void tst_TVRManager::keychainCallsRunNoHostEvent_data()
+{
+    QTest::addColumn<QString>("call");
+
+    QTest::newRow("setUserIdentifier") << u"set"_s;
+    QTest::newRow("userIdentifier, read from the keychain") << u"read"_s;
+    QTest::newRow("logout") << u"logout"_s;
+}
+
+void tst_TVRManager::keychainCallsRunNoHostEvent()
+{
+    QFETCH(QString, call);
+
+    TVRManager::logout();
+    if (call == u"read"_s)
+        QVERIFY(RQKeychain::saveValue(u"stored"_s, kTVRUserIdentifier));
+
+    // The host's own events, due before the call: a timer, a queued call and a connection
+    // waiting to be accepted.
+    int timers = 0;
+    int queuedCalls = 0;
+    int connections = 0;
+    QTimer::singleShot(0, this, [&] { ++timers; });
+    QMetaObject::invokeMethod(this, [&] { ++queuedCalls; }, Qt::QueuedConnection);
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, this, [&] { ++connections; });
+    QTcpSocket client;
+    client.connectToHost(QHostAddress::LocalHost, server.serverPort());
+
+    if (call == u"set"_s) {
+        TVRManager::setUserIdentifier(u"user-5"_s);
+        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-5"_s));
+    } else if (call == u"read"_s) {
+        QCOMPARE(TVRManager::userIdentifier(), QVariant(u"stored"_s));
+    } else {
+        TVRManager::logout();
+    }
+    QCOMPARE(timers, 0);
+    QCOMPARE(queuedCalls, 0);
+    QCOMPARE(connections, 0);
+
+    // Held by the host's own event loop, not lost.
+    QTRY_COMPARE(timers, 1);
+    QTRY_COMPARE(queuedCalls, 1);
+    QTRY_COMPARE(connections, 1);
 }
 
 QTEST_MAIN(tst_TVRManager)

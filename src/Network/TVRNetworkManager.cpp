@@ -1,6 +1,5 @@
 #include "TVRNetworkManager.h"
 
-#include "TVRCallbackDispatcher_p.h"
 #include "TVRManager.h"
 
 #include <QElapsedTimer>
@@ -11,6 +10,8 @@
 #include <QNetworkReply>
 #include <QPointer>
 #include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -72,19 +73,19 @@ struct PendingRequest
     void succeed(const TVRHTTPResponse &response, const QJsonValue &json)
     {
         completed = true;
-        TVRCallbackDispatcher::deliver([success = std::move(success), response, json] {
-            if (success)
-                success(response, json);
-        });
+        const TVRRequestSuccessHandler handler = std::exchange(success, nullptr);
+        failure = nullptr;
+        if (handler)
+            handler(response, json);
     }
 
     void fail(const TVRHTTPResponse &response, const TVRError &error)
     {
         completed = true;
-        TVRCallbackDispatcher::deliver([failure = std::move(failure), response, error] {
-            if (failure)
-                failure(response, error);
-        });
+        const TVRRequestFailureHandler handler = std::exchange(failure, nullptr);
+        success = nullptr;
+        if (handler)
+            handler(response, error);
     }
 };
 

@@ -11,8 +11,10 @@
     Service items, for one, are readable once the user's login keyring is unlocked). No
     backend reports an access group, so the attributes handed back never hold one.
 
-    QtKeychain answers asynchronously; each operation waits for its job in a local event
-    loop that skips user input, with the kit's own callbacks held back meanwhile.
+    QtKeychain answers asynchronously; its jobs run on a private thread, and each operation
+    blocks its caller until the job has answered, for 5 s at most, without running any event
+    of the caller's thread. A failure other than a missing item makes the operations of the
+    next 30 s fail at once.
 */
 class TVRQtKeychainStore final : public TVRSecureItemStore
 {

@@ -1,6 +1,5 @@
 #include "TVRDocumentViewController.h"
 
-#include "TVRCallbackDispatcher_p.h"
 #include "TVRDocumentManager.h"
 #include "TVRHeaderView.h"
 #include "TVRSectionBodyTableViewCell.h"
@@ -150,10 +149,13 @@ void TVRDocumentViewController::managerDidFinishWithSuccess(TVRDocumentManager *
 {
     // Whatever the flag says, the screen shows what the manager now holds.
     const QString text = dateText(documentOf(manager));
-    TVRCallbackDispatcher::post(this, [this, text] {
-        headerView()->dateLabel()->setText(text);
-        tableView()->reloadData();
-    });
+    QMetaObject::invokeMethod(
+        this,
+        [this, text] {
+            headerView()->dateLabel()->setText(text);
+            tableView()->reloadData();
+        },
+        Qt::QueuedConnection);
 }
 
 void TVRDocumentViewController::managerFailedWithError(TVRDocumentManager *, const TVRError &)

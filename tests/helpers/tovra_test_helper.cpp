@@ -5,6 +5,12 @@
 //   tovra_test_helper fetch-terms PORT    fetch from the test server on PORT, then exit
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 //   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
+//   tovra_test_helper timed save KEY VALUE | load KEY | delete KEY
+//                                         the call's result and how long it took, in ms
+//   tovra_test_helper timed identifier-reads N
+//                                         N reads of the user identifier: the last result,
+//                                         the first read's ms and the other reads' ms
+//   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
 // Prints one line per result; "<null>" stands for a null value.
 
 #include "TestSession.h"
@@ -15,6 +21,8 @@
 #include <TVRManager.h>
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QTextStream>
 
 namespace {
@@ -91,6 +99,34 @@ int main(int argc, char *argv[])
         out << show(TVRManager::userIdentifier()) << Qt::endl;
         RQKeychain::deleteValueForKey(kTVRUserIdentifier);
         out << show(TVRManager::userIdentifier()) << Qt::endl;
+    } else if (command == QLatin1String("timed") && args.size() >= 2) {
+        // Only the calls are timed, inside this process: not its start or its end.
+        QElapsedTimer timer;
+        timer.start();
+        if (args[0] == QLatin1String("save") && args.size() == 3) {
+            const bool saved = RQKeychain::saveValue(args[2], args[1]);
+            out << show(saved) << ' ' << timer.elapsed() << Qt::endl;
+        } else if (args[0] == QLatin1String("load")) {
+            const QVariant value = RQKeychain::loadValueForKey(args[1]);
+            out << show(value) << ' ' << timer.elapsed() << Qt::endl;
+        } else if (args[0] == QLatin1String("delete")) {
+            const bool deleted = RQKeychain::deleteValueForKey(args[1]);
+            out << show(deleted) << ' ' << timer.elapsed() << Qt::endl;
+        } else if (args[0] == QLatin1String("identifier-reads")) {
+            QVariant value = TVRManager::userIdentifier();
+            const qint64 first = timer.elapsed();
+            timer.restart();
+            for (int i = 1; i < args[1].toInt(); ++i)
+                value = TVRManager::userIdentifier();
+            out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
+        } else {
+            return 2;
+        }
+    } else if (command == QLatin1String("own-secrets-name")) {
+        if (!QDBusConnection::sessionBus().registerService(QStringLiteral("org.freedesktop.secrets")))
+            return 1;
+        out << "owned" << Qt::endl;
+        return app.exec();
     } else if (command == QLatin1String("fetch-terms") && args.size() == 1) {
         TestSession session;
         session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());

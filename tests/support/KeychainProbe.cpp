@@ -1,39 +1,50 @@
 #include "KeychainProbe.h"
 
 #include <QDBusArgument>
+#include <QDBusConnection>
 #include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusReply>
-#include <QEventLoop>
-
-#include <qt6keychain/keychain.h>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
 
 namespace {
-bool runJob(QKeychain::Job &job, const QString &account)
+
+// QtKeychain keeps the kit's bytes base64-encoded, under its "server" and "user" attributes.
+QStringList attributes(const QString &service, const QString &account)
 {
-    job.setAutoDelete(false);
-    job.setKey(account);
-    QEventLoop loop;
-    QObject::connect(&job, &QKeychain::Job::finished, &loop, &QEventLoop::quit);
-    job.start();
-    loop.exec();
-    return job.error() == QKeychain::NoError;
+    return {QStringLiteral("server"), service, QStringLiteral("user"), account,
+            QStringLiteral("type"), QStringLiteral("base64")};
 }
+
+// Runs libsecret's own command-line tool, which neither the kit nor QtKeychain is part of.
+QByteArray secretTool(const QStringList &arguments, const QByteArray &input, bool *ok)
+{
+    QProcess tool;
+    tool.start(QStringLiteral("secret-tool"), arguments);
+    tool.write(input);
+    tool.closeWriteChannel();
+    *ok = tool.waitForFinished(30000) && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
+    return tool.readAllStandardOutput();
+}
+
 } // namespace
 
 bool KeychainProbe::writeRaw(const QString &service, const QString &account, const QByteArray &data)
 {
-    QKeychain::WritePasswordJob job(service);
-    job.setBinaryData(data);
-    return runJob(job, account);
+    bool ok = false;
+    secretTool(QStringList{QStringLiteral("store"), QStringLiteral("--label=") + service} + attributes(service, account),
+               data.toBase64(), &ok);
+    return ok;
 }
 
 QByteArray KeychainProbe::readRaw(const QString &service, const QString &account, bool *found)
 {
-    QKeychain::ReadPasswordJob job(service);
-    *found = runJob(job, account);
-    return job.binaryData();
+    const QByteArray stored = secretTool(QStringList{QStringLiteral("lookup")} + attributes(service, account), {}, found);
+    return QByteArray::fromBase64(stored.trimmed());
 }
 
 int KeychainProbe::secretServiceItems(const QString &service, const QString &account)
@@ -51,4 +62,58 @@ int KeychainProbe::secretServiceItems(const QString &service, const QString &acc
     for (const QVariant &paths : reply.arguments())
         count += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
     return count;
+}
+
+KeychainProbe::SecretServiceCalls::~SecretServiceCalls()
+{
+    m_monitor.kill();
+    m_monitor.waitForFinished();
+}
+
+bool KeychainProbe::SecretServiceCalls::start()
+{
+    m_monitor.start(QStringLiteral("dbus-monitor"),
+                    {QStringLiteral("--session"),
+                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Service'"),
+                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Item'"),
+                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Collection'"),
+                     QStringLiteral("type='method_call',member='NameHasOwner'")});
+    // The monitor may miss the first marks while it sets itself up.
+    if (!m_monitor.waitForStarted())
+        return false;
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        if (mark())
+            return true;
+    }
+    return false;
+}
+
+bool KeychainProbe::SecretServiceCalls::mark()
+{
+    const QString name = QStringLiteral("tovra.test.mark%1").arg(++m_marks);
+    QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                                      QStringLiteral("/org/freedesktop/DBus"),
+                                                      QStringLiteral("org.freedesktop.DBus"),
+                                                      QStringLiteral("NameHasOwner"));
+    call << name;
+    QDBusConnection::sessionBus().call(call);
+    return QTest::qWaitFor(
+        [&] {
+            m_seen += m_monitor.readAllStandardOutput();
+            return m_seen.contains(name.toUtf8());
+        },
+        200);
+}
+
+QStringList KeychainProbe::SecretServiceCalls::calls()
+{
+    if (!mark())
+        return {QStringLiteral("<the monitor lost the bus>")};
+    // Everything after the mark of start(), which is the first the monitor showed.
+    const QString seen = QString::fromUtf8(m_seen);
+    QStringList methods;
+    static const QRegularExpression method(QStringLiteral("method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"));
+    for (auto match = method.globalMatch(seen); match.hasNext();)
+        methods << match.next().captured(1);
+    return methods;
 }

@@ -2,11 +2,13 @@
 #define KEYCHAINPROBE_H
 
 #include <QByteArray>
+#include <QProcess>
 #include <QString>
+#include <QStringList>
 
 /*
-    Looks at the keychain without the kit: straight through QtKeychain, and through the
-    Secret Service's own D-Bus interface, to see what the kit really wrote.
+    Looks at the keychain without the kit or QtKeychain: through libsecret's secret-tool and
+    the Secret Service's own D-Bus interface, to see what the kit really wrote.
 */
 namespace KeychainProbe {
 
@@ -16,6 +18,32 @@ bool writeRaw(const QString &service, const QString &account, const QByteArray &
 QByteArray readRaw(const QString &service, const QString &account, bool *found);
 // How many Secret Service items carry the QtKeychain attributes of (service, account).
 int secretServiceItems(const QString &service, const QString &account);
+
+/*
+    Watches the session bus with dbus-monitor and lists the Secret Service methods called
+    from start() to calls().
+*/
+class SecretServiceCalls
+{
+public:
+    SecretServiceCalls() = default;
+    ~SecretServiceCalls();
+    SecretServiceCalls(const SecretServiceCalls &) = delete;
+    SecretServiceCalls &operator=(const SecretServiceCalls &) = delete;
+
+    // Starts watching; true once the monitor sees the bus.
+    bool start();
+    // The methods called so far, in order, such as "SearchItems" or "GetSecrets".
+    QStringList calls();
+
+private:
+    // Sends a call that the monitor shows, and waits until it has shown it.
+    bool mark();
+
+    QProcess m_monitor;
+    QByteArray m_seen;
+    int m_marks = 0;
+};
 
 } // namespace KeychainProbe
 

@@ -1,0 +1,38 @@
+#ifndef PRIVATEBUS_H
+#define PRIVATEBUS_H
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/*
+    A D-Bus session bus of the test's own with nothing on it and no way to start a service:
+    a machine without a Secret Service. A process started with environment() uses it.
+*/
+class PrivateBus
+{
+public:
+    PrivateBus() = default;
+    ~PrivateBus();
+    PrivateBus(const PrivateBus &) = delete;
+    PrivateBus &operator=(const PrivateBus &) = delete;
+
+    bool start();
+    QStringList environment() const;
+
+    /*
+        Puts a Secret Service on the bus that takes every call and answers none, as a hung
+        service does: the test helper \a helper takes the service's name and is then
+        stopped (SIGSTOP).
+    */
+    bool addSilentSecretService(const QString &helper);
+
+private:
+    QTemporaryDir m_dir;
+    QProcess m_bus;
+    QProcess m_silentService;
+    QString m_address;
+};
+
+#endif
