@@ -6,7 +6,7 @@ tovra_packages=(
     qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
     libsecret-1-0 libsecret-tools libssl3 ca-certificates
     gnome-keyring dbus dbus-bin dbus-daemon
-    fonts-dejavu-core
+    fonts-dejavu-core fonts-noto-cjk
 )
 
 # Only for the fuzzing stage: clang and its libFuzzer runtime.

@@ -9,6 +9,7 @@
 #include <Tovra.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -96,6 +97,8 @@ private Q_SLOTS:
     void nonCompliantAnswerPresents_data();
     void nonCompliantAnswerPresents();
     void noWindowNoScreen();
+    void secondAnswerPresentsNothingMore();
+    void presentsOverTheMainWindowNotADialog();
     void failureIsLogged();
     void factoriesMakeNewScreens();
 
@@ -397,9 +400,58 @@ void tst_Agreement::nonCompliantAnswerPresents()
 void tst_Agreement::noWindowNoScreen()
 {
     QVERIFY(visibleWindows().isEmpty());
-    QTest::ignoreMessage(QtInfoMsg, "DOCUMENT: (null)");
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, nullptr);
+    const auto given = document(u"doc-unseen"_s, 2);
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*doc-unseen"_s));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, given);
     QVERIFY(visibleWindows().isEmpty());
+    // Shown or not, the answer's document is the one the terms screens now show.
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+}
+
+void tst_Agreement::secondAnswerPresentsNothingMore()
+{
+    auto *host = new QMainWindow;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    QApplication::setActiveWindow(host);
+    QVERIFY(QTest::qWaitForWindowActive(host));
+
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*first"_s));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
+                                                                     document(u"first"_s, 2));
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*second"_s));
+    const auto second = document(u"second"_s, 3);
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, second);
+
+    const QList<TVRTermsViewController *> shown = host->findChildren<TVRTermsViewController *>();
+    QCOMPARE(shown.size(), 1);
+    QCOMPARE(visibleWindows().size(), 2); // the host's and one agreement screen
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), second);
+}
+
+void tst_Agreement::presentsOverTheMainWindowNotADialog()
+{
+    auto *host = new QMainWindow;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    auto *dialog = new QDialog(host);
+    dialog->show();
+    QApplication::setActiveWindow(dialog);
+    QVERIFY(QTest::qWaitForWindowActive(dialog));
+    QCOMPARE(TVRViewController::keyWindow(), dialog);
+
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*over-dialog"_s));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
+                                                                     document(u"over-dialog"_s, 2));
+    QVERIFY(!dialog->findChild<TVRNavigationController *>());
+    QPointer<TVRNavigationController> navigation = host->findChild<TVRNavigationController *>();
+    QVERIFY(navigation);
+    QCOMPARE(navigation->geometry(), host->geometry());
+
+    // The passing dialog goes; the agreement screen stays.
+    delete dialog;
+    QVERIFY(navigation);
+    QVERIFY(navigation->isVisible());
 }
 
 void tst_Agreement::failureIsLogged()

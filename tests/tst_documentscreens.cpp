@@ -9,7 +9,6 @@
 #include <Tovra.h>
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -101,12 +100,6 @@ public:
     }
 };
 
-// Reaches the height rule behind heightForText().
-struct HeightRule : TVRSectionTableViewCell
-{
-    using TVRSectionTableViewCell::rowHeightForMeasuredHeight;
-};
-
 } // namespace
 
 class tst_DocumentScreens : public QObject
@@ -119,13 +112,8 @@ private Q_SLOTS:
     void cleanup();
 
     void cachedDocumentShowsBeforeAnyReply(); // first: nothing is held yet
-    void designDefaults_data();
-    void designDefaults();
-    void designSettings();
     void cellIdentifiers();
-    void heightRule_data();
-    void heightRule();
-    void heightsTakeTheScreenWidth();
+    void classHeightsTakeThePrimaryScreen();
     void laterFontChangesHeightsNotCells();
     void cellsAreReused();
     void rowsPerSection_data();
@@ -216,56 +204,6 @@ void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
     m_session.abortAll();
 }
 
-void tst_DocumentScreens::designDefaults_data()
-{
-    QTest::addColumn<QFont>("font");
-    QTest::addColumn<int>("pixelSize");
-    QTest::addColumn<bool>("bold");
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<QColor>("expectedColor");
-
-    QTest::newRow("date") << TVRDesignClass::documentDateFont() << 12 << false
-                          << TVRDesignClass::documentDateColor() << QColor(0xAA, 0xAA, 0xAA);
-    QTest::newRow("section title") << TVRDesignClass::sectionTitleFont() << 24 << true
-                                   << TVRDesignClass::sectionTitleColor() << QColor(Qt::black);
-    QTest::newRow("section body") << TVRDesignClass::sectionBodyFont() << 16 << false
-                                  << TVRDesignClass::sectionBodyColor() << QColor(Qt::black);
-}
-
-void tst_DocumentScreens::designDefaults()
-{
-    QFETCH(QFont, font);
-    QFETCH(int, pixelSize);
-    QFETCH(bool, bold);
-    QFETCH(QColor, color);
-    QFETCH(QColor, expectedColor);
-
-    QCOMPARE(font.pixelSize(), pixelSize);
-    QCOMPARE(font.bold(), bold);
-    QCOMPARE(font.family(), QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
-    QCOMPARE(color, expectedColor);
-    QCOMPARE(color.alpha(), 255);
-}
-
-void tst_DocumentScreens::designSettings()
-{
-    QFont serif(u"DejaVu Serif"_s);
-    serif.setPixelSize(19);
-    TVRDesignClass::setSectionBodyFont(serif);
-    TVRDesignClass::setDocumentDateColor(Qt::red);
-    QCOMPARE(TVRDesignClass::sectionBodyFont(), serif);
-    QCOMPARE(TVRDesignClass::documentDateColor(), QColor(Qt::red));
-    // The others keep their defaults.
-    QCOMPARE(TVRDesignClass::sectionTitleFont().pixelSize(), 24);
-    QCOMPARE(TVRDesignClass::documentDateFont().pixelSize(), 12);
-    QCOMPARE(TVRDesignClass::sectionBodyColor(), QColor(Qt::black));
-
-    TVRDesignClass::setSectionBodyFont(std::nullopt);
-    TVRDesignClass::setDocumentDateColor(QColor());
-    QCOMPARE(TVRDesignClass::sectionBodyFont().pixelSize(), 16);
-    QCOMPARE(TVRDesignClass::documentDateColor(), QColor(0xAA, 0xAA, 0xAA));
-}
-
 void tst_DocumentScreens::cellIdentifiers()
 {
     QCOMPARE(TVRSectionTableViewCell::cellIdentifier(), u"TVRSectionTableViewCell"_s);
@@ -279,46 +217,28 @@ void tst_DocumentScreens::cellIdentifiers()
                  QJsonObject{{u"body"_s, QString(5000, u'x')}})), 64.0);
 }
 
-void tst_DocumentScreens::heightRule_data()
+void tst_DocumentScreens::classHeightsTakeThePrimaryScreen()
 {
-    QTest::addColumn<qreal>("measured");
-    QTest::addColumn<bool>("present");
-    QTest::addColumn<qreal>("height");
-
-    QTest::newRow("17.3") << 17.3 << true << 40.0;
-    QTest::newRow("57.2") << 57.2 << true << 58.0;
-    QTest::newRow("exactly 40") << 40.0 << true << 40.0;
-    QTest::newRow("just over 40") << 40.01 << true << 41.0;
-    QTest::newRow("absent text") << 0.0 << false << 40.0;
-    QTest::newRow("absent, not rounded") << 57.2 << false << qreal(57.2f);
-}
-
-void tst_DocumentScreens::heightRule()
-{
-    QFETCH(qreal, measured);
-    QFETCH(bool, present);
-    QFETCH(qreal, height);
-    QCOMPARE(HeightRule::rowHeightForMeasuredHeight(measured, present), height);
-}
-
-void tst_DocumentScreens::heightsTakeTheScreenWidth()
-{
-    const int width = screenSize().width();
-    const QString text = u"word "_s.repeated(400);
-    auto section = std::make_shared<TVRSection>(QJsonObject{{u"title"_s, text}, {u"body"_s, text}});
-
-    auto measure = [&](const QFont &font, qreal margin) {
-        const QRectF box(0, 0, width - margin, 20000);
-        return std::ceil(QFontMetricsF(font).boundingRect(box, Qt::TextWordWrap, text).height());
-    };
-    QCOMPARE(TVRSectionBodyTableViewCell::cellHeightForSection(section), measure(TVRDesignClass::sectionBodyFont(), 24));
-    QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(section), measure(TVRDesignClass::sectionTitleFont(), 40));
-    QVERIFY(TVRSectionBodyTableViewCell::cellHeightForSection(section) > 40);
-
+    // With no table at hand, a row is measured for the primary screen's width: the height
+    // of the row that a screen as wide as the primary screen shows.
+    manager()->setTermsOfService(std::make_shared<TVRDocument>(documentJson(u"Measured"_s, 4)));
+    auto *screen = new TVRTermsOfServiceViewController;
+    showInNavigation(screen);
+    TVRTableView *table = screen->tableView();
+    QTRY_COMPARE(table->numberOfSections(), 4);
+    QCOMPARE(table->viewport()->width(), screenSize().width());
+    const TVRSectionList sections = manager()->termsOfService()->sections();
+    for (int s = 0; s < sections.size(); ++s) {
+        const bool titled = !sections[s]->title().isEmpty();
+        if (titled)
+            QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(sections[s]),
+                     qreal(table->rectForRowAtIndexPath({s, 0}).height()));
+        QCOMPARE(TVRSectionBodyTableViewCell::cellHeightForSection(sections[s]),
+                 qreal(table->rectForRowAtIndexPath({s, titled ? 1 : 0}).height()));
+    }
     const auto empty = std::make_shared<TVRSection>(QJsonObject());
     QCOMPARE(TVRSectionBodyTableViewCell::cellHeightForSection(empty), 40.0);
-    QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(empty), 40.0);
-    QCOMPARE(TVRSectionTitleTableViewCell::heightForText(QString(), TVRDesignClass::sectionTitleFont(), 300), 40.0);
+    QCOMPARE(TVRSectionTitleTableViewCell::cellHeightForSection(nullptr), 40.0);
 }
 
 void tst_DocumentScreens::laterFontChangesHeightsNotCells()

@@ -11,6 +11,9 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QPointer>
+
+#include <memory>
 
 const QString kTVRUserIdentifier = QStringLiteral("tovrakit.userIdentifier");
 
@@ -190,11 +193,19 @@ void TVRManager::userManagerDidRespondWithCompliance(TVRUserManager *, bool comp
     qCInfo(lcTovra, "DOCUMENT: %s", qUtf8Printable(describe(document)));
     if (compliance)
         return;
-    TVRViewController *root = TVRViewController::rootViewControllerForWindow(TVRViewController::keyWindow());
+    // Made first: the screen hands the document to the shared document manager, shown or not.
+    auto agreement = std::make_unique<TVRTermsViewController>(std::move(document));
+
+    // One agreement screen at a time: a second answer while one is up presents nothing.
+    static QPointer<TVRNavigationController> presented;
+    if (presented && presented->isVisible())
+        return;
+    TVRViewController *root = TVRViewController::rootViewControllerForWindow(
+        TVRViewController::mainWindowOf(TVRViewController::keyWindow()));
     if (!root)
         return;
-    auto *agreement = new TVRTermsViewController(std::move(document));
-    root->presentViewController(new TVRNavigationController(agreement), false);
+    presented = new TVRNavigationController(agreement.release());
+    root->presentViewController(presented, false);
 }
 
 void TVRManager::userManagerDidFailWithError(TVRUserManager *, const TVRError &error)

@@ -1,5 +1,7 @@
 #include "TVRNavigationBar_p.h"
 
+#include "TVRPalette_p.h"
+
 #include <QAction>
 #include <QLabel>
 #include <QToolButton>
@@ -25,6 +27,10 @@ TVRNavigationBar::TVRNavigationBar(QWidget *parent)
     , m_right(new QToolButton(this))
 {
     setFixedHeight(Height);
+    // A light bar under any system palette, as the screens under it are white.
+    QPalette bar = TVRPalette::light();
+    bar.setColor(QPalette::Window, TVRPalette::barColor());
+    setPalette(bar);
     setAutoFillBackground(true);
     QFont bold = m_title->font();
     bold.setBold(true);

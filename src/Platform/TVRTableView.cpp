@@ -1,11 +1,13 @@
 #include "TVRTableView.h"
 
+#include "TVRPalette_p.h"
 #include "TVRTableViewCell.h"
 #include "TVRTableViewDataSource.h"
 #include "TVRTableViewDelegate.h"
 
 #include <QHash>
 #include <QInputDevice>
+#include <QKeyEvent>
 #include <QMap>
 #include <QPointer>
 #include <QResizeEvent>
@@ -49,6 +51,7 @@ public:
     QScrollBar *indicator = nullptr;
 
     bool loaded = false;
+    int loadedWidth = -1; // the viewport width the rows were measured for
     QList<int> rowCounts;
     QList<Row> rows; // in order, top to bottom
     int contentHeight = 0;
@@ -59,7 +62,16 @@ public:
 
 void TVRTableViewPrivate::reload()
 {
+    // The row at the top of the view stays where it is, though rows above it may change.
+    const int offset = q->verticalScrollBar()->value();
+    const auto anchor = std::upper_bound(rows.cbegin(), rows.cend(), offset,
+                                         [](int y, const Row &row) { return y < row.bottom; });
+    const bool anchored = anchor != rows.cend() && offset > headerHeight();
+    const TVRIndexPath anchorPath = anchored ? anchor->indexPath : TVRIndexPath{};
+    const int anchorShift = anchored ? offset - anchor->top : 0;
+
     loaded = true;
+    loadedWidth = q->viewport()->width();
     for (TVRTableViewCell *cell : std::as_const(visible))
         recycle(cell);
     visible.clear();
@@ -87,6 +99,11 @@ void TVRTableViewPrivate::reload()
         y += gap;
     contentHeight = int(std::ceil(y));
     updateScrollRange();
+    if (anchored) {
+        const auto row = std::find_if(rows.cbegin(), rows.cend(), [&](const Row &r) { return r.indexPath == anchorPath; });
+        if (row != rows.cend())
+            q->verticalScrollBar()->setValue(row->top + anchorShift);
+    }
     layoutRows();
 }
 
@@ -241,11 +258,7 @@ void TVRTableView::setTableHeaderView(QWidget *header)
 
 void TVRTableView::setBackgroundColor(const QColor &color)
 {
-    QPalette palette = viewport()->palette();
-    palette.setColor(QPalette::Base, color);
-    palette.setColor(QPalette::Window, color);
-    viewport()->setPalette(palette);
-    viewport()->setAutoFillBackground(true);
+    TVRPalette::setBackground(viewport(), color);
 }
 
 void TVRTableView::reloadData()
@@ -303,7 +316,8 @@ TVRTableViewCell *TVRTableView::cellForRowAtIndexPath(TVRIndexPath indexPath) co
 void TVRTableView::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    if (!d->loaded) {
+    // Rows are measured for the width they are shown in: a new width measures them again.
+    if (!d->loaded || viewport()->width() != d->loadedWidth) {
         d->reload();
         return;
     }
@@ -321,4 +335,24 @@ void TVRTableView::showEvent(QShowEvent *event)
 void TVRTableView::scrollContentsBy(int, int)
 {
     d->layoutRows();
+}
+
+void TVRTableView::keyPressEvent(QKeyEvent *event)
+{
+    // Arrows and Page Up/Down scroll as in any scroll area; Home, End and Space as in a
+    // document.
+    QScrollBar *bar = verticalScrollBar();
+    if (event->key() == Qt::Key_Home && event->modifiers() == Qt::NoModifier) {
+        bar->triggerAction(QAbstractSlider::SliderToMinimum);
+    } else if (event->key() == Qt::Key_End && event->modifiers() == Qt::NoModifier) {
+        bar->triggerAction(QAbstractSlider::SliderToMaximum);
+    } else if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+        bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    } else if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
+        bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+    } else {
+        QAbstractScrollArea::keyPressEvent(event);
+        return;
+    }
+    event->accept();
 }

@@ -24,8 +24,10 @@ class TVRTableViewPrivate;
     grouped style leaves a gap of sectionSpacing() above each section and below the last.
     No separators are drawn and rows are not selectable.
 
-    The table loads its data when first laid out and again on reloadData(); row heights
-    come from the delegate only, not from the cells. The data source and delegate are not
+    The table loads its data when first laid out, again on reloadData() and again when its
+    width changes, keeping the row at the top of the view in place; row heights come from
+    the delegate only, not from the cells. It scrolls with the arrow keys, Page Up and Page
+    Down, Home, End and Space. The data source and delegate are not
     owned and must outlive the table or be unset. The scroll indicator floats over the
     rows, so the rows have the table's full width.
 */
@@ -72,6 +74,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     std::unique_ptr<TVRTableViewPrivate> const d;

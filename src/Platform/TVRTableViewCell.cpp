@@ -1,16 +1,8 @@
 #include "TVRTableViewCell.h"
 
-#include <QVBoxLayout>
+#include "TVRPalette_p.h"
 
-namespace {
-void paintWhite(QWidget *widget)
-{
-    QPalette palette = widget->palette();
-    palette.setColor(QPalette::Window, Qt::white);
-    widget->setPalette(palette);
-    widget->setAutoFillBackground(true);
-}
-} // namespace
+#include <QVBoxLayout>
 
 TVRTableViewCell::TVRTableViewCell(const QString &reuseIdentifier, QWidget *parent)
     : QWidget(parent)
@@ -20,8 +12,8 @@ TVRTableViewCell::TVRTableViewCell(const QString &reuseIdentifier, QWidget *pare
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_contentView);
-    paintWhite(this);
-    paintWhite(m_contentView);
+    TVRPalette::setBackground(this, Qt::white);
+    TVRPalette::setBackground(m_contentView, Qt::white);
 }
 
 TVRTableViewCell::~TVRTableViewCell() = default;

@@ -6,6 +6,8 @@
 
 #include <QApplication>
 #include <QPointer>
+
+#include <algorithm>
 #include <QVBoxLayout>
 
 class TVRViewControllerPrivate
@@ -194,6 +196,29 @@ QWidget *TVRViewController::keyWindow()
             return window;
     }
     return nullptr;
+}
+
+QWidget *TVRViewController::mainWindowOf(QWidget *window)
+{
+    // A dialog, a sheet or a tool window passes; the window it stands over stays.
+    const auto passing = [](const QWidget *candidate) {
+        const Qt::WindowType type = candidate->windowType();
+        return type == Qt::Dialog || type == Qt::Sheet || type == Qt::Tool || type == Qt::Popup;
+    };
+    if (!window)
+        return nullptr;
+    window = window->window();
+    while (passing(window) && window->parentWidget())
+        window = window->parentWidget()->window();
+    if (passing(window)) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto lasting = std::find_if(windows.cbegin(), windows.cend(), [&](const QWidget *candidate) {
+            return candidate->isVisible() && !passing(candidate);
+        });
+        if (lasting != windows.cend())
+            return *lasting;
+    }
+    return window;
 }
 
 TVRViewController *TVRViewController::rootViewControllerForWindow(QWidget *window)

@@ -71,6 +71,12 @@ public:
     */
     static QWidget *keyWindow();
     /*!
+        The window that \a window belongs to and that lasts: \a window's own top-level
+        window, or, while that is a dialog, a sheet or a tool window, the window it stands
+        over (else the first visible window that is none of these).
+    */
+    static QWidget *mainWindowOf(QWidget *window);
+    /*!
         The screen that \a window shows, to present other screens from: the window itself
         when it is a TVRViewController, else a hidden stand-in screen made once as its child.
     */

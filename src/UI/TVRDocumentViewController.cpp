@@ -2,6 +2,7 @@
 
 #include "TVRDocumentManager.h"
 #include "TVRHeaderView.h"
+#include "TVRPalette_p.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
 #include "TVRTableView.h"
@@ -33,9 +34,22 @@ TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad,
     : TVRViewController(parent)
     , m_titleOnLoad(titleOnLoad)
 {
+    setPalette(TVRPalette::light());
 }
 
-TVRDocumentViewController::~TVRDocumentViewController() = default;
+TVRDocumentViewController::~TVRDocumentViewController()
+{
+    // What the screen made and no widget has taken yet is the screen's to delete; a table
+    // placed elsewhere stops asking this screen for its rows.
+    if (m_tableView) {
+        m_tableView->setDataSource(nullptr);
+        m_tableView->setDelegate(nullptr);
+        if (!m_tableView->parent())
+            delete m_tableView;
+    }
+    if (m_headerView && !m_headerView->parent())
+        delete m_headerView;
+}
 
 TVRHeaderView *TVRDocumentViewController::headerView()
 {
@@ -74,10 +88,7 @@ void TVRDocumentViewController::setTableView(TVRTableView *tableView)
 void TVRDocumentViewController::loadView()
 {
     TVRViewController::loadView();
-    QPalette white = view()->palette();
-    white.setColor(QPalette::Window, Qt::white);
-    view()->setPalette(white);
-    view()->setAutoFillBackground(true);
+    TVRPalette::setBackground(view(), Qt::white);
     tableView()->setParent(view());
     setupConstraints();
 }
@@ -116,12 +127,14 @@ int TVRDocumentViewController::tableViewNumberOfRowsInSection(TVRTableView *, in
     return hasTitle(sections().value(section)) ? 2 : 1;
 }
 
-qreal TVRDocumentViewController::tableViewHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath indexPath)
+qreal TVRDocumentViewController::tableViewHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath)
 {
+    // Rows are as wide as the table shows them, whatever the screen's size.
+    const qreal rowWidth = tableView->viewport()->width();
     const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
     if (indexPath.row == 0 && hasTitle(section))
-        return TVRSectionTitleTableViewCell::cellHeightForSection(section);
-    return TVRSectionBodyTableViewCell::cellHeightForSection(section);
+        return TVRSectionTitleTableViewCell::cellHeightForSection(section, rowWidth);
+    return TVRSectionBodyTableViewCell::cellHeightForSection(section, rowWidth);
 }
 
 TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRTableView *tableView,

@@ -1,6 +1,7 @@
 #include "TVRHeaderView.h"
 
 #include "TVRDesignClass.h"
+#include "TVRPalette_p.h"
 
 #include <QLabel>
 
@@ -8,10 +9,7 @@ TVRHeaderView::TVRHeaderView(const QRect &frame, QWidget *parent)
     : QWidget(parent)
 {
     setGeometry(frame);
-    QPalette white = palette();
-    white.setColor(QPalette::Window, Qt::white);
-    setPalette(white);
-    setAutoFillBackground(true);
+    TVRPalette::setBackground(this, Qt::white);
     dateLabel()->setParent(this);
     setupConstraints();
 }
@@ -25,9 +23,7 @@ QLabel *TVRHeaderView::dateLabel()
         label->setAlignment(Qt::AlignCenter);
         label->setTextFormat(Qt::PlainText);
         label->setFont(TVRDesignClass::documentDateFont());
-        QPalette palette = label->palette();
-        palette.setColor(QPalette::WindowText, TVRDesignClass::documentDateColor());
-        label->setPalette(palette);
+        TVRPalette::setTextColor(label, TVRDesignClass::documentDateColor());
         m_dateLabel = label;
     }
     return m_dateLabel;

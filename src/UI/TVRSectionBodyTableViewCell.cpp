@@ -1,8 +1,25 @@
 #include "TVRSectionBodyTableViewCell.h"
 
 #include "TVRDesignClass.h"
+#include "TVRPalette_p.h"
+#include "TVRTextLayout_p.h"
 
 #include <QTextEdit>
+
+namespace {
+
+constexpr qreal margin = 24.0;
+
+// A text view whose text sits 4 px in from either side of it, as a phone's text view pads
+// its text: with the cell's 8 px, the text is measured and laid out 24 px narrower than the
+// row.
+class PaddedTextEdit : public QTextEdit
+{
+public:
+    PaddedTextEdit() { setViewportMargins(4, 0, 4, 0); }
+};
+
+} // namespace
 
 TVRSectionBodyTableViewCell::TVRSectionBodyTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
@@ -21,19 +38,17 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
 QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
 {
     if (!m_bodyTextView) {
-        auto *textView = new QTextEdit;
-        textView->setFont(textFont(TVRDesignClass::sectionBodyFont()));
+        auto *textView = new PaddedTextEdit;
+        textView->setFont(TVRDesignClass::sectionBodyFont());
         // A text view that does not scroll: no scroll bars, and no frame or margin, so that
         // the text wraps as it was measured and fills exactly the height of its row.
         textView->setFrameShape(QFrame::NoFrame);
         textView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         textView->document()->setDocumentMargin(0);
-        textView->setWordWrapMode(QTextOption::WordWrap);
-        QPalette palette = textView->palette();
-        palette.setColor(QPalette::Text, TVRDesignClass::sectionBodyColor());
-        palette.setColor(QPalette::Base, Qt::white);
-        textView->setPalette(palette);
+        textView->document()->setDefaultTextOption(TVRTextLayout::wrappingOption());
+        TVRPalette::setTextColor(textView, TVRDesignClass::sectionBodyColor());
+        TVRPalette::setBackground(textView, Qt::white);
         m_bodyTextView = textView;
     }
     return m_bodyTextView;
@@ -52,5 +67,11 @@ QString TVRSectionBodyTableViewCell::cellIdentifier()
 qreal TVRSectionBodyTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section)
 {
     return heightForText(section ? section->body() : QString(), TVRDesignClass::sectionBodyFont(),
-                         measuringWidth(24.0));
+                         measuringWidth(margin));
+}
+
+qreal TVRSectionBodyTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth)
+{
+    return heightForText(section ? section->body() : QString(), TVRDesignClass::sectionBodyFont(),
+                         float(rowWidth - margin));
 }

@@ -30,6 +30,8 @@ public:
     static QString cellIdentifier();
     //! The body's height in the body font, measured in the screen's width less 24.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
+    //! The height of the body's row in a table \a rowWidth wide: measured in that width less 24.
+    static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth);
 
 private:
     QPointer<QTextEdit> m_bodyTextView;

@@ -1,8 +1,9 @@
 #include "TVRSectionTableViewCell.h"
 
+#include "TVRTextLayout_p.h"
+
 #include <QCache>
 #include <QCryptographicHash>
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
@@ -54,24 +55,16 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
     // the height of a text, font and width is kept for the texts measured last, under a
     // digest of the text rather than a second copy of it.
     static QCache<QByteArray, qreal> remembered(4096);
-    const QFont measuredFont = textFont(font);
     QCryptographicHash digest(QCryptographicHash::Sha1);
     digest.addData(QByteArrayView(reinterpret_cast<const char *>(text.utf16()), text.size() * 2));
-    const QByteArray key = measuredFont.key().toUtf8() + '\n' + QByteArray::number(width) + '\n' + digest.result();
+    const QByteArray key = font.key().toUtf8() + '\n' + QByteArray::number(width) + '\n' + digest.result();
     if (const qreal *height = remembered.object(key))
         return *height;
 
-    const QRectF box(0, 0, qreal(width), 20000.0);
-    const qreal measured = QFontMetricsF(measuredFont).boundingRect(box, Qt::TextWordWrap, text).height();
+    const qreal measured = TVRTextLayout::plainTextHeight(text, font, qreal(width));
     const qreal height = rowHeightForMeasuredHeight(measured, true);
     remembered.insert(key, new qreal(height));
     return height;
-}
-
-QFont TVRSectionTableViewCell::textFont(QFont font)
-{
-    font.setStyleStrategy(QFont::StyleStrategy(font.styleStrategy() | QFont::PreferNoShaping));
-    return font;
 }
 
 qreal TVRSectionTableViewCell::rowHeightForMeasuredHeight(qreal measured, bool textPresent)

@@ -48,7 +48,8 @@ protected:
 
     //! The rule behind heightForText(): a present text's height is rounded up; 40 at least.
     static qreal rowHeightForMeasuredHeight(qreal measured, bool textPresent);
-    //! The width a cell's text is measured in: the primary screen's width less \a margin.
+    //! The width a cell's text is measured in when no table is at hand: the primary
+    //! screen's width less \a margin.
     static float measuringWidth(qreal margin);
 
 private:

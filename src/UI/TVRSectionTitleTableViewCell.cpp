@@ -1,8 +1,20 @@
 #include "TVRSectionTitleTableViewCell.h"
 
 #include "TVRDesignClass.h"
+#include "TVRPalette_p.h"
+#include "TVRWrappingLabel_p.h"
 
-#include <QLabel>
+
+namespace {
+
+// Of the 40 px that a title is measured narrower than its row, the label takes 8 on either
+// side; its text is inset 4 more on the side it starts from, level with the body's text,
+// and 20 on the side it ends.
+constexpr int startInset = 4;
+constexpr int endInset = 20;
+constexpr qreal margin = 40.0;
+
+} // namespace
 
 TVRSectionTitleTableViewCell::TVRSectionTitleTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
@@ -15,19 +27,20 @@ TVRSectionTitleTableViewCell::~TVRSectionTitleTableViewCell() = default;
 void TVRSectionTitleTableViewCell::setSection(std::shared_ptr<TVRSection> section)
 {
     TVRSectionTableViewCell::setSection(std::move(section));
-    titleLabel()->setText(this->section() ? this->section()->title() : QString());
+    const QString title = this->section() ? this->section()->title() : QString();
+    QLabel *label = titleLabel();
+    const bool rightToLeft = title.isRightToLeft();
+    label->setContentsMargins(rightToLeft ? endInset : startInset, 0, rightToLeft ? startInset : endInset, 0);
+    label->setText(title);
 }
 
 QLabel *TVRSectionTitleTableViewCell::titleLabel()
 {
     if (!m_titleLabel) {
-        auto *label = new QLabel;
-        label->setTextFormat(Qt::PlainText);
-        label->setFont(textFont(TVRDesignClass::sectionTitleFont()));
-        QPalette palette = label->palette();
-        palette.setColor(QPalette::WindowText, TVRDesignClass::sectionTitleColor());
-        label->setPalette(palette);
-        label->setWordWrap(true);
+        auto *label = new TVRWrappingLabel;
+        label->setFont(TVRDesignClass::sectionTitleFont());
+        TVRPalette::setTextColor(label, TVRDesignClass::sectionTitleColor());
+        label->setContentsMargins(startInset, 0, endInset, 0);
         m_titleLabel = label;
     }
     return m_titleLabel;
@@ -46,5 +59,11 @@ QString TVRSectionTitleTableViewCell::cellIdentifier()
 qreal TVRSectionTitleTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section)
 {
     return heightForText(section ? section->title() : QString(), TVRDesignClass::sectionTitleFont(),
-                         measuringWidth(40.0));
+                         measuringWidth(margin));
+}
+
+qreal TVRSectionTitleTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth)
+{
+    return heightForText(section ? section->title() : QString(), TVRDesignClass::sectionTitleFont(),
+                         float(rowWidth - margin));
 }

@@ -10,7 +10,9 @@ class QLabel;
 
 /*!
     \brief The row with a section's title: a label wrapping over as many lines as needed,
-    8 px in from either side and as tall as the row.
+    8 px in from either side and as tall as the row. Its text wraps 40 px narrower than the
+    row: 12 px in from the side it starts from, level with the body's text, 28 px from the
+    side it ends.
 */
 class TOVRA_EXPORT TVRSectionTitleTableViewCell : public TVRSectionTableViewCell
 {
@@ -27,8 +29,10 @@ public:
     void setTitleLabel(QLabel *label);
 
     static QString cellIdentifier();
-    //! The title's height in the title font, measured in the screen's width less 40.
+    //! The title's height in the title font, measured in the primary screen's width less 40.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
+    //! The height of the title's row in a table \a rowWidth wide: measured in that width less 40.
+    static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth);
 
 private:
     QPointer<QLabel> m_titleLabel;

@@ -1,6 +1,7 @@
 #include "TVRTermsViewController.h"
 
 #include "TVRDocumentManager.h"
+#include "TVRPalette_p.h"
 #include "TVRTableView.h"
 
 #include <QAction>
@@ -13,13 +14,22 @@ TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> docu
     TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
 }
 
-TVRTermsViewController::~TVRTermsViewController() = default;
+TVRTermsViewController::~TVRTermsViewController()
+{
+    // A toolbar made before the view was loaded belongs to no widget yet.
+    if (m_toolbar && !m_toolbar->parent())
+        delete m_toolbar;
+}
 
 QToolBar *TVRTermsViewController::toolbar()
 {
     if (!m_toolbar) {
         auto *toolbar = new QToolBar;
         toolbar->setFixedHeight(52);
+        QPalette bar = TVRPalette::light();
+        bar.setColor(QPalette::Window, TVRPalette::barColor());
+        toolbar->setPalette(bar);
+        toolbar->setAutoFillBackground(true);
         toolbar->setMovable(false);
         toolbar->setFloatable(false);
         toolbar->addAction(disagreeBarButtonItem());

@@ -1,0 +1,30 @@
+#ifndef TVRPALETTE_P_H
+#define TVRPALETTE_P_H
+
+#include <QColor>
+#include <QPalette>
+
+class QWidget;
+
+/*
+    The kit's screens keep the white page of their design under any system palette, a dark
+    one included: they set every colour they paint with, on the role that paints it.
+*/
+namespace TVRPalette {
+
+// White pages and light bars with dark text, every role and colour group set.
+QPalette light();
+
+// The background of the navigation bar and the toolbar.
+QColor barColor();
+
+// Makes \a color the colour \a widget draws its text with, whatever role paints it: a
+// label in a scroll area's viewport paints with Text, elsewhere with WindowText.
+void setTextColor(QWidget *widget, const QColor &color);
+
+// Makes \a color the background \a widget fills itself with.
+void setBackground(QWidget *widget, const QColor &color);
+
+} // namespace TVRPalette
+
+#endif

@@ -1,0 +1,682 @@
+// What a reader sees on the document screens, read off the painted pixels and off the text
+// as Qt lays it out for painting: the appearance settings, rows exactly as tall as their
+// text at any width and in any script, long words, a dark system palette, the keyboard,
+// and screens that take what they made with them. Offscreen on a 1280 x 800 screen;
+// screenshots go to TOVRA_SCREENSHOT_DIR.
+
+#include "LoopbackSession.h"
+#include "OffscreenScreen.h"
+#include "Screenshot.h"
+
+#include <Tovra.h>
+
+#include <QApplication>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLabel>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QToolBar>
+#include <QToolButton>
+#include <QtTest>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Script
+{
+    QString heading;
+    QString sentence;
+};
+
+Script script(const QString &name)
+{
+    if (name == u"Arabic"_s)
+        return {u"كيف نستخدم بياناتك"_s,
+                u"توضح هذه الشروط كيف يتعامل ##### مع بياناتك وما يمكنك أن تتوقعه من الخدمة وما تتوقعه الخدمة منك. "_s};
+    if (name == u"Hebrew"_s)
+        return {u"כיצד אנו משתמשים בנתונים שלך"_s,
+                u"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך, מה אתה יכול לצפות מהשירות ומה השירות מצפה ממך. "_s};
+    if (name == u"CJK"_s)
+        return {u"我们如何使用您的数据"_s, u"本条款说明#####如何处理您的数据、您可以从服务中期待什么以及服务对您有何期待。"_s};
+    if (name == u"long words"_s)
+        return {u"Supercalifragilisticexpialidociousnessandbeyondx"_s,
+                u"Send notices to https://legal.example.com/"_s + QString(240, u'n') + u" and keep a copy. "_s};
+    return {u"How ##### uses the data you give it"_s,
+            u"This section explains how ##### handles your data, what you may expect from the service and what "
+            "it expects from you. "_s};
+}
+
+// A document of \a script: titled sections with bodies of one, three and eight sentences,
+// an untitled one, and, when asked, one body of 20,000 characters.
+std::shared_ptr<TVRDocument> document(const QString &name, bool huge = false)
+{
+    const Script text = script(name);
+    QJsonArray sections;
+    for (int sentences : {1, 3, 8, 2}) {
+        QJsonObject section{{u"body"_s, text.sentence.repeated(sentences).trimmed()}};
+        if (sentences != 2)
+            section.insert(u"title"_s, text.heading);
+        sections.append(section);
+    }
+    if (huge) {
+        QString body;
+        while (body.size() < 20000)
+            body += text.sentence;
+        sections.append(QJsonObject{{u"title"_s, text.heading}, {u"body"_s, body.left(20000)}});
+    }
+    return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, name}, {u"title"_s, u"Terms"_s},
+                                                     {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
+                                                     {u"sections"_s, sections}});
+}
+
+QImage render(QWidget *window)
+{
+    if (!QTest::qWaitForWindowExposed(window))
+        return {};
+    for (int pass = 0; pass < 3; ++pass)
+        QCoreApplication::processEvents();
+    return window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+// Where \a widget lies in its window's image.
+QRect inWindow(const QWidget *widget, const QRect &rect = {})
+{
+    const QRect local = rect.isNull() ? widget->rect() : rect;
+    return QRect(widget->mapTo(widget->window(), local.topLeft()), local.size());
+}
+
+int distance(QRgb a, QRgb b)
+{
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+}
+
+// The colour most of \a area is painted with.
+QRgb background(const QImage &image, const QRect &area)
+{
+    QHash<QRgb, int> counts;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x)
+            ++counts[image.pixel(x, y)];
+    }
+    QRgb most = 0;
+    int best = -1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+        if (it.value() > best) {
+            best = it.value();
+            most = it.key();
+        }
+    }
+    return most;
+}
+
+// The ink of the text in \a area: the pixel that differs most from the background, which
+// for text of this size is a pixel the glyphs cover fully.
+QRgb ink(const QImage &image, const QRect &area)
+{
+    const QRgb paper = background(image, area);
+    QRgb found = paper;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (distance(image.pixel(x, y), paper) > distance(found, paper))
+                found = image.pixel(x, y);
+        }
+    }
+    return found;
+}
+
+// The box around every pixel of \a area that is not its background.
+QRect inkBounds(const QImage &image, const QRect &area)
+{
+    const QRgb paper = background(image, area);
+    QRect bounds;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (distance(image.pixel(x, y), paper) > 48)
+                bounds |= QRect(x, y, 1, 1);
+        }
+    }
+    return bounds;
+}
+
+double luminance(QRgb color)
+{
+    auto channel = [](int value) {
+        const double c = value / 255.0;
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(qRed(color)) + 0.7152 * channel(qGreen(color)) + 0.0722 * channel(qBlue(color));
+}
+
+// The contrast ratio of WCAG 2, from 1 (none) to 21 (black on white).
+double contrast(QRgb a, QRgb b)
+{
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+QPalette darkPalette()
+{
+    QPalette dark;
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        dark.setColor(group, QPalette::Window, QColor(0x30, 0x30, 0x30));
+        dark.setColor(group, QPalette::WindowText, Qt::white);
+        dark.setColor(group, QPalette::Base, QColor(0x20, 0x20, 0x20));
+        dark.setColor(group, QPalette::Text, Qt::white);
+        dark.setColor(group, QPalette::Button, QColor(0x35, 0x35, 0x35));
+        dark.setColor(group, QPalette::ButtonText, Qt::white);
+        dark.setColor(group, QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
+    }
+    return dark;
+}
+
+} // namespace
+
+class tst_Rendering : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void rowsAreAsTallAsTheirText_data();
+    void rowsAreAsTallAsTheirText();
+    void newWidthMeasuresAgain();
+    void appearanceReachesThePixels_data();
+    void appearanceReachesThePixels();
+    void arabicIsShaped();
+    void rightToLeftAlignsRight_data();
+    void rightToLeftAlignsRight();
+    void darkSystemPalette();
+    void keyboardScrolls();
+    void keyboardReachesTheEndOfTheAgreement();
+    void screensTakeWhatTheyMade_data();
+    void screensTakeWhatTheyMade();
+
+private:
+    // The terms screen in a navigation controller, shown in a window of \a size.
+    TVRTermsOfServiceViewController *showTerms(QSize size);
+    // Checks every row of \a table, scrolled into view one after another.
+    void checkEveryRow(TVRTableView *table, const QString &what);
+    void checkRow(TVRTableView *table, TVRIndexPath path, const QString &what);
+
+    LoopbackSession m_offline;
+    std::unique_ptr<QWidget> m_window;
+};
+
+void tst_Rendering::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
+    QCoreApplication::setApplicationName(u"tst_rendering"_s);
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    TVRManager::setAppName(u"Acme"_s);
+    // The screens' own fetches fail at once: they show the document set by each test.
+    m_offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
+    TVRDocumentManager::sharedInstance()->setSession(&m_offline);
+}
+
+void tst_Rendering::cleanup()
+{
+    m_window.reset();
+    QApplication::setPalette(QPalette());
+}
+
+TVRTermsOfServiceViewController *tst_Rendering::showTerms(QSize size)
+{
+    auto *screen = new TVRTermsOfServiceViewController;
+    m_window = std::make_unique<TVRNavigationController>(screen);
+    m_window->resize(size);
+    m_window->show();
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
+        return nullptr;
+    QCoreApplication::processEvents();
+    return screen;
+}
+
+void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QString &what)
+{
+    const QRect row = table->rectForRowAtIndexPath(path);
+    QScrollBar *bar = table->verticalScrollBar();
+    bar->setValue(std::min(bar->maximum(), row.top()));
+    QCoreApplication::processEvents();
+    TVRTableViewCell *cell = table->cellForRowAtIndexPath(path);
+    const QString where = u"%1, section %2 row %3"_s.arg(what).arg(path.section).arg(path.row);
+    QVERIFY2(cell, qPrintable(where));
+    QCOMPARE(cell->height(), row.height());
+
+    // The text as Qt lays it out to paint it, and one line of it.
+    qreal textHeight = 0;
+    qreal line = 0;
+    if (auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell)) {
+        QTextEdit *view = body->bodyTextView();
+        QCOMPARE(view->height(), row.height());
+        textHeight = view->document()->size().height();
+        line = QFontMetricsF(view->font()).height();
+        QVERIFY2(view->verticalScrollBar()->maximum() == 0, qPrintable(where + u": text below the row"_s));
+        // A word longer than the line is broken, not pushed past the edge.
+        QVERIFY2(view->document()->idealWidth() <= view->viewport()->width() + 0.5,
+                 qPrintable(where + u": a line wider than the view"_s));
+    } else {
+        auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell);
+        QVERIFY(title);
+        QLabel *label = title->titleLabel();
+        QCOMPARE(label->height(), row.height());
+        // Laid out again by QTextDocument, with the label's font and width.
+        QTextDocument document;
+        document.setDefaultFont(label->font());
+        document.setDocumentMargin(0);
+        QTextOption option;
+        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        document.setDefaultTextOption(option);
+        document.setPlainText(label->text());
+        document.setTextWidth(label->contentsRect().width());
+        textHeight = document.size().height();
+        line = QFontMetricsF(label->font()).height();
+        // Nothing painted outside the text's width: a long word is not cut at the edge.
+        const QImage image = render(table->window());
+        const QRect painted = inkBounds(image, inWindow(label));
+        const QRect text = inWindow(label, label->contentsRect());
+        QVERIFY2(painted.left() >= text.left() - 1 && painted.right() <= text.right() + 1,
+                 qPrintable(u"%1: ink from x %2 to %3, text from %4 to %5"_s.arg(where)
+                                .arg(painted.left()).arg(painted.right()).arg(text.left()).arg(text.right())));
+    }
+    // No line clipped, and no blank tail longer than a line (40 px rows aside).
+    QVERIFY2(textHeight <= row.height(),
+             qPrintable(u"%1: text %2 px in a row of %3"_s.arg(where).arg(textHeight).arg(row.height())));
+    QVERIFY2(row.height() == 40 || row.height() - textHeight < line,
+             qPrintable(u"%1: %2 px blank under %3 px of text"_s.arg(where).arg(row.height() - textHeight).arg(textHeight)));
+}
+
+void tst_Rendering::checkEveryRow(TVRTableView *table, const QString &what)
+{
+    QVERIFY(table->numberOfSections() > 0);
+    for (int section = 0; section < table->numberOfSections(); ++section) {
+        for (int row = 0; row < table->numberOfRowsInSection(section); ++row) {
+            checkRow(table, {section, row}, what);
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+}
+
+void tst_Rendering::rowsAreAsTallAsTheirText_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QSize>("window");
+    QTest::addColumn<bool>("huge");
+
+    const QList<QPair<const char *, QSize>> windows{
+        {"320x568", {320, 568}}, {"390x844 on a wider screen", {390, 844}}, {"1280x800", {1280, 800}}};
+    for (const char *name : {"Latin", "Arabic", "Hebrew", "CJK", "long words"}) {
+        for (const auto &[size, window] : windows)
+            QTest::addRow("%s, %s", name, size) << QString::fromUtf8(name) << window << false;
+    }
+    QTest::newRow("20,000 characters, 390x844") << u"Latin"_s << QSize(390, 844) << true;
+    QTest::newRow("20,000 characters, 1280x800") << u"Latin"_s << QSize(1280, 800) << true;
+    QTest::newRow("20,000 Arabic characters, 390x844") << u"Arabic"_s << QSize(390, 844) << true;
+}
+
+void tst_Rendering::rowsAreAsTallAsTheirText()
+{
+    QFETCH(QString, script);
+    QFETCH(QSize, window);
+    QFETCH(bool, huge);
+
+    TVRDocumentManager::sharedInstance()->setTermsOfService(document(script, huge));
+    TVRTermsOfServiceViewController *screen = showTerms(window);
+    QVERIFY(screen);
+    if (!huge) {
+        QVERIFY(saveScreenshot(m_window.get(), u"%1-%2x%3"_s.arg(script).arg(window.width()).arg(window.height())
+                                                    .replace(u' ', u'-')));
+    }
+    checkEveryRow(screen->tableView(), QString::fromUtf8(QTest::currentDataTag()));
+}
+
+void tst_Rendering::newWidthMeasuresAgain()
+{
+    // A phone turned on its side, then a desktop window made wider.
+    TVRDocumentManager::sharedInstance()->setTermsOfService(document(u"Latin"_s));
+    TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+    QVERIFY(screen);
+    checkEveryRow(screen->tableView(), u"390 wide"_s);
+    for (const QSize size : {QSize(844, 390), QSize(1280, 800), QSize(320, 568)}) {
+        m_window->resize(size);
+        QCoreApplication::processEvents();
+        QCOMPARE(screen->tableView()->viewport()->width(), size.width());
+        checkEveryRow(screen->tableView(), u"resized to %1 wide"_s.arg(size.width()));
+    }
+}
+
+void tst_Rendering::appearanceReachesThePixels_data()
+{
+    QTest::addColumn<QString>("part");
+    QTest::addColumn<QColor>("color");    // set when valid
+    QTest::addColumn<QColor>("expected"); // the colour of the text's ink
+    QTest::addColumn<int>("pixelSize");   // set when not 0
+
+    QTest::newRow("date colour, default") << u"date"_s << QColor() << QColor(0xAA, 0xAA, 0xAA) << 0;
+    QTest::newRow("date colour, red") << u"date"_s << QColor(Qt::red) << QColor(Qt::red) << 0;
+    QTest::newRow("title colour, default") << u"title"_s << QColor() << QColor(Qt::black) << 0;
+    QTest::newRow("title colour, blue") << u"title"_s << QColor(Qt::blue) << QColor(Qt::blue) << 0;
+    QTest::newRow("body colour, default") << u"body"_s << QColor() << QColor(Qt::black) << 0;
+    QTest::newRow("body colour, dark green") << u"body"_s << QColor(0x00, 0x64, 0x00) << QColor(0x00, 0x64, 0x00) << 0;
+    QTest::newRow("date font, 24 px") << u"date"_s << QColor() << QColor(0xAA, 0xAA, 0xAA) << 24;
+    QTest::newRow("title font, 48 px") << u"title"_s << QColor() << QColor(Qt::black) << 48;
+    QTest::newRow("body font, 32 px") << u"body"_s << QColor() << QColor(Qt::black) << 32;
+}
+
+void tst_Rendering::appearanceReachesThePixels()
+{
+    QFETCH(QString, part);
+    QFETCH(QColor, color);
+    QFETCH(QColor, expected);
+    QFETCH(int, pixelSize);
+
+    // The text's ink and the height of one line of it, as painted.
+    auto paint = [&](bool withSetting) -> QPair<QRgb, int> {
+        if (withSetting && color.isValid()) {
+            if (part == u"date"_s)
+                TVRDesignClass::setDocumentDateColor(color);
+            else if (part == u"title"_s)
+                TVRDesignClass::setSectionTitleColor(color);
+            else
+                TVRDesignClass::setSectionBodyColor(color);
+        }
+        if (withSetting && pixelSize) {
+            auto sized = [&](QFont font) {
+                font.setPixelSize(pixelSize);
+                return font;
+            };
+            if (part == u"date"_s)
+                TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont()));
+            else if (part == u"title"_s)
+                TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont()));
+            else
+                TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont()));
+        }
+        // One line of capitals, so that the ink's height is the capitals' height.
+        TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{
+            {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
+            {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"HEIGHT"_s}, {u"body"_s, u"HEIGHT"_s}}}}}));
+        TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+        QWidget *painted = nullptr;
+        if (part == u"date"_s) {
+            screen->headerView()->dateLabel()->setText(u"HEIGHT"_s);
+            painted = screen->headerView()->dateLabel();
+        } else {
+            TVRTableViewCell *cell = screen->tableView()->cellForRowAtIndexPath({0, part == u"title"_s ? 0 : 1});
+            if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell))
+                painted = title->titleLabel();
+            else if (auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell))
+                painted = body->bodyTextView();
+        }
+        if (!painted)
+            return {0, -1};
+        const QImage image = render(m_window.get());
+        const QRect area = inWindow(painted);
+        const QPair<QRgb, int> result{ink(image, area), inkBounds(image, area).height()};
+        TVRDesignClass::setDocumentDateColor(QColor());
+        TVRDesignClass::setSectionTitleColor(QColor());
+        TVRDesignClass::setSectionBodyColor(QColor());
+        TVRDesignClass::setDocumentDateFont(std::nullopt);
+        TVRDesignClass::setSectionTitleFont(std::nullopt);
+        TVRDesignClass::setSectionBodyFont(std::nullopt);
+        m_window.reset();
+        return result;
+    };
+
+    const auto [inkColor, capitals] = paint(true);
+    QVERIFY(capitals > 0);
+    QVERIFY2(distance(inkColor, expected.rgb()) <= 40,
+             qPrintable(u"painted %1, expected %2"_s.arg(QColor(inkColor).name(), expected.name())));
+    if (pixelSize) {
+        // Capitals are about 0.73 of the font's size; compared with the default size, so
+        // that the ratio of the painted heights is the ratio of the sizes.
+        const int defaults[] = {12, 24, 16};
+        const int defaultSize = defaults[part == u"date"_s ? 0 : part == u"title"_s ? 1 : 2];
+        const int defaultCapitals = paint(false).second;
+        const double ratio = double(capitals) / defaultCapitals;
+        const double expectedRatio = double(pixelSize) / defaultSize;
+        QVERIFY2(std::abs(ratio - expectedRatio) < 0.2 * expectedRatio,
+                 qPrintable(u"capitals %1 px against %2 px by default"_s.arg(capitals).arg(defaultCapitals)));
+    }
+}
+
+void tst_Rendering::arabicIsShaped()
+{
+    // Joined Arabic letters take another width than the same letters each on its own.
+    const QString words = u"السلام عليكم ورحمة الله"_s;
+    TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{
+        {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, words}, {u"body"_s, words}}}}}));
+    TVRTermsOfServiceViewController *screen = showTerms({1280, 800});
+    QVERIFY(screen);
+    const QImage image = render(m_window.get());
+    QVERIFY(saveScreenshot(m_window.get(), u"arabic-shaped"_s));
+
+    auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 0}));
+    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(title && body);
+    const QList<QPair<QWidget *, QFont>> painted{{title->titleLabel(), title->titleLabel()->font()},
+                                                 {body->bodyTextView(), body->bodyTextView()->font()}};
+    for (const auto &[widget, font] : painted) {
+        QFont unshaped = font;
+        unshaped.setStyleStrategy(QFont::PreferNoShaping);
+        const qreal shapedWidth = QFontMetricsF(font).horizontalAdvance(words);
+        const qreal unshapedWidth = QFontMetricsF(unshaped).horizontalAdvance(words);
+        if (std::abs(shapedWidth - unshapedWidth) < 4)
+            QSKIP("This font shapes Arabic to the same width as it sets it unshaped");
+        const int inkWidth = inkBounds(image, inWindow(widget)).width();
+        QVERIFY2(std::abs(inkWidth - shapedWidth) < std::abs(inkWidth - unshapedWidth),
+                 qPrintable(u"%1: ink %2 px wide; shaped %3, unshaped %4"_s.arg(QString::fromLatin1(widget->metaObject()->className()))
+                                .arg(inkWidth).arg(shapedWidth).arg(unshapedWidth)));
+    }
+}
+
+void tst_Rendering::rightToLeftAlignsRight_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<bool>("rightToLeft");
+    QTest::newRow("Arabic") << u"Arabic"_s << true;
+    QTest::newRow("Hebrew") << u"Hebrew"_s << true;
+    QTest::newRow("Latin") << u"Latin"_s << false;
+}
+
+void tst_Rendering::rightToLeftAlignsRight()
+{
+    QFETCH(QString, script);
+    QFETCH(bool, rightToLeft);
+
+    // Each text starts at the edge its own direction starts from, title and body alike.
+    TVRDocumentManager::sharedInstance()->setTermsOfService(document(script));
+    TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+    QVERIFY(screen);
+    const QImage image = render(m_window.get());
+    auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 0}));
+    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(title && body);
+    const QRect titleInk = inkBounds(image, inWindow(title->titleLabel()));
+    const QRect titleText = inWindow(title->titleLabel(), title->titleLabel()->contentsRect());
+    const QRect bodyInk = inkBounds(image, inWindow(body->bodyTextView()));
+    const QRect bodyText = inWindow(body->bodyTextView()->viewport());
+    if (rightToLeft) {
+        QVERIFY2(std::abs(titleInk.right() - titleText.right()) <= 3, qPrintable(u"title ends at %1 of %2"_s.arg(titleInk.right()).arg(titleText.right())));
+        QVERIFY2(std::abs(bodyInk.right() - bodyText.right()) <= 3, qPrintable(u"body ends at %1 of %2"_s.arg(bodyInk.right()).arg(bodyText.right())));
+    } else {
+        QVERIFY2(std::abs(titleInk.left() - titleText.left()) <= 3, qPrintable(u"title starts at %1 of %2"_s.arg(titleInk.left()).arg(titleText.left())));
+        QVERIFY2(std::abs(bodyInk.left() - bodyText.left()) <= 3, qPrintable(u"body starts at %1 of %2"_s.arg(bodyInk.left()).arg(bodyText.left())));
+    }
+    // The title's text starts level with the body's.
+    if (rightToLeft)
+        QVERIFY(std::abs(titleText.right() - bodyText.right()) <= 1);
+    else
+        QCOMPARE(titleText.left(), bodyText.left());
+}
+
+void tst_Rendering::darkSystemPalette()
+{
+    QApplication::setPalette(darkPalette());
+    TVRDocumentManager::sharedInstance()->setTermsOfService(document(u"Latin"_s));
+
+    // A terms screen presented over a host's window, with Close, and an agreement screen.
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(390, 844);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    auto *terms = new TVRTermsOfServiceViewController;
+    auto *navigation = new TVRNavigationController(terms);
+    TVRViewController::rootViewControllerForWindow(m_window.get())->presentViewController(navigation, false);
+    QVERIFY(saveScreenshot(navigation, u"dark-palette-terms"_s));
+    const QImage image = render(navigation);
+    QWidget *bar = navigation->navigationBar();
+
+    QList<QPair<QString, QWidget *>> texts{{u"navigation title"_s, bar->findChild<QLabel *>()}};
+    const QList<QToolButton *> barButtons = bar->findChildren<QToolButton *>();
+    for (QToolButton *button : barButtons) {
+        if (button->isVisible())
+            texts << qMakePair(button->text(), static_cast<QWidget *>(button));
+    }
+    QVERIFY2(texts.size() == 2, "the presented screen shows Close");
+    auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(terms->tableView()->cellForRowAtIndexPath({0, 0}));
+    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(terms->tableView()->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(title && body);
+    texts << qMakePair(u"section title"_s, static_cast<QWidget *>(title->titleLabel()))
+          << qMakePair(u"section body"_s, static_cast<QWidget *>(body->bodyTextView()));
+    for (const auto &[name, widget] : std::as_const(texts)) {
+        const QRect area = inWindow(widget);
+        const double ratio = contrast(ink(image, area), background(image, area));
+        QVERIFY2(ratio >= 4.5, qPrintable(u"%1: contrast %2"_s.arg(name).arg(ratio, 0, 'f', 2)));
+    }
+    QCOMPARE(QColor(background(image, inWindow(terms->tableView()->viewport()))), QColor(Qt::white));
+
+    // The date keeps its light grey, which stays visible on the white page.
+    const QRect dateArea = inWindow(terms->headerView()->dateLabel());
+    QVERIFY(distance(ink(image, dateArea), qRgb(0xAA, 0xAA, 0xAA)) <= 40);
+    QVERIFY(contrast(ink(image, dateArea), background(image, dateArea)) > 2);
+
+    m_window = std::make_unique<TVRNavigationController>(new TVRTermsViewController(document(u"Latin"_s)));
+    m_window->resize(390, 844);
+    m_window->show();
+    const QImage agreement = render(m_window.get());
+    QVERIFY(saveScreenshot(m_window.get(), u"dark-palette-agreement"_s));
+    const QList<QToolButton *> buttons = m_window->findChild<QToolBar *>()->findChildren<QToolButton *>();
+    int checked = 0;
+    for (QToolButton *button : buttons) {
+        if (!button->isVisible() || button->text().isEmpty())
+            continue;
+        const QRect area = inWindow(button);
+        const double ratio = contrast(ink(agreement, area), background(agreement, area));
+        QVERIFY2(ratio >= 4.5, qPrintable(u"%1: contrast %2"_s.arg(button->text()).arg(ratio, 0, 'f', 2)));
+        ++checked;
+    }
+    QCOMPARE(checked, 2);
+}
+
+void tst_Rendering::keyboardScrolls()
+{
+    QJsonArray sections;
+    for (int i = 0; i < 30; ++i)
+        sections.append(QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
+    TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
+    TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+    QVERIFY(screen);
+    TVRTableView *table = screen->tableView();
+    table->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QScrollBar *bar = table->verticalScrollBar();
+    QVERIFY(bar->maximum() > 2 * bar->pageStep());
+
+    QTest::keyClick(table, Qt::Key_End);
+    QCOMPARE(bar->value(), bar->maximum());
+    QTest::keyClick(table, Qt::Key_Home);
+    QCOMPARE(bar->value(), 0);
+    QTest::keyClick(table, Qt::Key_Down);
+    const int afterDown = bar->value();
+    QVERIFY(afterDown > 0);
+    QTest::keyClick(table, Qt::Key_Up);
+    QCOMPARE(bar->value(), 0);
+    QTest::keyClick(table, Qt::Key_PageDown);
+    QCOMPARE(bar->value(), bar->pageStep());
+    QTest::keyClick(table, Qt::Key_Space);
+    QCOMPARE(bar->value(), 2 * bar->pageStep());
+    QTest::keyClick(table, Qt::Key_Space, Qt::ShiftModifier);
+    QCOMPARE(bar->value(), bar->pageStep());
+    QTest::keyClick(table, Qt::Key_PageUp);
+    QCOMPARE(bar->value(), 0);
+}
+
+void tst_Rendering::keyboardReachesTheEndOfTheAgreement()
+{
+    QJsonArray sections;
+    for (int i = 0; i < 20; ++i)
+        sections.append(QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
+    auto *screen = new TVRTermsViewController(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
+    m_window = std::make_unique<TVRNavigationController>(screen);
+    m_window->resize(390, 844);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    // A host that wants the reader to reach the end first disables the buttons.
+    screen->agreeBarButtonItem()->setEnabled(false);
+    screen->disagreeBarButtonItem()->setEnabled(false);
+
+    screen->tableView()->setFocus();
+    QTest::keyClick(screen->tableView(), Qt::Key_PageDown);
+    QVERIFY(!screen->agreeBarButtonItem()->isEnabled());
+    QTest::keyClick(screen->tableView(), Qt::Key_End);
+    QVERIFY(screen->agreeBarButtonItem()->isEnabled());
+    QVERIFY(screen->disagreeBarButtonItem()->isEnabled());
+}
+
+void tst_Rendering::screensTakeWhatTheyMade_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::newRow("terms of service") << u"terms"_s;
+    QTest::newRow("privacy policy") << u"privacy"_s;
+    QTest::newRow("agreement") << u"agreement"_s;
+}
+
+void tst_Rendering::screensTakeWhatTheyMade()
+{
+    QFETCH(QString, screen);
+
+    // Made, its parts made, and deleted before it was ever shown.
+    TVRDocumentViewController *made = nullptr;
+    QList<QPointer<QObject>> parts;
+    if (screen == u"agreement"_s) {
+        auto *agreement = new TVRTermsViewController(document(u"Latin"_s));
+        parts << agreement->toolbar();
+        made = agreement;
+    } else if (screen == u"terms"_s) {
+        made = new TVRTermsOfServiceViewController;
+    } else {
+        made = new TVRPrivacyPolicyViewController;
+    }
+    parts << made->headerView() << made->tableView();
+    TVRTableView *table = made->tableView();
+    QCOMPARE(table->dataSource(), static_cast<TVRTableViewDataSource *>(made));
+
+    delete made;
+    for (const QPointer<QObject> &part : std::as_const(parts))
+        QVERIFY2(!part, qPrintable(QString::fromLatin1(part ? part->metaObject()->className() : "") + u" outlived its screen"_s));
+}
+
+int main(int argc, char *argv[])
+{
+    // A desktop-sized screen, so that windows narrower than it are tested too.
+    QTemporaryDir dir;
+    if (!useOffscreenScreen(dir.path(), QSize(1280, 800)))
+        return 1;
+    QApplication app(argc, argv);
+    tst_Rendering test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_rendering.moc"
