@@ -3,6 +3,7 @@
 //
 //   bench/run.sh                     build in release mode and run, isolated
 //   bench_screens [--json FILE]      run (inside tests/run-isolated.sh)
+//   bench_screens --quick            only the heights and the first frames
 //   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
 
 #include "OffscreenScreen.h"
@@ -23,6 +24,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextBrowser>
+#include <QTextLayout>
 #include <QTextStream>
 
 #include <algorithm>
@@ -35,9 +37,11 @@ struct Size
     const char *name;
     int sections;
     int sentences; // per body
+    bool mixed;    // sections in Latin, Arabic, Hebrew and CJK in turn
 };
 
-const Size sizes[] = {{"small", 10, 4}, {"typical", 40, 8}, {"large", 400, 10}};
+const Size sizes[] = {{"small", 10, 4, false}, {"typical", 40, 8, false}, {"large", 400, 10, false},
+                      {"mixed", 40, 8, true}};
 
 const char *const sentences[] = {
     "You keep every right you have in the content you put into #####.",
@@ -47,16 +51,29 @@ const char *const sentences[] = {
     "To the extent the law allows, our liability is limited to what you paid us.",
 };
 
+// A sentence and a heading in each of the other scripts of the mixed document.
+const char *const otherScripts[][2] = {
+    {"توضح هذه الشروط كيف يتعامل ##### مع بياناتك وما يمكنك أن تتوقعه من الخدمة.", "كيف نستخدم بياناتك"},
+    {"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך ומה אתה יכול לצפות מהשירות.", "כיצד אנו משתמשים בנתונים"},
+    {"本条款说明#####如何处理您的数据，以及您可以从服务中期待什么。", "我们如何使用您的数据"},
+};
+
 QByteArray makeDocument(const Size &size)
 {
     QJsonArray sections;
     for (int i = 0; i < size.sections; ++i) {
+        const int script = size.mixed ? i % 4 : 0; // 0 is Latin
         QString body;
-        for (int s = 0; s < size.sentences; ++s)
-            body += QString::fromLatin1(sentences[(i + s) % 5]) + QLatin1Char(' ');
+        for (int s = 0; s < size.sentences; ++s) {
+            body += script == 0 ? QString::fromLatin1(sentences[(i + s) % 5]) : QString::fromUtf8(otherScripts[script - 1][0]);
+            body += QLatin1Char(' ');
+        }
         QJsonObject section{{QStringLiteral("body"), body.trimmed()}};
-        if (i % 4 != 3)
-            section.insert(QStringLiteral("title"), QStringLiteral("%1. Section heading number %1").arg(i + 1));
+        if (i % 4 != 3) {
+            section.insert(QStringLiteral("title"),
+                           script == 0 ? QStringLiteral("%1. Section heading number %1").arg(i + 1)
+                                       : QString::fromUtf8(otherScripts[script - 1][1]));
+        }
         sections.append(section);
     }
     return QJsonDocument(QJsonObject{{QStringLiteral("_id"), QString::fromLatin1(size.name)},
@@ -379,6 +396,8 @@ int main(int argc, char *argv[])
         report.insert(measure + QLatin1Char(' ') + QLatin1String(size), entry);
     };
 
+    // --quick: the heights and the first frames only, for a quick look while working.
+    const bool quick = args.contains(QStringLiteral("--quick"));
     for (const Size &size : sizes) {
         const QByteArray json = makeDocument(size);
         report.insert(QStringLiteral("bytes %1").arg(QLatin1String(size.name)), json.size());
@@ -418,12 +437,40 @@ int main(int argc, char *argv[])
         TVRManager::setAppName(QStringLiteral("Acme"));
         row(QStringLiteral("2 heights of every row, first time"), size.name, coldHeights, -1, QStringLiteral("ms"));
 
+        // The physical cost under it: Qt's own shaped layout of the same texts at the same
+        // widths, with nothing kept between runs.
+        const qreal width = phone().width();
+        const double rawLayout = timeIt(5, [&] {
+            QTextOption option;
+            option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+            qreal total = 0;
+            auto layOut = [&](const QString &text, const QFont &font, qreal lineWidth) {
+                QTextLayout layout(text, font);
+                layout.setTextOption(option);
+                layout.beginLayout();
+                for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+                    line.setLineWidth(lineWidth);
+                    total += line.height();
+                }
+                layout.endLayout();
+            };
+            for (const auto &section : list) {
+                if (!section->title().isEmpty())
+                    layOut(section->title(), TVRDesignClass::sectionTitleFont(), width - 40);
+                layOut(section->body(), TVRDesignClass::sectionBodyFont(), width - 24);
+            }
+            Q_UNUSED(total)
+        });
+        row(QStringLiteral("2 QTextLayout of the same texts"), size.name, rawLayout, -1, QStringLiteral("ms"));
+
         row(QStringLiteral("3 first frame from the cache"), size.name, firstFrameTovra(json, 15),
             firstFrameBrowser(json, 15), QStringLiteral("ms"));
         row(QStringLiteral("3 first frame, texts never measured"), size.name, firstFrameTovra(json, 5, true),
             firstFrameBrowser(json, 5), QStringLiteral("ms"));
     }
 
+    if (quick)
+        return 0;
     const Size &large = sizes[2];
     const QByteArray largeJson = makeDocument(large);
     int visibleMost = 0;

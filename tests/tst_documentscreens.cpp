@@ -116,6 +116,7 @@ private Q_SLOTS:
     void classHeightsTakeThePrimaryScreen();
     void laterFontChangesHeightsNotCells();
     void cellsAreReused();
+    void estimatesSettleWithoutAJump();
     void rowsPerSection_data();
     void rowsPerSection();
     void screenGeometry_data();
@@ -286,6 +287,45 @@ void tst_DocumentScreens::cellsAreReused()
     QCOMPARE(top->bodyTextView(), subview);
     QCOMPARE(top->findChildren<QTextEdit *>().size(), 1);
     QCOMPARE(table.viewport()->findChildren<TVRTableViewCell *>().size(), model.made);
+}
+
+void tst_DocumentScreens::estimatesSettleWithoutAJump()
+{
+    // Rows estimated at 60 px and measured at 40 to 120: shown and scrolled to the middle
+    // at once, before the event loop has measured the rest.
+    struct Estimated : TableModel
+    {
+        qreal tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath) override { return 60; }
+        qreal tableViewHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath path) override { return 40 + 20 * (path.row % 5); }
+    } model;
+    model.rows = 400;
+    TVRTableView table;
+    table.setDataSource(&model);
+    table.setDelegate(&model);
+    table.resize(screenSize());
+    table.show();
+    QScrollBar *bar = table.verticalScrollBar();
+    const int measuredLength = 80 * 400; // a plain table: no gaps between sections
+    QVERIFY(bar->maximum() < measuredLength - table.viewport()->height() - 1000); // still estimated
+    bar->setValue(bar->maximum() / 2);
+    // Every row shown is measured before it is shown.
+    QList<QPair<TVRIndexPath, QPoint>> shown;
+    for (int row = 0; row < model.rows; ++row) {
+        if (TVRTableViewCell *cell = table.cellForRowAtIndexPath({0, row})) {
+            QCOMPARE(cell->height(), int(model.tableViewHeightForRowAtIndexPath(&table, {0, row})));
+            shown.append({{0, row}, cell->pos()});
+        }
+    }
+    QVERIFY(shown.size() > 3);
+
+    // Measured from the event loop: the range becomes the measured one, nothing in view moves.
+    QTRY_COMPARE(bar->maximum(), measuredLength - table.viewport()->height());
+    for (const auto &[path, position] : std::as_const(shown)) {
+        TVRTableViewCell *cell = table.cellForRowAtIndexPath(path);
+        QVERIFY(cell);
+        QCOMPARE(cell->pos(), position);
+        QCOMPARE(cell->height(), int(model.tableViewHeightForRowAtIndexPath(&table, path)));
+    }
 }
 
 void tst_DocumentScreens::rowsPerSection_data()

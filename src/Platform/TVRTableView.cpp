@@ -11,8 +11,10 @@
 #include <QMap>
 #include <QPointer>
 #include <QResizeEvent>
+#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QScroller>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -22,9 +24,23 @@ namespace {
 struct Row
 {
     TVRIndexPath indexPath;
+    qreal height = 0;
+    bool exact = false; // measured, not estimated
     int top = 0;
     int bottom = 0;
 };
+
+// Where a row that is being measured may not move on screen: the row at the top of the
+// view and how far the view's top lies into it.
+struct Anchor
+{
+    TVRIndexPath indexPath;
+    int shift = 0;
+    bool set = false;
+};
+
+// How long the table measures estimated rows at a time, between two events of the loop.
+constexpr qint64 measuringSliceNs = 4 * 1000 * 1000;
 
 } // namespace
 
@@ -43,68 +59,172 @@ public:
     void updateScrollRange();
     int headerHeight() const { return header ? header->height() : 0; }
 
+    // Positions every row from the heights, the header and the section gaps.
+    void placeRows();
+    Anchor anchor() const;
+    void restore(const Anchor &anchor);
+    // Measures the row at \a index exactly, if it was only estimated; true if it was.
+    bool measure(qsizetype index);
+    // Measures the estimated rows in and around the view, keeping what is shown in place.
+    void measureAroundView();
+    // Measures estimated rows for a slice of time, then lets the event loop go on.
+    void measureSome();
+
     TVRTableView *const q;
     const TVRTableView::Style style;
     TVRTableViewDataSource *dataSource = nullptr;
     TVRTableViewDelegate *delegate = nullptr;
     QPointer<QWidget> header;
     QScrollBar *indicator = nullptr;
+    QTimer *measuring = nullptr;
 
     bool loaded = false;
+    bool laying = false;
     int loadedWidth = -1; // the viewport width the rows were measured for
     QList<int> rowCounts;
     QList<Row> rows; // in order, top to bottom
+    qsizetype firstEstimated = 0; // rows before it are all measured
     int contentHeight = 0;
 
     QMap<TVRIndexPath, TVRTableViewCell *> visible;
     QHash<QString, QList<TVRTableViewCell *>> reusable;
 };
 
+void TVRTableViewPrivate::placeRows()
+{
+    const int gap = style == TVRTableView::Style::Grouped ? TVRTableView::sectionSpacing() : 0;
+    // Heights add up in floating point; each row then spans whole pixels between the
+    // rounded positions of its edges, so neighbours neither overlap nor leave gaps.
+    qreal y = headerHeight();
+    int section = -1;
+    for (Row &row : rows) {
+        // Every section starts with a gap, those without rows too.
+        y += gap * (row.indexPath.section - section);
+        section = row.indexPath.section;
+        const qreal top = y;
+        y += row.height;
+        row.top = int(std::lround(top));
+        row.bottom = int(std::lround(y));
+    }
+    const int sections = int(rowCounts.size());
+    if (sections > 0)
+        y += gap * (sections - section);
+    contentHeight = int(std::ceil(y));
+}
+
+Anchor TVRTableViewPrivate::anchor() const
+{
+    const int offset = q->verticalScrollBar()->value();
+    const auto row = std::upper_bound(rows.cbegin(), rows.cend(), offset,
+                                      [](int y, const Row &candidate) { return y < candidate.bottom; });
+    if (row == rows.cend() || offset <= headerHeight())
+        return {};
+    return {row->indexPath, offset - row->top, true};
+}
+
+void TVRTableViewPrivate::restore(const Anchor &anchor)
+{
+    updateScrollRange();
+    if (!anchor.set)
+        return;
+    const auto row = std::find_if(rows.cbegin(), rows.cend(), [&](const Row &r) { return r.indexPath == anchor.indexPath; });
+    if (row != rows.cend())
+        q->verticalScrollBar()->setValue(row->top + anchor.shift);
+}
+
+bool TVRTableViewPrivate::measure(qsizetype index)
+{
+    Row &row = rows[index];
+    if (row.exact)
+        return false;
+    row.height = qMax<qreal>(0, delegate->tableViewHeightForRowAtIndexPath(q, row.indexPath));
+    row.exact = true;
+    while (firstEstimated < rows.size() && rows[firstEstimated].exact)
+        ++firstEstimated;
+    return true;
+}
+
+void TVRTableViewPrivate::measureAroundView()
+{
+    // Half a view above and below, so that rows scrolled in come measured. Measuring moves
+    // the rows after the measured ones, and may bring others in: until nothing changes.
+    for (int pass = 0; pass < 8 && firstEstimated < rows.size(); ++pass) {
+        const int offset = q->verticalScrollBar()->value();
+        const int height = q->viewport()->height();
+        const int from = offset - height / 2;
+        const int to = offset + height + height / 2;
+        const Anchor kept = anchor();
+        bool changed = false;
+        auto row = std::upper_bound(rows.begin(), rows.end(), from, [](int y, const Row &r) { return y < r.bottom; });
+        for (; row != rows.end() && row->top < to; ++row)
+            changed |= measure(row - rows.begin());
+        if (!changed)
+            break;
+        placeRows();
+        restore(kept);
+    }
+}
+
+void TVRTableViewPrivate::measureSome()
+{
+    if (firstEstimated >= rows.size())
+        return;
+    QElapsedTimer slice;
+    slice.start();
+    const Anchor kept = anchor();
+    while (firstEstimated < rows.size() && slice.nsecsElapsed() < measuringSliceNs)
+        measure(firstEstimated);
+    placeRows();
+    laying = true;
+    restore(kept);
+    laying = false;
+    layoutRows();
+    if (firstEstimated < rows.size())
+        measuring->start();
+}
+
 void TVRTableViewPrivate::reload()
 {
     // The row at the top of the view stays where it is, though rows above it may change.
-    const int offset = q->verticalScrollBar()->value();
-    const auto anchor = std::upper_bound(rows.cbegin(), rows.cend(), offset,
-                                         [](int y, const Row &row) { return y < row.bottom; });
-    const bool anchored = anchor != rows.cend() && offset > headerHeight();
-    const TVRIndexPath anchorPath = anchored ? anchor->indexPath : TVRIndexPath{};
-    const int anchorShift = anchored ? offset - anchor->top : 0;
-
+    const Anchor kept = anchor();
     loaded = true;
     loadedWidth = q->viewport()->width();
     for (TVRTableViewCell *cell : std::as_const(visible))
         recycle(cell);
     visible.clear();
 
+    // Rows the delegate can estimate are measured when they come near the view, and the
+    // rest of them a slice at a time from the event loop, so that a long document shows
+    // without waiting for every row to be laid out.
     rowCounts.clear();
     rows.clear();
     const int sections = dataSource ? qMax(0, dataSource->numberOfSectionsInTableView(q)) : 0;
-    const int gap = style == TVRTableView::Style::Grouped ? TVRTableView::sectionSpacing() : 0;
-    // Heights add up in floating point; each row then spans whole pixels between the
-    // rounded positions of its edges, so neighbours neither overlap nor leave gaps.
-    qreal y = headerHeight();
     for (int section = 0; section < sections; ++section) {
         const int count = qMax(0, dataSource->tableViewNumberOfRowsInSection(q, section));
         rowCounts.append(count);
-        y += gap;
-        for (int row = 0; row < count; ++row) {
-            const TVRIndexPath path{section, row};
-            const qreal height = delegate ? delegate->tableViewHeightForRowAtIndexPath(q, path) : 44.0;
-            const qreal top = y;
-            y += qMax<qreal>(0, height);
-            rows.append({path, int(std::lround(top)), int(std::lround(y))});
+        for (int index = 0; index < count; ++index) {
+            Row row;
+            row.indexPath = {section, index};
+            const qreal estimate = delegate ? delegate->tableViewEstimatedHeightForRowAtIndexPath(q, row.indexPath) : -1;
+            if (estimate >= 0) {
+                row.height = estimate;
+            } else {
+                row.height = delegate ? qMax<qreal>(0, delegate->tableViewHeightForRowAtIndexPath(q, row.indexPath)) : 44.0;
+                row.exact = true;
+            }
+            rows.append(row);
         }
     }
-    if (sections > 0)
-        y += gap;
-    contentHeight = int(std::ceil(y));
-    updateScrollRange();
-    if (anchored) {
-        const auto row = std::find_if(rows.cbegin(), rows.cend(), [&](const Row &r) { return r.indexPath == anchorPath; });
-        if (row != rows.cend())
-            q->verticalScrollBar()->setValue(row->top + anchorShift);
-    }
+    firstEstimated = 0;
+    while (firstEstimated < rows.size() && rows[firstEstimated].exact)
+        ++firstEstimated;
+    placeRows();
+    laying = true;
+    restore(kept);
+    laying = false;
     layoutRows();
+    if (firstEstimated < rows.size())
+        measuring->start();
 }
 
 void TVRTableViewPrivate::updateScrollRange()
@@ -127,6 +247,11 @@ void TVRTableViewPrivate::updateScrollRange()
 
 void TVRTableViewPrivate::layoutRows()
 {
+    if (laying)
+        return;
+    laying = true;
+    measureAroundView();
+    laying = false;
     const int offset = q->verticalScrollBar()->value();
     const int width = q->viewport()->width();
     const int viewTop = offset;
@@ -200,6 +325,10 @@ TVRTableView::TVRTableView(Style style, QWidget *parent)
         "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
         "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
     d->indicator->hide();
+    d->measuring = new QTimer(this);
+    d->measuring->setSingleShot(true);
+    d->measuring->setInterval(0);
+    connect(d->measuring, &QTimer::timeout, this, [this] { d->measureSome(); });
     connect(d->indicator, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, d->indicator, &QScrollBar::setValue);
     // Kinetic scrolling for fingers, where there are touch screens. (Qt keeps a little
@@ -286,11 +415,23 @@ int TVRTableView::numberOfRowsInSection(int section) const
 
 QRect TVRTableView::rectForRowAtIndexPath(TVRIndexPath indexPath) const
 {
-    for (const Row &row : std::as_const(d->rows)) {
-        if (row.indexPath == indexPath)
-            return QRect(0, row.top, viewport()->width(), row.bottom - row.top);
+    const auto row = std::find_if(d->rows.cbegin(), d->rows.cend(), [&](const Row &r) { return r.indexPath == indexPath; });
+    if (row == d->rows.cend())
+        return {};
+    // Where the row lies depends on every row above it: those are measured first.
+    const qsizetype index = row - d->rows.cbegin();
+    if (d->firstEstimated <= index) {
+        const Anchor kept = d->anchor();
+        for (qsizetype i = d->firstEstimated; i <= index; ++i)
+            d->measure(i);
+        d->placeRows();
+        d->laying = true;
+        d->restore(kept);
+        d->laying = false;
+        d->layoutRows();
     }
-    return {};
+    const Row &placed = d->rows.at(index);
+    return QRect(0, placed.top, viewport()->width(), placed.bottom - placed.top);
 }
 
 int TVRTableView::contentHeight() const

@@ -7,6 +7,11 @@ qreal TVRTableViewDelegate::tableViewHeightForRowAtIndexPath(TVRTableView *, TVR
     return 44.0;
 }
 
+qreal TVRTableViewDelegate::tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath)
+{
+    return -1.0;
+}
+
 void TVRTableViewDelegate::tableViewWillDisplayCell(TVRTableView *, TVRTableViewCell *, TVRIndexPath)
 {
 }

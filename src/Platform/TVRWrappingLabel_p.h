@@ -13,10 +13,11 @@ class TVRWrappingLabel : public QLabel
 public:
     TVRWrappingLabel();
 
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    // The label is as tall as the row it is placed in; its text, laid out, is the costly
+    // part of asking its size, which layouts do often. So it asks nothing of the layouts.
+    bool hasHeightForWidth() const override { return false; }
+    QSize sizeHint() const override { return {0, 0}; }
+    QSize minimumSizeHint() const override { return {0, 0}; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -1,5 +1,6 @@
 #include "TVRDocumentViewController.h"
 
+#include "TVRDesignClass.h"
 #include "TVRDocumentManager.h"
 #include "TVRHeaderView.h"
 #include "TVRPalette_p.h"
@@ -11,7 +12,10 @@
 #include <QLabel>
 #include <QLocale>
 #include <QScreen>
+#include <QFontMetricsF>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 namespace {
 
@@ -135,6 +139,21 @@ qreal TVRDocumentViewController::tableViewHeightForRowAtIndexPath(TVRTableView *
     if (indexPath.row == 0 && hasTitle(section))
         return TVRSectionTitleTableViewCell::cellHeightForSection(section, rowWidth);
     return TVRSectionBodyTableViewCell::cellHeightForSection(section, rowWidth);
+}
+
+qreal TVRDocumentViewController::tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *tableView,
+                                                                         TVRIndexPath indexPath)
+{
+    // Lines of average characters: close enough for the scroll range until the row is
+    // measured, as it will be before it is shown.
+    const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
+    const bool title = indexPath.row == 0 && hasTitle(section);
+    const QString text = !section ? QString() : title ? section->title() : section->body();
+    const QFontMetricsF metrics(title ? TVRDesignClass::sectionTitleFont() : TVRDesignClass::sectionBodyFont());
+    const qreal width = tableView->viewport()->width() - (title ? 40.0 : 24.0);
+    const qreal perLine = qMax<qreal>(1, std::floor(width / metrics.averageCharWidth()));
+    const qreal lines = qMax<qreal>(1, std::ceil(text.size() / perLine));
+    return qMax<qreal>(40, std::ceil(lines * metrics.height()));
 }
 
 TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRTableView *tableView,

@@ -48,6 +48,7 @@ public:
     int numberOfSectionsInTableView(TVRTableView *tableView) override;
     int tableViewNumberOfRowsInSection(TVRTableView *tableView, int section) override;
     qreal tableViewHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
+    qreal tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
     TVRTableViewCell *tableViewCellForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
 
     void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override;
