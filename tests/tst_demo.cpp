@@ -7,6 +7,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
 
 class tst_Demo : public QObject
@@ -43,7 +46,7 @@ void tst_Demo::screenshots()
     QByteArray output;
     QCOMPARE(run({u"--screenshots"_s, dir.path()}, &output), 0);
 
-    const QStringList names{u"terms-of-service-from-cache.png"_s, u"terms-of-service.png"_s,
+    const QStringList names{u"terms-of-service-from-cache.png"_s, u"terms-of-service-dark-system-palette.png"_s,
                             u"privacy-policy-presented.png"_s, u"agreement.png"_s};
     const QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
     QCOMPARE(printed.size(), names.size());
@@ -60,6 +63,26 @@ void tst_Demo::screenshots()
                 dark += qGray(image.pixel(x, y)) < 96;
         }
         QVERIFY2(dark > 200, qPrintable(u"%1 looks empty"_s.arg(path)));
+
+        // The README shows the committed copy: it must still be what the demo renders.
+        const QString committed = QStringLiteral(TOVRA_SOURCE_DIR "/docs/screenshots/") + names[i];
+        const QImage shown = QImage(committed).convertToFormat(QImage::Format_RGB32);
+        QVERIFY2(!shown.isNull(), qPrintable(committed + u" is missing"_s));
+        QCOMPARE(shown.size(), image.size());
+        const QImage fresh = image.convertToFormat(QImage::Format_RGB32);
+        int differing = 0;
+        for (int y = 0; y < fresh.height(); ++y) {
+            for (int x = 0; x < fresh.width(); ++x) {
+                const QRgb a = fresh.pixel(x, y);
+                const QRgb b = shown.pixel(x, y);
+                differing += std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                       std::abs(qBlue(a) - qBlue(b))}) > 48;
+            }
+        }
+        // A few pixels of anti-aliasing may differ; a changed screen differs in thousands.
+        QVERIFY2(differing < fresh.width() * fresh.height() / 500,
+                 qPrintable(u"%1 differs from a fresh render in %2 pixels: run ./demo.sh --screenshots docs/screenshots"_s
+                                .arg(committed).arg(differing)));
     }
 }
 

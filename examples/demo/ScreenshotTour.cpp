@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
 
@@ -30,6 +31,18 @@ bool save(QWidget *widget, const QString &path)
     for (int pass = 0; pass < 5; ++pass)
         QCoreApplication::processEvents();
     return widget->grab().save(path);
+}
+
+QPalette darkPalette()
+{
+    QPalette dark;
+    dark.setColor(QPalette::Window, QColor(0x30, 0x30, 0x30));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    dark.setColor(QPalette::Base, QColor(0x20, 0x20, 0x20));
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Button, QColor(0x35, 0x35, 0x35));
+    dark.setColor(QPalette::ButtonText, Qt::white);
+    return dark;
 }
 
 class Counter : public QObject, public TVRDocumentManagerDelegate
@@ -89,7 +102,15 @@ QStringList takeScreenshots(const QString &directory, DemoService &service, Loop
     const int served = service.requestsServed();
     documents->fetchTermsOfService();
     waitFor([&] { return service.requestsServed() > served; });
-    shoot(navigation, QStringLiteral("terms-of-service"));
+
+    // A dark system palette, and the end of the document reached with the End key: the
+    // screen keeps its white page and dark text.
+    const QPalette systemPalette = QApplication::palette();
+    QApplication::setPalette(darkPalette());
+    QKeyEvent end(QEvent::KeyPress, Qt::Key_End, Qt::NoModifier);
+    QCoreApplication::sendEvent(terms->tableView(), &end);
+    shoot(navigation, QStringLiteral("terms-of-service-dark-system-palette"));
+    QApplication::setPalette(systemPalette);
     navigation->popViewControllerAnimated();
 
     const int servedBefore = service.requestsServed();
