@@ -51,8 +51,12 @@ enum Status : qint32 {
 
     The kit talks to the store returned by defaultStore(), which is backed by QtKeychain
     (Keychain on Apple platforms, Keystore on Android, Credential Store on Windows, Secret
-    Service on Linux). A host may put its own store in place, for example one that injects
-    failures in its tests.
+    Service on Linux). Its calls block the caller for 5 s at most and run none of the
+    caller's events while they wait; after a failure other than a missing item, the calls
+    of the next 30 s fail at once. It runs QtKeychain on a thread of the kit's own, and
+    QtKeychain cannot be shared between threads: a host that keeps secrets of its own uses
+    this store for them rather than QtKeychain. A host may also put its own store in place,
+    for example one that injects failures in its tests.
 */
 class TOVRA_EXPORT TVRSecureItemStore
 {

@@ -145,15 +145,28 @@ qreal TVRDocumentViewController::tableViewEstimatedHeightForRowAtIndexPath(TVRTa
                                                                          TVRIndexPath indexPath)
 {
     // Lines of average characters: close enough for the scroll range until the row is
-    // measured, as it will be before it is shown.
+    // measured, as it is before it is shown. Asked for every row at once, so the fonts'
+    // metrics are looked up once per font.
+    struct Metrics
+    {
+        QString fontKey;
+        qreal averageCharWidth = 1;
+        qreal lineHeight = 0;
+    };
+    static Metrics metrics[2];
     const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
     const bool title = indexPath.row == 0 && hasTitle(section);
-    const QString text = !section ? QString() : title ? section->title() : section->body();
-    const QFontMetricsF metrics(title ? TVRDesignClass::sectionTitleFont() : TVRDesignClass::sectionBodyFont());
+    const QFont font = title ? TVRDesignClass::sectionTitleFont() : TVRDesignClass::sectionBodyFont();
+    Metrics &known = metrics[title ? 0 : 1];
+    if (known.fontKey != font.key()) {
+        const QFontMetricsF measured(font);
+        known = {font.key(), qMax<qreal>(1, measured.averageCharWidth()), measured.height()};
+    }
+    const qsizetype characters = !section ? 0 : title ? section->title().size() : section->body().size();
     const qreal width = tableView->viewport()->width() - (title ? 40.0 : 24.0);
-    const qreal perLine = qMax<qreal>(1, std::floor(width / metrics.averageCharWidth()));
-    const qreal lines = qMax<qreal>(1, std::ceil(text.size() / perLine));
-    return qMax<qreal>(40, std::ceil(lines * metrics.height()));
+    const qreal perLine = qMax<qreal>(1, std::floor(width / known.averageCharWidth));
+    const qreal lines = qMax<qreal>(1, std::ceil(characters / perLine));
+    return qMax<qreal>(40, std::ceil(lines * known.lineHeight));
 }
 
 TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRTableView *tableView,
