@@ -87,9 +87,7 @@ void bench_Tovra::identifierReadsWithoutKeychain()
 {
     QFETCH(bool, silent);
     PrivateBus bus;
-    QVERIFY(bus.start());
-    if (silent)
-        QVERIFY(bus.addSilentSecretService(QStringLiteral(TOVRA_TEST_HELPER)));
+    QVERIFY(bus.start(silent ? QStringLiteral(TOVRA_TEST_HELPER) : QString()));
     const QStringList answer = runHelper({u"timed"_s, u"identifier-reads"_s, u"50"_s}, bus.environment());
     QCOMPARE(answer.size(), 1);
     const QStringList fields = answer.constFirst().split(u' ');

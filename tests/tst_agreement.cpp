@@ -1,7 +1,7 @@
 // The agreement check: the two empty services, the agreement screen, activateApp and the
 // screen factories. Rendered offscreen at 390x844; screenshots go to TOVRA_SCREENSHOT_DIR.
 
-#include "OffscreenScreen.h"
+#include "OffscreenTest.h"
 #include "Screenshot.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -479,16 +479,6 @@ void tst_Agreement::factoriesMakeNewScreens()
     QVERIFY(!terms->navigationController());
 }
 
-int main(int argc, char *argv[])
-{
-    QTemporaryDir dir;
-    if (!useOffscreenScreen(dir.path(), QSize(390, 844)))
-        return 1;
-
-    QApplication app(argc, argv);
-    tst_Agreement test;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
-}
+TOVRA_OFFSCREEN_TEST_MAIN(tst_Agreement, QSize(390, 844))
 
 #include "tst_agreement.moc"

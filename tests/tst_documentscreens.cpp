@@ -1,7 +1,7 @@
 // The document screens, rendered offscreen at the size that TOVRA_TEST_SCREEN names
 // (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
 
-#include "OffscreenScreen.h"
+#include "OffscreenTest.h"
 #include "Screenshot.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -593,17 +593,6 @@ void tst_DocumentScreens::longDocumentKeepsFewCells()
     m_session.abortAll();
 }
 
-int main(int argc, char *argv[])
-{
-    // An offscreen screen of the size under test, before the application starts.
-    QTemporaryDir dir;
-    if (!useOffscreenScreen(dir.path(), screenSize()))
-        return 1;
-
-    QApplication app(argc, argv);
-    tst_DocumentScreens test;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
-}
+TOVRA_OFFSCREEN_TEST_MAIN(tst_DocumentScreens, screenSize())
 
 #include "tst_documentscreens.moc"

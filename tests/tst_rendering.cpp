@@ -5,7 +5,7 @@
 // screenshots go to TOVRA_SCREENSHOT_DIR.
 
 #include "LoopbackSession.h"
-#include "OffscreenScreen.h"
+#include "OffscreenTest.h"
 #include "Screenshot.h"
 
 #include <Tovra.h>
@@ -667,16 +667,7 @@ void tst_Rendering::screensTakeWhatTheyMade()
         QVERIFY2(!part, qPrintable(QString::fromLatin1(part ? part->metaObject()->className() : "") + u" outlived its screen"_s));
 }
 
-int main(int argc, char *argv[])
-{
-    // A desktop-sized screen, so that windows narrower than it are tested too.
-    QTemporaryDir dir;
-    if (!useOffscreenScreen(dir.path(), QSize(1280, 800)))
-        return 1;
-    QApplication app(argc, argv);
-    tst_Rendering test;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
-}
+// A desktop-sized screen, so that windows narrower than it are tested too.
+TOVRA_OFFSCREEN_TEST_MAIN(tst_Rendering, QSize(1280, 800))
 
 #include "tst_rendering.moc"

@@ -69,6 +69,9 @@ public:
     void measureAroundView();
     // Measures estimated rows for a slice of time, then lets the event loop go on.
     void measureSome();
+    // After heights changed: places the rows, keeps \a kept where it was on screen, lays
+    // the cells out and goes on measuring from the event loop while rows are estimated.
+    void rowsChanged(const Anchor &kept);
 
     TVRTableView *const q;
     const TVRTableView::Style style;
@@ -174,6 +177,11 @@ void TVRTableViewPrivate::measureSome()
     const Anchor kept = anchor();
     while (firstEstimated < rows.size() && slice.nsecsElapsed() < measuringSliceNs)
         measure(firstEstimated);
+    rowsChanged(kept);
+}
+
+void TVRTableViewPrivate::rowsChanged(const Anchor &kept)
+{
     placeRows();
     laying = true;
     restore(kept);
@@ -218,13 +226,7 @@ void TVRTableViewPrivate::reload()
     firstEstimated = 0;
     while (firstEstimated < rows.size() && rows[firstEstimated].exact)
         ++firstEstimated;
-    placeRows();
-    laying = true;
-    restore(kept);
-    laying = false;
-    layoutRows();
-    if (firstEstimated < rows.size())
-        measuring->start();
+    rowsChanged(kept);
 }
 
 void TVRTableViewPrivate::updateScrollRange()
@@ -424,11 +426,7 @@ QRect TVRTableView::rectForRowAtIndexPath(TVRIndexPath indexPath) const
         const Anchor kept = d->anchor();
         for (qsizetype i = d->firstEstimated; i <= index; ++i)
             d->measure(i);
-        d->placeRows();
-        d->laying = true;
-        d->restore(kept);
-        d->laying = false;
-        d->layoutRows();
+        d->rowsChanged(kept);
     }
     const Row &placed = d->rows.at(index);
     return QRect(0, placed.top, viewport()->width(), placed.bottom - placed.top);

@@ -16,7 +16,7 @@ PrivateBus::~PrivateBus()
     }
 }
 
-bool PrivateBus::start()
+bool PrivateBus::start(const QString &silentSecretServiceHelper)
 {
     QFile config(m_dir.filePath(QStringLiteral("bus.conf")));
     if (!m_dir.isValid() || !config.open(QIODevice::WriteOnly))
@@ -35,7 +35,9 @@ bool PrivateBus::start()
     if (!m_bus.waitForStarted() || !QTest::qWaitFor([this] { return m_bus.canReadLine(); }, 10000))
         return false;
     m_address = QString::fromUtf8(m_bus.readLine()).trimmed();
-    return m_address.startsWith(QLatin1String("unix:"));
+    if (!m_address.startsWith(QLatin1String("unix:")))
+        return false;
+    return silentSecretServiceHelper.isEmpty() || addSilentSecretService(silentSecretServiceHelper);
 }
 
 QStringList PrivateBus::environment() const

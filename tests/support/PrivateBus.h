@@ -18,17 +18,17 @@ public:
     PrivateBus(const PrivateBus &) = delete;
     PrivateBus &operator=(const PrivateBus &) = delete;
 
-    bool start();
+    /*
+        Starts the bus. Given the test helper's path, it also puts a Secret Service on the
+        bus that takes every call and answers none, as a hung service does: the helper takes
+        the service's name and is then stopped (SIGSTOP).
+    */
+    bool start(const QString &silentSecretServiceHelper = {});
     QStringList environment() const;
 
-    /*
-        Puts a Secret Service on the bus that takes every call and answers none, as a hung
-        service does: the test helper \a helper takes the service's name and is then
-        stopped (SIGSTOP).
-    */
+private:
     bool addSilentSecretService(const QString &helper);
 
-private:
     QTemporaryDir m_dir;
     QProcess m_bus;
     QProcess m_silentService;
