@@ -3,7 +3,7 @@
 //
 //   bench/run.sh                     build in release mode and run, isolated
 //   bench_screens [--json FILE]      run (inside tests/run-isolated.sh)
-//   bench_screens --quick            only the heights and the first frames
+//   bench_screens --quick [--size S] only the heights and the first frames (of size S)
 //   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
 
 #include "OffscreenScreen.h"
@@ -63,7 +63,8 @@ QByteArray makeDocument(const Size &size)
     QJsonArray sections;
     for (int i = 0; i < size.sections; ++i) {
         const int script = size.mixed ? i % 4 : 0; // 0 is Latin
-        QString body;
+        // Every body a text of its own, as in a real document: none is measured for another.
+        QString body = QStringLiteral("%1. ").arg(i + 1);
         for (int s = 0; s < size.sentences; ++s) {
             body += script == 0 ? QString::fromLatin1(sentences[(i + s) % 5]) : QString::fromUtf8(otherScripts[script - 1][0]);
             body += QLatin1Char(' ');
@@ -398,7 +399,11 @@ int main(int argc, char *argv[])
 
     // --quick: the heights and the first frames only, for a quick look while working.
     const bool quick = args.contains(QStringLiteral("--quick"));
+    const qsizetype sizeAt = args.indexOf(QStringLiteral("--size"));
+    const QString onlySize = sizeAt > 0 && sizeAt + 1 < args.size() ? args[sizeAt + 1] : QString();
     for (const Size &size : sizes) {
+        if (!onlySize.isEmpty() && onlySize != QLatin1String(size.name))
+            continue;
         const QByteArray json = makeDocument(size);
         report.insert(QStringLiteral("bytes %1").arg(QLatin1String(size.name)), json.size());
 
