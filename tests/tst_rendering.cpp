@@ -466,7 +466,11 @@ void tst_Rendering::arabicIsShaped()
     QVERIFY(title && body);
     const QList<QPair<QWidget *, QFont>> painted{{title->titleLabel(), title->titleLabel()->font()},
                                                  {body->bodyTextView(), body->bodyTextView()->font()}};
-    for (const auto &[widget, font] : painted) {
+    for (const auto &[widget, widgetFont] : painted) {
+        // The reference widths come from the font's face and size, shaped by Qt's default
+        // and unshaped, whatever strategy the widget's font was given.
+        QFont font = widgetFont;
+        font.setStyleStrategy(QFont::PreferDefault);
         QFont unshaped = font;
         unshaped.setStyleStrategy(QFont::PreferNoShaping);
         const qreal shapedWidth = QFontMetricsF(font).horizontalAdvance(words);
