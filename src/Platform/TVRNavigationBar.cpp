@@ -28,9 +28,7 @@ TVRNavigationBar::TVRNavigationBar(QWidget *parent)
 {
     setFixedHeight(Height);
     // A light bar under any system palette, as the screens under it are white.
-    QPalette bar = TVRPalette::light();
-    bar.setColor(QPalette::Window, TVRPalette::barColor());
-    setPalette(bar);
+    setPalette(TVRPalette::bar());
     setAutoFillBackground(true);
     QFont bold = m_title->font();
     bold.setBold(true);

@@ -12,11 +12,6 @@ void setEverywhere(QPalette &palette, QPalette::ColorRole role, const QColor &co
 
 } // namespace
 
-QColor TVRPalette::barColor()
-{
-    return QColor(0xF7, 0xF7, 0xF7);
-}
-
 QPalette TVRPalette::light()
 {
     const QColor white(Qt::white);
@@ -30,7 +25,7 @@ QPalette TVRPalette::light()
     setEverywhere(palette, QPalette::AlternateBase, QColor(0xF2, 0xF2, 0xF7));
     setEverywhere(palette, QPalette::Text, black);
     setEverywhere(palette, QPalette::PlaceholderText, QColor(0x6E, 0x6E, 0x73));
-    setEverywhere(palette, QPalette::Button, barColor());
+    setEverywhere(palette, QPalette::Button, QColor(0xF7, 0xF7, 0xF7));
     setEverywhere(palette, QPalette::ButtonText, tint);
     setEverywhere(palette, QPalette::BrightText, QColor(0xC0, 0x00, 0x00));
     setEverywhere(palette, QPalette::Light, white);
@@ -47,6 +42,13 @@ QPalette TVRPalette::light()
     // Disabled controls are greyed, readable but no longer inviting.
     for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(0x6E, 0x6E, 0x73));
+    return palette;
+}
+
+QPalette TVRPalette::bar()
+{
+    QPalette palette = light();
+    setEverywhere(palette, QPalette::Window, palette.color(QPalette::Button));
     return palette;
 }
 

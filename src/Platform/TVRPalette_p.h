@@ -15,8 +15,8 @@ namespace TVRPalette {
 // White pages and light bars with dark text, every role and colour group set.
 QPalette light();
 
-// The background of the navigation bar and the toolbar.
-QColor barColor();
+// light() on a bar: the navigation bar's and the toolbar's light grey under dark text.
+QPalette bar();
 
 // Makes \a color the colour \a widget draws its text with, whatever role paints it: a
 // label in a scroll area's viewport paints with Text, elsewhere with WindowText.

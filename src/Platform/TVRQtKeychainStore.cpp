@@ -18,7 +18,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 using namespace TVRSecItem;
 
@@ -171,33 +170,38 @@ private:
 
 Unavailability unavailability;
 
-// Runs a QtKeychain job, made on the keychain thread by \a make, and returns its status.
-template<typename Job, typename Prepare>
-qint32 runJob(const QVariantMap &query, Prepare prepare, QByteArray *data = nullptr)
+using KeychainWork = std::function<void(const std::shared_ptr<Outcome> &)>;
+
+// Runs \a work for \a query on the keychain thread, unless the query is not for this store,
+// there is no application to run it, or a recent failure says not to try; and notes how it
+// ended.
+qint32 runFor(const QVariantMap &query, KeychainWork work, QByteArray *data = nullptr)
 {
     // Only generic passwords live here, and QtKeychain needs an application object to run.
     if (query.value(kSecClass).toString() != kSecClassGenericPassword)
         return errSecParam;
-    if (!QCoreApplication::instance())
+    if (!QCoreApplication::instance() || unavailability.remembered())
         return errSecNotAvailable;
-    if (unavailability.remembered())
-        return errSecNotAvailable;
+    return unavailability.note(KeychainThread::instance().run(std::move(work), data));
+}
 
+// A QtKeychain job for \a query, made on the keychain thread and readied by \a prepare.
+template<typename Job>
+KeychainWork jobFor(const QVariantMap &query, std::function<void(Job &)> prepare = {})
+{
     const QString service = backendService(query);
     const QString key = query.value(kSecAttrAccount).toString();
-    const qint32 status = KeychainThread::instance().run(
-        [service, key, prepare](const std::shared_ptr<Outcome> &outcome) {
-            auto *job = new Job(service);
-            job->setKey(key);
+    return [service, key, prepare](const std::shared_ptr<Outcome> &outcome) {
+        auto *job = new Job(service);
+        job->setKey(key);
+        if (prepare)
             prepare(*job);
-            QObject::connect(job, &QKeychain::Job::finished, job, [outcome](QKeychain::Job *finished) {
-                const auto *read = qobject_cast<QKeychain::ReadPasswordJob *>(finished);
-                outcome->finish(statusFor(finished->error()), read ? read->binaryData() : QByteArray());
-            });
-            job->start();
-        },
-        data);
-    return unavailability.note(status);
+        QObject::connect(job, &QKeychain::Job::finished, job, [outcome](QKeychain::Job *finished) {
+            const auto *read = qobject_cast<QKeychain::ReadPasswordJob *>(finished);
+            outcome->finish(statusFor(finished->error()), read ? read->binaryData() : QByteArray());
+        });
+        job->start();
+    };
 }
 
 #ifdef TOVRA_SECRET_SERVICE_SEARCH
@@ -209,30 +213,30 @@ bool onKdeDesktop()
         || qEnvironmentVariableIsSet("KDE_FULL_SESSION");
 }
 
-// Whether the Secret Service holds an item that QtKeychain wrote for (service, key), under
-// its attributes "server" and "user". A search names items without unlocking or reading
-// them. errSecNotAvailable when the service does not answer.
-qint32 secretServiceSearch(const QString &service, const QString &key)
+// Whether the Secret Service holds an item that QtKeychain wrote for \a query, under its
+// attributes "server" and "user". A search names items without unlocking or reading them.
+// errSecNotAvailable when the service does not answer.
+KeychainWork secretServiceSearch(const QVariantMap &query)
 {
-    return KeychainThread::instance().run(
-        [service, key](const std::shared_ptr<Outcome> &outcome) {
-            QDBusMessage search = QDBusMessage::createMethodCall(
-                QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
-                QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("SearchItems"));
-            search << QVariant::fromValue(QMap<QString, QString>{
-                {QStringLiteral("server"), service}, {QStringLiteral("user"), key}});
-            // Blocks this thread only; the caller's wait limit bounds it.
-            const QDBusMessage reply = QDBusConnection::sessionBus().call(search, QDBus::Block, waitLimitMs);
-            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) {
-                outcome->finish(errSecNotAvailable);
-                return;
-            }
-            qsizetype items = 0;
-            for (const QVariant &paths : reply.arguments())
-                items += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
-            outcome->finish(items > 0 ? errSecSuccess : errSecItemNotFound);
-        },
-        nullptr);
+    const QString service = backendService(query);
+    const QString key = query.value(kSecAttrAccount).toString();
+    return [service, key](const std::shared_ptr<Outcome> &outcome) {
+        QDBusMessage search = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
+            QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("SearchItems"));
+        search << QVariant::fromValue(QMap<QString, QString>{
+            {QStringLiteral("server"), service}, {QStringLiteral("user"), key}});
+        // Blocks this thread only; the caller's wait limit bounds it.
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(search, QDBus::Block, waitLimitMs);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) {
+            outcome->finish(errSecNotAvailable);
+            return;
+        }
+        qsizetype items = 0;
+        for (const QVariant &paths : reply.arguments())
+            items += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
+        outcome->finish(items > 0 ? errSecSuccess : errSecItemNotFound);
+    };
 }
 #endif
 
@@ -252,8 +256,9 @@ qint32 TVRQtKeychainStore::add(const QVariantMap &attributes, QVariant *result)
     // Secret stores replace an item of the same name instead of refusing it; callers that
     // must not overwrite look first, as the kit does.
     const QByteArray bytes = attributes.value(kSecValueData).toByteArray();
-    const qint32 status = runJob<QKeychain::WritePasswordJob>(
+    const auto write = jobFor<QKeychain::WritePasswordJob>(
         attributes, [bytes](QKeychain::WritePasswordJob &job) { job.setBinaryData(bytes); });
+    const qint32 status = runFor(attributes, write);
     if (status == errSecSuccess && result && attributes.value(kSecReturnAttributes).toBool())
         *result = attributesOf(attributes);
     return status;
@@ -262,7 +267,7 @@ qint32 TVRQtKeychainStore::add(const QVariantMap &attributes, QVariant *result)
 qint32 TVRQtKeychainStore::copyMatching(const QVariantMap &query, QVariant *result)
 {
     QByteArray data;
-    const qint32 status = runJob<QKeychain::ReadPasswordJob>(query, [](QKeychain::ReadPasswordJob &) {}, &data);
+    const qint32 status = runFor(query, jobFor<QKeychain::ReadPasswordJob>(query), &data);
     if (status != errSecSuccess || !result)
         return status;
 
@@ -284,19 +289,12 @@ qint32 TVRQtKeychainStore::deleteMatching(const QVariantMap &query)
     // backends, so a delete must first find out whether there is an item: with a search
     // where the backend has one, which neither reads the secret nor asks to unlock it,
     // else by reading the item.
-    qint32 found = errSecNotAvailable;
 #ifdef TOVRA_SECRET_SERVICE_SEARCH
-    if (query.value(kSecClass).toString() == kSecClassGenericPassword && QCoreApplication::instance()
-        && !onKdeDesktop()) {
-        found = unavailability.remembered()
-            ? errSecNotAvailable
-            : unavailability.note(secretServiceSearch(backendService(query), query.value(kSecAttrAccount).toString()));
-    } else
+    const qint32 found = onKdeDesktop() ? copyMatching(query, nullptr) : runFor(query, secretServiceSearch(query));
+#else
+    const qint32 found = copyMatching(query, nullptr);
 #endif
-    {
-        found = copyMatching(query, nullptr);
-    }
     if (found != errSecSuccess)
         return found;
-    return runJob<QKeychain::DeletePasswordJob>(query, [](QKeychain::DeletePasswordJob &) {});
+    return runFor(query, jobFor<QKeychain::DeletePasswordJob>(query));
 }

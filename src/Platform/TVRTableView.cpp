@@ -5,13 +5,13 @@
 #include "TVRTableViewDataSource.h"
 #include "TVRTableViewDelegate.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QInputDevice>
 #include <QKeyEvent>
 #include <QMap>
 #include <QPointer>
 #include <QResizeEvent>
-#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QScroller>
 #include <QTimer>
@@ -65,6 +65,8 @@ public:
     void restore(const Anchor &anchor);
     // Measures the row at \a index exactly, if it was only estimated; true if it was.
     bool measure(qsizetype index);
+    // Moves firstEstimated past the rows that are measured.
+    void skipMeasured();
     // Measures the estimated rows in and around the view, keeping what is shown in place.
     void measureAroundView();
     // Measures estimated rows for a slice of time, then lets the event loop go on.
@@ -142,9 +144,14 @@ bool TVRTableViewPrivate::measure(qsizetype index)
         return false;
     row.height = qMax<qreal>(0, delegate->tableViewHeightForRowAtIndexPath(q, row.indexPath));
     row.exact = true;
+    skipMeasured();
+    return true;
+}
+
+void TVRTableViewPrivate::skipMeasured()
+{
     while (firstEstimated < rows.size() && rows[firstEstimated].exact)
         ++firstEstimated;
-    return true;
 }
 
 void TVRTableViewPrivate::measureAroundView()
@@ -224,8 +231,7 @@ void TVRTableViewPrivate::reload()
         }
     }
     firstEstimated = 0;
-    while (firstEstimated < rows.size() && rows[firstEstimated].exact)
-        ++firstEstimated;
+    skipMeasured();
     rowsChanged(kept);
 }
 

@@ -8,11 +8,11 @@
 #include "TVRSectionTitleTableViewCell.h"
 #include "TVRTableView.h"
 
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLocale>
 #include <QScreen>
-#include <QFontMetricsF>
 #include <QVBoxLayout>
 
 #include <cmath>

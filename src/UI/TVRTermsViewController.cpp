@@ -26,9 +26,7 @@ QToolBar *TVRTermsViewController::toolbar()
     if (!m_toolbar) {
         auto *toolbar = new QToolBar;
         toolbar->setFixedHeight(52);
-        QPalette bar = TVRPalette::light();
-        bar.setColor(QPalette::Window, TVRPalette::barColor());
-        toolbar->setPalette(bar);
+        toolbar->setPalette(TVRPalette::bar());
         toolbar->setAutoFillBackground(true);
         toolbar->setMovable(false);
         toolbar->setFloatable(false);
