@@ -3,11 +3,14 @@
 #include "TVRDocumentManagerDelegate.h"
 #include "TVRWeakDelegate_p.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
 #include <QSettings>
+#include <QTimer>
 
 const QString kTVRTermsOfServiceURLPath = QStringLiteral("/api/terms-of-service");
 const QString kTVRPrivacyPolicyURLPath = QStringLiteral("/api/privacy-policy");
@@ -24,11 +27,46 @@ struct DocumentSlot
     std::shared_ptr<TVRDocument> held;
 };
 
+// Keeps the copies in the application's settings. Every QSettings of the process reads a new
+// copy at once; the file itself is written on the event loop's next turn, or when the
+// application ends. QSettings takes about 10 ms to write a 300 KB document, and that turn
+// comes after the screens have been told and have reloaded, not before.
+class CacheWriter : public QSettings
+{
+public:
+    static void write(const QString &key, const QString &json)
+    {
+        if (!pending) {
+            static const bool flushAtExit = [] {
+                qAddPostRoutine(flush);
+                return true;
+            }();
+            Q_UNUSED(flushAtExit)
+            pending = new CacheWriter;
+            QTimer::singleShot(0, pending, &CacheWriter::flush);
+        }
+        pending->setValue(key, json);
+    }
+
+    // A QSettings writes its file when it is destroyed.
+    static void flush() { delete pending; }
+
+protected:
+    // QSettings would write at the first posted event, ahead of the reload the delegate queued.
+    bool event(QEvent *event) override
+    {
+        return event->type() == QEvent::UpdateRequest || QSettings::event(event);
+    }
+
+private:
+    static inline QPointer<CacheWriter> pending;
+};
+
 void writeCache(const QString &key, const QJsonValue &reply)
 {
     const QJsonDocument document = reply.isArray() ? QJsonDocument(reply.toArray())
                                                    : QJsonDocument(reply.toObject());
-    QSettings().setValue(key, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+    CacheWriter::write(key, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
 }
 
 // The cached reply; undefined when there is none, or when it is no longer JSON text.

@@ -17,6 +17,12 @@ class PaddedTextEdit : public QTextEdit
 {
 public:
     PaddedTextEdit() { setViewportMargins(4, 0, 4, 0); }
+
+protected:
+    // QTextEdit scrolls its cursor into view when first shown, which lays out and shapes
+    // the first line once more. The view is as tall as its text and never scrolls, so the
+    // cursor is always in view.
+    void showEvent(QShowEvent *) override {}
 };
 
 } // namespace
