@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Sets up a Debian 12 machine for the kit, builds it and runs the demo host application.
 # With a display it opens the demo's window; without one, or with --screenshots DIR, it
 # renders each screen to a PNG and prints the paths.

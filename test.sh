@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Sets up a Debian 12 machine for the kit and runs the whole test suite: installs what is
 # missing from Debian's packages, then
 #   1. builds in build/ and runs every test;

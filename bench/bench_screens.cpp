@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // How fast a legal document appears and scrolls, side by side with a QTextBrowser showing
 // the same document as HTML. Offscreen at 390 x 844. Prints a table and writes JSON.
 //

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Builds the kit in release mode and runs the screen benchmark, isolated like the tests.
 #   bench/run.sh [--json FILE]
 set -euo pipefail

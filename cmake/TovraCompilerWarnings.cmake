@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Warnings used for every target of the kit, its tests, examples and benchmarks.
 function(tovra_set_warnings target)
     if(MSVC)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Shared by test.sh and demo.sh: install what is missing from Debian's packages, then
 # configure and build the kit, its tests and its demo in one build directory.
 

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Runs one test command where it can touch nothing of the user's: a throw-away HOME and XDG
 # directories, a private D-Bus session with its own gnome-keyring (unlocked), and Qt's
 # offscreen platform.

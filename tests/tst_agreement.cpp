@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // The agreement check: the two empty services, the agreement screen, activateApp and the
 // screen factories. Rendered offscreen at 390x844; screenshots go to TOVRA_SCREENSHOT_DIR.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // The demo's headless run, as a new user's first command runs it: it exits 0 and leaves
 // one phone-sized PNG per screen. And a folder of broken documents gets a clear message.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // The document screens, rendered offscreen at the size that TOVRA_TEST_SCREEN names
 // (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
 

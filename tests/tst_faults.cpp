@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Faults injected for real: a connection cut in the middle of the body, a server that
 // never answers, a failed TLS handshake, a 10 MB body, a thousand fetches, a keychain with
 // no Secret Service or a hung one, and a process killed while it writes the cached copy.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // What a reader sees on the document screens, read off the painted pixels and off the text
 // as Qt lays it out for painting: the appearance settings, rows exactly as tall as their
 // text at any width and in any script, long words, a dark system palette, the keyboard,

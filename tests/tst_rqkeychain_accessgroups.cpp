@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Access groups and the team prefix. A test keychain cannot be given a team prefix, nor be
 // made to fail an add, so these run over the in-memory store.
 

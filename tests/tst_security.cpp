@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // What must never leak: the user identifier into the settings or a log, the key or the
 // secret into a log, the credentials over plain HTTP. (Redirects to another origin are
 // refused in tst_tvrnetworkmanager.)

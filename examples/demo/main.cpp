@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Tovra demo: a host application that shows its legal documents with the kit.
 //
 //   tovra-demo                       open the window (renders screenshots without a display)

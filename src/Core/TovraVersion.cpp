@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #include "TovraVersion.h"
 
 #define TOVRA_STRINGIFY_(x) #x

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #ifndef TVRDOCUMENTMANAGER_H
 #define TVRDOCUMENTMANAGER_H
 

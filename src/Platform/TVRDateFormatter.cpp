@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #include "TVRDateFormatter_p.h"
 
 #include <QRegularExpression>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #include "TVRError.h"
 
 TVRError::TVRError(const QString &domain, int code, const QString &message)

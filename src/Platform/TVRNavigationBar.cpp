@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #include "TVRNavigationBar_p.h"
 
 #include "TVRPalette_p.h"

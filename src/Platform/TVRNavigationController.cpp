@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #include "TVRNavigationController.h"
 
 #include "TVRNavigationBar_p.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #ifndef TVRQTKEYCHAINSTORE_P_H
 #define TVRQTKEYCHAINSTORE_P_H
 

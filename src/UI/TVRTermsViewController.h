@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #ifndef TVRTERMSVIEWCONTROLLER_H
 #define TVRTERMSVIEWCONTROLLER_H
 

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Builds and runs the consumer project against the kit installed from TOVRA_BUILD_DIR,
 # then against the kit's sources through add_subdirectory.
 #   cmake -DTOVRA_SOURCE_DIR=... -DTOVRA_BUILD_DIR=... -DWORK_DIR=... [-DGENERATOR=...] -P check_consumer.cmake

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Any text under "updatedAt", through the strict timestamp parser.
 
 #include <TVRDocument.h>

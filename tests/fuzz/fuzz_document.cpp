@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Reply bytes, as the service could send them, through the document model: every
 // accessor is read, each section's title and body included.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // Arbitrary bytes as the stored value of a keychain item, through the value decoder. The
 // store here answers with those bytes; it stands in for a keychain holding anything.
 

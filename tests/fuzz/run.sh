@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Runs each fuzz target for a bounded time on a copy of its seed corpus. Any crash, leak
 # or sanitizer report fails the run; the input that caused it is kept in the build folder.
 #   tests/fuzz/run.sh BUILD_DIR SECONDS

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
 // A second launch of a host application, for the tests that need a fresh process.
 //   tovra_test_helper save KEY VALUE | load KEY | delete KEY
 //   tovra_test_helper set-identifier VALUE | identifier

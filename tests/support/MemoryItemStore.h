@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #ifndef MEMORYITEMSTORE_H
 #define MEMORYITEMSTORE_H
 

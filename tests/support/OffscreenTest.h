@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
 #ifndef OFFSCREENTEST_H
 #define OFFSCREENTEST_H
 

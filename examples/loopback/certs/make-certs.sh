@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tovra authors
+# SPDX-License-Identifier: MIT
 # Makes the loopback certificate authority and the service host's certificate that the
 # loopback HTTPS services of the tests and the demo present. Run it again only to replace
 # them; the outputs are committed.
