@@ -4,7 +4,7 @@
 # configure and build the kit, its tests and its demo in one build directory.
 
 tovra_packages=(
-    cmake g++ ninja-build
+    cmake g++ ninja-build pkgconf
     qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
     libsecret-1-0 libsecret-tools libssl3 ca-certificates
     gnome-keyring dbus dbus-bin dbus-daemon

@@ -451,11 +451,6 @@ QList<TVRTableViewCell *> TVRTableView::visibleCells() const
     return d->visible.values();
 }
 
-QList<TVRIndexPath> TVRTableView::indexPathsForVisibleRows() const
-{
-    return d->visible.keys();
-}
-
 TVRTableViewCell *TVRTableView::cellForRowAtIndexPath(TVRIndexPath indexPath) const
 {
     return d->visible.value(indexPath);

@@ -69,7 +69,6 @@ public:
     int contentHeight() const;
 
     QList<TVRTableViewCell *> visibleCells() const;
-    QList<TVRIndexPath> indexPathsForVisibleRows() const;
     //! The cell shown for the row, or null when the row is not in view.
     TVRTableViewCell *cellForRowAtIndexPath(TVRIndexPath indexPath) const;
 

@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The Tovra authors
 # SPDX-License-Identifier: MIT
 # Builds and runs the consumer project against the kit installed from TOVRA_BUILD_DIR,
-# then against the kit's sources through add_subdirectory.
+# against the kit's sources through add_subdirectory, against a static build of the kit,
+# and with pkg-config instead of CMake.
 #   cmake -DTOVRA_SOURCE_DIR=... -DTOVRA_BUILD_DIR=... -DWORK_DIR=... [-DGENERATOR=...] -P check_consumer.cmake
 
 function(run)
@@ -35,3 +36,32 @@ run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/subdirectory -G ${GENE
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/subdirectory --parallel 2)
 run(${WORK_DIR}/subdirectory/consumer)
 message(STATUS "kit as a subdirectory: ${last_output}")
+
+# 3. A static kit, installed and found with find_package(Tovra).
+run(${CMAKE_COMMAND} -S ${TOVRA_SOURCE_DIR} -B ${WORK_DIR}/static-kit -G ${GENERATOR}
+    -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=Release -DTOVRA_BUILD_TESTS=OFF
+    -DTOVRA_BUILD_EXAMPLES=OFF -DTOVRA_BUILD_BENCHMARKS=OFF)
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/static-kit --parallel 2)
+run(${CMAKE_COMMAND} --install ${WORK_DIR}/static-kit --prefix ${WORK_DIR}/static-prefix)
+file(GLOB_RECURSE shared_libraries ${WORK_DIR}/static-prefix/*.so*)
+if(shared_libraries OR NOT EXISTS ${WORK_DIR}/static-prefix/lib/libTovra.a)
+    message(FATAL_ERROR "the static kit installed no libTovra.a, or a shared library: ${shared_libraries}")
+endif()
+run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/static -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${WORK_DIR}/static-prefix)
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/static)
+run(${WORK_DIR}/static/consumer)
+message(STATUS "static kit: ${last_output}")
+
+# 4. No CMake on the host's side: the compiler with what pkg-config says, against the
+#    shared kit installed in step 1.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+find_program(CXX NAMES c++ g++ clang++ REQUIRED)
+set(ENV{PKG_CONFIG_PATH} ${WORK_DIR}/prefix/lib/pkgconfig)
+run(${PKG_CONFIG} --cflags --libs tovra)
+string(STRIP "${last_output}" flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(${CXX} -std=c++17 -fPIC ${consumer_source}/main.cpp -o ${WORK_DIR}/pkg-config-consumer ${flags}
+    -Wl,-rpath,${WORK_DIR}/prefix/lib)
+run(${WORK_DIR}/pkg-config-consumer)
+message(STATUS "pkg-config: ${last_output}")
