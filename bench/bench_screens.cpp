@@ -9,6 +9,7 @@
 //   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
 
 #include "OffscreenScreen.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -281,18 +282,6 @@ double fetchToRefresh(const QByteArray &json, int runs)
     return result;
 }
 
-long peakMemoryKiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
-
 // 6. Runs in a process of its own: shows one viewer with the document and reports the
 // peak resident memory above what the process had before.
 int memoryProbe(const QString &kind, const QString &sizeName)
@@ -305,7 +294,7 @@ int memoryProbe(const QString &kind, const QString &sizeName)
     blank.setGeometry(phone());
     blank.show();
     blank.repaint();
-    const long before = peakMemoryKiB();
+    const long before = processStatusKiB("VmHWM");
     std::unique_ptr<QWidget> viewer;
     if (kind == QLatin1String("tovra")) {
         // The copy is on disk from an earlier run (the parent process wrote it).
@@ -319,7 +308,7 @@ int memoryProbe(const QString &kind, const QString &sizeName)
     viewer->show();
     settle();
     viewer->repaint();
-    QTextStream(stdout) << before << ' ' << peakMemoryKiB() << Qt::endl;
+    QTextStream(stdout) << before << ' ' << processStatusKiB("VmHWM") << Qt::endl;
     return 0;
 }
 

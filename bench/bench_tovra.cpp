@@ -3,6 +3,7 @@
 
 #include "HelperProcess.h"
 #include "PrivateBus.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -44,12 +45,7 @@ private:
 
 void bench_Tovra::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
-             "run this through tests/run-isolated.sh");
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"bench_tovra"_s);
-    QVERIFY(m_server.start());
-    m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
+    QVERIFY(startLoopbackService(u"bench_tovra"_s, m_server, m_session));
     m_manager.setSession(&m_session);
     TVRManager::setAPIKey(u"key"_s, u"secret"_s);
 }

@@ -5,6 +5,7 @@
 
 #include "OffscreenTest.h"
 #include "Screenshot.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -115,14 +116,10 @@ private:
 
 void tst_Agreement::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tst_agreement"_s);
+    QVERIFY(startLoopbackService(u"tst_agreement"_s, m_server, m_session));
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     TVRManager::setAppName(u"Acme"_s);
-    QVERIFY(m_server.start());
     m_server.reply(TestReply::json(200, "{}"));
-    m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
     for (TVRNetworkManager *manager : {static_cast<TVRNetworkManager *>(TVRUserManager::sharedInstance()),
                                        static_cast<TVRNetworkManager *>(TVRAgreementManager::sharedInstance()),
                                        static_cast<TVRNetworkManager *>(TVRDocumentManager::sharedInstance())})

@@ -5,6 +5,7 @@
 
 #include "OffscreenTest.h"
 #include "Screenshot.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -142,15 +143,10 @@ private:
 
 void tst_DocumentScreens::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
-             "run this test through tests/run-isolated.sh");
     QCOMPARE(QGuiApplication::primaryScreen()->geometry().size(), screenSize());
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tst_documentscreens"_s);
+    QVERIFY(startLoopbackService(u"tst_documentscreens"_s, m_server, m_session));
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     TVRManager::setAppName(u"Acme"_s);
-    QVERIFY(m_server.start());
-    m_session.route(TVRNetworkManager::baseURLComponents().host(), m_server.port());
     manager()->setSession(&m_session);
 }
 

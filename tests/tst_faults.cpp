@@ -6,6 +6,7 @@
 
 #include "HelperProcess.h"
 #include "PrivateBus.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -53,18 +54,6 @@ QByteArray documentJson(const QString &id, int sections, int bodyCharacters = 20
         .toJson(QJsonDocument::Compact);
 }
 
-long residentKiB()
-{
-    QFile status(u"/proc/self/status"_s);
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
-
 } // namespace
 
 class tst_Faults : public QObject
@@ -94,13 +83,9 @@ private:
 
 void tst_Faults::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
     // The helper launches share this settings file: they are launches of one host.
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tovra-host"_s);
-    QVERIFY(m_server.start());
+    QVERIFY(startLoopbackService(u"tovra-host"_s, m_server, m_session));
     m_host = TVRNetworkManager::baseURLComponents().host();
-    m_session.route(m_host, m_server.port());
     TVRManager::setAPIKey(u"a"_s, u"b"_s);
 }
 
@@ -211,13 +196,13 @@ void tst_Faults::thousandFetches()
         m_manager->fetchTermsOfService();
         QTRY_COMPARE(recorder.calls(), i + 1);
         if (i == 199)
-            warm = residentKiB();
+            warm = processStatusKiB("VmRSS");
     }
     QTRY_COMPARE(m_session.liveReplies(), 0);
     QCOMPARE(recorder.finished, 1000);
     QCOMPARE(recorder.failed, 0);
     // After the first 200, 800 more fetches may not make the process grow by 2 MB.
-    const long growth = residentKiB() - warm;
+    const long growth = processStatusKiB("VmRSS") - warm;
     QVERIFY2(growth < 2048, qPrintable(u"grew by %1 KiB over 800 fetches"_s.arg(growth)));
 }
 

@@ -9,6 +9,7 @@
 #include "LoopbackSession.h"
 #include "OffscreenTest.h"
 #include "Screenshot.h"
+#include "TestFixture.h"
 
 #include <Tovra.h>
 
@@ -215,9 +216,7 @@ private:
 
 void tst_Rendering::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tst_rendering"_s);
+    QVERIFY(isolateTestHost(u"tst_rendering"_s));
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     TVRManager::setAppName(u"Acme"_s);
     // The screens' own fetches fail at once: they show the document set by each test.

@@ -5,6 +5,7 @@
 // refused in tst_tvrnetworkmanager.)
 
 #include "KeychainProbe.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -55,9 +56,7 @@ private Q_SLOTS:
 
 void tst_Security::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tst_security"_s);
+    QVERIFY(isolateTestHost(u"tst_security"_s));
     testHandler = qInstallMessageHandler(recordEverything);
     // Everything the kit can say, said.
     QLoggingCategory::setFilterRules(u"tovra.*=true"_s);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "HelperProcess.h"
+#include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
 
@@ -107,13 +108,8 @@ private:
 
 void tst_TVRDocumentManager::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
-             "run this test through tests/run-isolated.sh");
-    QCoreApplication::setOrganizationName(u"Tovra Tests"_s);
-    QCoreApplication::setApplicationName(u"tst_tvrdocumentmanager"_s);
-    QVERIFY(m_server.start());
+    QVERIFY(startLoopbackService(u"tst_tvrdocumentmanager"_s, m_server, m_session));
     m_host = TVRNetworkManager::baseURLComponents().host();
-    m_session.route(m_host, m_server.port());
     TVRManager::setAPIKey(u"a"_s, u"b"_s);
 }
 

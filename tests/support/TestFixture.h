@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#ifndef TESTFIXTURE_H
+#define TESTFIXTURE_H
+
+#include <QString>
+
+class TestHttpsServer;
+class TestSession;
+
+// What every suite does first: checks that it runs through tests/run-isolated.sh (never
+// against the user's own settings or keychain) and names the host application whose
+// settings it writes. False, with the reason logged, when it does not run isolated.
+[[nodiscard]] bool isolateTestHost(const QString &applicationName);
+
+// The same, then starts \a server and routes the kit's service host to it through
+// \a session. False, with the reason logged, when any of that fails.
+[[nodiscard]] bool startLoopbackService(const QString &applicationName, TestHttpsServer &server,
+                                        TestSession &session);
+
+// A field of /proc/self/status in KiB ("VmRSS", "VmHWM"); -1 where there is none.
+long processStatusKiB(const char *field);
+
+#endif
