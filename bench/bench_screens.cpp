@@ -40,11 +40,11 @@ struct Size
     const char *name;
     int sections;
     int sentences; // per body
-    bool mixed;    // sections in Latin, Arabic, Hebrew and CJK in turn
+    bool mixed; // sections in Latin, Arabic, Hebrew and CJK in turn
 };
 
-const Size sizes[] = {{"small", 10, 4, false}, {"typical", 40, 8, false}, {"large", 400, 10, false},
-                      {"mixed", 40, 8, true}};
+const Size sizes[] = {
+    {"small", 10, 4, false}, {"typical", 40, 8, false}, {"large", 400, 10, false}, {"mixed", 40, 8, true}};
 
 const char *const sentences[] = {
     "You keep every right you have in the content you put into #####.",
@@ -69,7 +69,8 @@ QByteArray makeDocument(const Size &size)
         // Every body a text of its own, as in a real document: none is measured for another.
         QString body = QStringLiteral("%1. ").arg(i + 1);
         for (int s = 0; s < size.sentences; ++s) {
-            body += script == 0 ? QString::fromLatin1(sentences[(i + s) % 5]) : QString::fromUtf8(otherScripts[script - 1][0]);
+            body += script == 0 ? QString::fromLatin1(sentences[(i + s) % 5])
+                                : QString::fromUtf8(otherScripts[script - 1][0]);
             body += QLatin1Char(' ');
         }
         QJsonObject section{{QStringLiteral("body"), body.trimmed()}};
@@ -97,9 +98,13 @@ QString toHtml(const QByteArray &json)
     for (const QJsonValue &value : document.value(QStringLiteral("sections")).toArray()) {
         const QJsonObject section = value.toObject();
         if (section.contains(QStringLiteral("title")))
-            html += QStringLiteral("<h2>%1</h2>").arg(section.value(QStringLiteral("title")).toString().toHtmlEscaped());
-        html += QStringLiteral("<p>%1</p>").arg(
-            section.value(QStringLiteral("body")).toString().replace(QStringLiteral("#####"), name).toHtmlEscaped());
+            html +=
+                QStringLiteral("<h2>%1</h2>").arg(section.value(QStringLiteral("title")).toString().toHtmlEscaped());
+        html += QStringLiteral("<p>%1</p>")
+                    .arg(section.value(QStringLiteral("body"))
+                             .toString()
+                             .replace(QStringLiteral("#####"), name)
+                             .toHtmlEscaped());
     }
     return html + QStringLiteral("</body></html>");
 }
@@ -236,7 +241,8 @@ ScrollResult scrollTovra(const QByteArray &json, int *visibleMost)
     TVRTableView *table = nullptr;
     const auto navigation = showTermsScreen(&table);
     *visibleMost = 0;
-    ScrollResult result = scroll(table, [&] { *visibleMost = std::max(*visibleMost, int(table->visibleCells().size())); });
+    ScrollResult result =
+        scroll(table, [&] { *visibleMost = std::max(*visibleMost, int(table->visibleCells().size())); });
     result.cellsAlive = int(table->viewport()->findChildren<TVRTableViewCell *>().size());
     return result;
 }
@@ -268,8 +274,8 @@ double fetchToRefresh(const QByteArray &json, int runs)
 
     const double result = timeIt(runs, [&] {
         bool reloaded = false;
-        QMetaObject::Connection watch = QObject::connect(table->verticalScrollBar(), &QScrollBar::rangeChanged,
-                                                         [&] { reloaded = true; });
+        QMetaObject::Connection watch =
+            QObject::connect(table->verticalScrollBar(), &QScrollBar::rangeChanged, [&] { reloaded = true; });
         // A reload resets the scroll range; a changed range is the reload's signature.
         table->verticalScrollBar()->setRange(0, 0);
         reloaded = false;
@@ -368,18 +374,26 @@ int main(int argc, char *argv[])
     if (args.size() == 4 && args[1] == QLatin1String("--memory"))
         return memoryProbe(args[2], args[3]);
     const int jsonAt = int(args.indexOf(QStringLiteral("--json")));
-    const QString jsonPath = jsonAt > 0 && jsonAt + 1 < args.size() ? args[jsonAt + 1] : QStringLiteral("bench_screens.json");
+    const QString jsonPath =
+        jsonAt > 0 && jsonAt + 1 < args.size() ? args[jsonAt + 1] : QStringLiteral("bench_screens.json");
 
     QTextStream out(stdout);
     QJsonObject report;
-    out << QStringLiteral("%1 %2 %3 %4 %5\n").arg(QStringLiteral("measure"), -34).arg(QStringLiteral("size"), -8)
-               .arg(QStringLiteral("Tovra"), 12).arg(QStringLiteral("QTextBrowser"), 13).arg(QStringLiteral("ratio"), 7);
+    out << QStringLiteral("%1 %2 %3 %4 %5\n")
+               .arg(QStringLiteral("measure"), -34)
+               .arg(QStringLiteral("size"), -8)
+               .arg(QStringLiteral("Tovra"), 12)
+               .arg(QStringLiteral("QTextBrowser"), 13)
+               .arg(QStringLiteral("ratio"), 7);
     auto row = [&](const QString &measure, const char *size, double tovra, double browser, const QString &unit) {
-        QString line = QStringLiteral("%1 %2 %3").arg(measure, -34).arg(QLatin1String(size), -8)
+        QString line = QStringLiteral("%1 %2 %3")
+                           .arg(measure, -34)
+                           .arg(QLatin1String(size), -8)
                            .arg(QString::number(tovra, 'f', 3) + QLatin1Char(' ') + unit, 12);
         QJsonObject entry{{QStringLiteral("tovra"), tovra}, {QStringLiteral("unit"), unit}};
         if (browser >= 0) {
-            line += QStringLiteral(" %1 %2").arg(QString::number(browser, 'f', 3) + QLatin1Char(' ') + unit, 13)
+            line += QStringLiteral(" %1 %2")
+                        .arg(QString::number(browser, 'f', 3) + QLatin1Char(' ') + unit, 13)
                         .arg(QString::number(tovra / browser, 'f', 2), 7);
             entry.insert(QStringLiteral("qtextbrowser"), browser);
             entry.insert(QStringLiteral("ratio"), tovra / browser);
@@ -472,10 +486,13 @@ int main(int argc, char *argv[])
     int visibleMost = 0;
     const ScrollResult tovraScroll = scrollTovra(largeJson, &visibleMost);
     const ScrollResult browserScroll = scrollBrowser(largeJson);
-    row(QStringLiteral("4 scroll frame, median"), large.name, tovraScroll.median, browserScroll.median, QStringLiteral("ms"));
+    row(QStringLiteral("4 scroll frame, median"), large.name, tovraScroll.median, browserScroll.median,
+        QStringLiteral("ms"));
     row(QStringLiteral("4 scroll frame, p99"), large.name, tovraScroll.p99, browserScroll.p99, QStringLiteral("ms"));
     out << QStringLiteral("  %1 frames; %2 cell objects alive at the end, at most %3 rows visible at once")
-               .arg(tovraScroll.frames).arg(tovraScroll.cellsAlive).arg(visibleMost)
+               .arg(tovraScroll.frames)
+               .arg(tovraScroll.cellsAlive)
+               .arg(visibleMost)
         << Qt::endl;
     report.insert(QStringLiteral("4 cells alive"), tovraScroll.cellsAlive);
     report.insert(QStringLiteral("4 most visible rows"), visibleMost);

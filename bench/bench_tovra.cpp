@@ -119,7 +119,10 @@ void bench_Tovra::requestRoundTrip()
         QEventLoop loop;
         m_manager.requestForPath(
             u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
-            [&](const TVRHTTPResponse &, const QJsonValue &json) { answers += json.isObject(); loop.quit(); },
+            [&](const TVRHTTPResponse &, const QJsonValue &json) {
+                answers += json.isObject();
+                loop.quit();
+            },
             [&](const TVRHTTPResponse &, const TVRError &) { loop.quit(); });
         loop.exec();
     }
@@ -140,8 +143,8 @@ void bench_Tovra::documentFromCache()
     QJsonArray list;
     for (int i = 0; i < sections; ++i)
         list.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, QString(1000, u'w') + u"#####"_s}});
-    const QJsonObject document{{u"title"_s, u"Terms"_s}, {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
-                               {u"sections"_s, list}};
+    const QJsonObject document{
+        {u"title"_s, u"Terms"_s}, {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}, {u"sections"_s, list}};
     QSettings().setValue(kTVRTermsOfServiceDataPath,
                          QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
     qsizetype characters = 0;

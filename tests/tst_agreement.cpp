@@ -17,13 +17,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
-#include <TVRHeaderView.h>
 #include <QMainWindow>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QtTest>
+#include <TVRHeaderView.h>
 
 using namespace Qt::StringLiterals;
 
@@ -46,12 +46,14 @@ std::shared_ptr<TVRDocument> document(const QString &id, int sections)
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
         list.append(QJsonObject{{u"title"_s, u"%1. Your agreement"_s.arg(i + 1)},
-                                {u"body"_s, u"By tapping Agree you accept that ##### may process your data as section %1 "
-                                            "describes. You may withdraw at any time."_s.arg(i + 1)}});
+                                {u"body"_s,
+                                 u"By tapping Agree you accept that ##### may process your data as section %1 "
+                                 "describes. You may withdraw at any time."_s.arg(i + 1)}});
     }
-    return std::make_shared<TVRDocument>(QJsonObject{
-        {u"_id"_s, id}, {u"title"_s, u"Terms of Service"_s},
-        {u"updatedAt"_s, u"2018-05-25T08:00:00.000+0000"_s}, {u"sections"_s, list}});
+    return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, id},
+                                                     {u"title"_s, u"Terms of Service"_s},
+                                                     {u"updatedAt"_s, u"2018-05-25T08:00:00.000+0000"_s},
+                                                     {u"sections"_s, list}});
 }
 
 // The kit's log lines, in order, as they are written; QtTest still sees every line.
@@ -150,12 +152,12 @@ void tst_Agreement::flushRequests()
     TVRNetworkManager probe;
     probe.setSession(&m_session);
     bool done = false;
-    probe.requestForPath(u"/flush"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
-                         [&](const TVRHTTPResponse &, const QJsonValue &) { done = true; },
-                         [&](const TVRHTTPResponse &, const TVRError &) { done = true; });
+    probe.requestForPath(
+        u"/flush"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+        [&](const TVRHTTPResponse &, const QJsonValue &) { done = true; },
+        [&](const TVRHTTPResponse &, const TVRError &) { done = true; });
     QTRY_VERIFY(done);
 }
-
 
 void tst_Agreement::sharedInstances()
 {
@@ -417,7 +419,7 @@ void tst_Agreement::secondAnswerPresentsNothingMore()
 
     QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*first"_s));
     TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
-                                                                     document(u"first"_s, 2));
+                                                                      document(u"first"_s, 2));
     QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*second"_s));
     const auto second = document(u"second"_s, 3);
     TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, second);
@@ -441,7 +443,7 @@ void tst_Agreement::presentsOverTheMainWindowNotADialog()
 
     QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*over-dialog"_s));
     TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
-                                                                     document(u"over-dialog"_s, 2));
+                                                                      document(u"over-dialog"_s, 2));
     QVERIFY(!dialog->findChild<TVRNavigationController *>());
     QPointer<TVRNavigationController> navigation = host->findChild<TVRNavigationController *>();
     QVERIFY(navigation);

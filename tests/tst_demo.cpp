@@ -78,13 +78,16 @@ void tst_Demo::screenshots()
                 const QRgb a = fresh.pixel(x, y);
                 const QRgb b = shown.pixel(x, y);
                 differing += std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                                       std::abs(qBlue(a) - qBlue(b))}) > 48;
+                                       std::abs(qBlue(a) - qBlue(b))})
+                    > 48;
             }
         }
         // A few pixels of anti-aliasing may differ; a changed screen differs in thousands.
-        QVERIFY2(differing < fresh.width() * fresh.height() / 500,
-                 qPrintable(u"%1 differs from a fresh render in %2 pixels: run ./demo.sh --screenshots docs/screenshots"_s
-                                .arg(committed).arg(differing)));
+        QVERIFY2(
+            differing < fresh.width() * fresh.height() / 500,
+            qPrintable(u"%1 differs from a fresh render in %2 pixels: run ./demo.sh --screenshots docs/screenshots"_s
+                           .arg(committed)
+                           .arg(differing)));
     }
 }
 
@@ -94,13 +97,15 @@ void tst_Demo::userDocuments_data()
     QTest::addColumn<QString>("message");
 
     QTest::newRow("not JSON") << QByteArray("{\"title\": ") << u"terms-of-service.json: not valid JSON at byte"_s;
-    QTest::newRow("not an object") << QByteArray("[]") << u"terms-of-service.json: the document must be a JSON object"_s;
+    QTest::newRow("not an object") << QByteArray("[]")
+                                   << u"terms-of-service.json: the document must be a JSON object"_s;
     QTest::newRow("sections missing") << QByteArray("{\"title\":\"T\"}") << u"\"sections\" must be an array"_s;
-    QTest::newRow("section of the wrong kind") << QByteArray("{\"sections\":[{\"body\":\"b\"}, 7]}")
-                                               << u"section 2 must be a JSON object"_s;
+    QTest::newRow("section of the wrong kind")
+        << QByteArray("{\"sections\":[{\"body\":\"b\"}, 7]}") << u"section 2 must be a JSON object"_s;
     QTest::newRow("bad date") << QByteArray("{\"updatedAt\":\"2016-03-01\",\"sections\":[]}")
                               << u"\"updatedAt\" must read like 2016-03-01T12:30:00.000+0000"_s;
-    QTest::newRow("good") << QByteArray("{\"title\":\"Mine\",\"sections\":[{\"title\":\"A\",\"body\":\"B\"}]}") << QString();
+    QTest::newRow("good") << QByteArray("{\"title\":\"Mine\",\"sections\":[{\"title\":\"A\",\"body\":\"B\"}]}")
+                          << QString();
 }
 
 void tst_Demo::userDocuments()

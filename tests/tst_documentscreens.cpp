@@ -21,8 +21,8 @@
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QToolButton>
-#include <QVBoxLayout>
 #include <QtTest>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -36,13 +36,15 @@ QSize screenSize()
     return QSize(390, 844);
 }
 
-QJsonObject documentJson(const QString &title, int sections, const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
+QJsonObject documentJson(const QString &title, int sections,
+                         const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
 {
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
-        QJsonObject section{{u"body"_s, u"Section %1 of these terms explains how ##### handles your data, "
-                                        "what you may expect from the service and what it expects from you. "_s.arg(i + 1)
-                                            .repeated(1 + i % 4)}};
+        QJsonObject section{{u"body"_s,
+                             u"Section %1 of these terms explains how ##### handles your data, "
+                             "what you may expect from the service and what it expects from you. "_s.arg(i + 1)
+                                 .repeated(1 + i % 4)}};
         if (i % 3 != 2)
             section.insert(u"title"_s, u"%1. A heading that is long enough to wrap onto a second line"_s.arg(i + 1));
         list.append(section);
@@ -154,9 +156,10 @@ void tst_DocumentScreens::init()
 {
     m_server.setHandler([](const TestRequest &request) {
         const bool terms = request.path == u"/api/terms-of-service"_s;
-        return TestReply::json(200, QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, 6,
-                                                               u"2017-07-04T09:00:00.000+0000"_s))
-                                        .toJson(QJsonDocument::Compact));
+        return TestReply::json(
+            200,
+            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, 6, u"2017-07-04T09:00:00.000+0000"_s))
+                .toJson(QJsonDocument::Compact));
     });
 }
 
@@ -167,7 +170,6 @@ void tst_DocumentScreens::cleanup()
     m_windows.clear();
     QTRY_COMPARE(m_session.liveReplies(), 0);
 }
-
 
 TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRViewController *screen)
 {
@@ -212,8 +214,9 @@ void tst_DocumentScreens::cellIdentifiers()
     QCOMPARE(TVRSectionTitleTableViewCell().reuseIdentifier(), u"TVRSectionTitleTableViewCell"_s);
 
     QCOMPARE(TVRSectionTableViewCell::cellHeightForSection(nullptr), 64.0);
-    QCOMPARE(TVRSectionTableViewCell::cellHeightForSection(std::make_shared<TVRSection>(
-                 QJsonObject{{u"body"_s, QString(5000, u'x')}})), 64.0);
+    QCOMPARE(TVRSectionTableViewCell::cellHeightForSection(
+                 std::make_shared<TVRSection>(QJsonObject{{u"body"_s, QString(5000, u'x')}})),
+             64.0);
 }
 
 void tst_DocumentScreens::classHeightsTakeThePrimaryScreen()
@@ -294,7 +297,10 @@ void tst_DocumentScreens::estimatesSettleWithoutAJump()
     struct Estimated : TableModel
     {
         qreal tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath) override { return 60; }
-        qreal tableViewHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath path) override { return 40 + 20 * (path.row % 5); }
+        qreal tableViewHeightForRowAtIndexPath(TVRTableView *, TVRIndexPath path) override
+        {
+            return 40 + 20 * (path.row % 5);
+        }
     } model;
     model.rows = 400;
     TVRTableView table;
@@ -371,8 +377,9 @@ void tst_DocumentScreens::screenGeometry()
 {
     QFETCH(bool, privacy);
 
-    TVRReadOnlyDocumentViewController *screen = privacy ? static_cast<TVRReadOnlyDocumentViewController *>(new TVRPrivacyPolicyViewController)
-                                                : new TVRTermsOfServiceViewController;
+    TVRReadOnlyDocumentViewController *screen = privacy
+        ? static_cast<TVRReadOnlyDocumentViewController *>(new TVRPrivacyPolicyViewController)
+        : new TVRTermsOfServiceViewController;
     auto *navigation = showInNavigation(screen);
     QVERIFY(QTest::qWaitForWindowExposed(navigation));
     QTRY_COMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
@@ -419,7 +426,10 @@ void tst_DocumentScreens::screenGeometry()
             QCOMPARE(subview->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
             QCOMPARE(subview->size(), QSize(rect.width() - 16, rect.height()));
             QVERIFY2(textHeight <= rect.height(),
-                     qPrintable(u"row %1.%2: text %3 px in a row of %4"_s.arg(section).arg(row).arg(textHeight).arg(rect.height())));
+                     qPrintable(u"row %1.%2: text %3 px in a row of %4"_s.arg(section)
+                                    .arg(row)
+                                    .arg(textHeight)
+                                    .arg(rect.height())));
         }
     }
     QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());
@@ -528,8 +538,9 @@ void tst_DocumentScreens::completionsGoToTheLastScreen()
     QCOMPARE(manager()->delegate(), privacy);
 
     // A new Terms of Service arrives: the privacy screen hears of it, the terms screen not.
-    m_server.reply(TestReply::json(200, QJsonDocument(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))
-                                            .toJson(QJsonDocument::Compact)));
+    m_server.reply(TestReply::json(200,
+                                   QJsonDocument(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))
+                                       .toJson(QJsonDocument::Compact)));
     terms->headerView()->dateLabel()->setText(u"unchanged"_s);
     privacy->headerView()->dateLabel()->setText(u"unchanged"_s);
     manager()->fetchTermsOfService();
@@ -540,7 +551,8 @@ void tst_DocumentScreens::completionsGoToTheLastScreen()
 
 void tst_DocumentScreens::completionWithoutSuccessStillUpdates()
 {
-    manager()->setTermsOfService(std::make_shared<TVRDocument>(documentJson(u"Held"_s, 2, u"2019-12-24T18:00:00.000+0000"_s)));
+    manager()->setTermsOfService(
+        std::make_shared<TVRDocument>(documentJson(u"Held"_s, 2, u"2019-12-24T18:00:00.000+0000"_s)));
     TVRTermsOfServiceViewController screen;
     screen.managerDidFinishWithSuccess(manager(), false);
     QTRY_COMPARE(screen.headerView()->dateLabel()->text(), u"Tuesday, December 24, 2019"_s);

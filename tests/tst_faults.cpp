@@ -49,8 +49,10 @@ QByteArray documentJson(const QString &id, int sections, int bodyCharacters = 20
     QJsonArray list;
     for (int i = 0; i < sections; ++i)
         list.append(QJsonObject{{u"title"_s, u"Section %1"_s.arg(i + 1)}, {u"body"_s, QString(bodyCharacters, u'x')}});
-    return QJsonDocument(QJsonObject{{u"_id"_s, id}, {u"title"_s, u"Terms"_s},
-                                     {u"updatedAt"_s, u"2026-09-01T09:00:00.000+0000"_s}, {u"sections"_s, list}})
+    return QJsonDocument(QJsonObject{{u"_id"_s, id},
+                                     {u"title"_s, u"Terms"_s},
+                                     {u"updatedAt"_s, u"2026-09-01T09:00:00.000+0000"_s},
+                                     {u"sections"_s, list}})
         .toJson(QJsonDocument::Compact);
 }
 

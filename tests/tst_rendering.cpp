@@ -46,7 +46,8 @@ Script script(const QString &name)
         return {u"כיצד אנו משתמשים בנתונים שלך"_s,
                 u"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך, מה אתה יכול לצפות מהשירות ומה השירות מצפה ממך. "_s};
     if (name == u"CJK"_s)
-        return {u"我们如何使用您的数据"_s, u"本条款说明#####如何处理您的数据、您可以从服务中期待什么以及服务对您有何期待。"_s};
+        return {u"我们如何使用您的数据"_s,
+                u"本条款说明#####如何处理您的数据、您可以从服务中期待什么以及服务对您有何期待。"_s};
     if (name == u"long words"_s)
         return {u"Supercalifragilisticexpialidociousnessandbeyondx"_s,
                 u"Send notices to https://legal.example.com/"_s + QString(240, u'n') + u" and keep a copy. "_s};
@@ -73,7 +74,8 @@ std::shared_ptr<TVRDocument> document(const QString &name, bool huge = false)
             body += text.sentence;
         sections.append(QJsonObject{{u"title"_s, text.heading}, {u"body"_s, body.left(20000)}});
     }
-    return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, name}, {u"title"_s, u"Terms"_s},
+    return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, name},
+                                                     {u"title"_s, u"Terms"_s},
                                                      {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
                                                      {u"sections"_s, sections}});
 }
@@ -287,13 +289,17 @@ void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QStri
         const QRect text = inWindow(label, label->contentsRect());
         QVERIFY2(painted.left() >= text.left() - 1 && painted.right() <= text.right() + 1,
                  qPrintable(u"%1: ink from x %2 to %3, text from %4 to %5"_s.arg(where)
-                                .arg(painted.left()).arg(painted.right()).arg(text.left()).arg(text.right())));
+                                .arg(painted.left())
+                                .arg(painted.right())
+                                .arg(text.left())
+                                .arg(text.right())));
     }
     // No line clipped, and no blank tail longer than a line (40 px rows aside).
     QVERIFY2(textHeight <= row.height(),
              qPrintable(u"%1: text %2 px in a row of %3"_s.arg(where).arg(textHeight).arg(row.height())));
-    QVERIFY2(row.height() == 40 || row.height() - textHeight < line,
-             qPrintable(u"%1: %2 px blank under %3 px of text"_s.arg(where).arg(row.height() - textHeight).arg(textHeight)));
+    QVERIFY2(
+        row.height() == 40 || row.height() - textHeight < line,
+        qPrintable(u"%1: %2 px blank under %3 px of text"_s.arg(where).arg(row.height() - textHeight).arg(textHeight)));
 }
 
 void tst_Rendering::checkEveryRow(TVRTableView *table, const QString &what)
@@ -335,8 +341,8 @@ void tst_Rendering::rowsAreAsTallAsTheirText()
     TVRTermsOfServiceViewController *screen = showTerms(window);
     QVERIFY(screen);
     if (!huge) {
-        QVERIFY(saveScreenshot(m_window.get(), u"%1-%2x%3"_s.arg(script).arg(window.width()).arg(window.height())
-                                                    .replace(u' ', u'-')));
+        QVERIFY(saveScreenshot(m_window.get(),
+                               u"%1-%2x%3"_s.arg(script).arg(window.width()).arg(window.height()).replace(u' ', u'-')));
     }
     checkEveryRow(screen->tableView(), QString::fromUtf8(QTest::currentDataTag()));
 }
@@ -359,9 +365,9 @@ void tst_Rendering::newWidthMeasuresAgain()
 void tst_Rendering::appearanceReachesThePixels_data()
 {
     QTest::addColumn<QString>("part");
-    QTest::addColumn<QColor>("color");    // set when valid
+    QTest::addColumn<QColor>("color"); // set when valid
     QTest::addColumn<QColor>("expected"); // the colour of the text's ink
-    QTest::addColumn<int>("pixelSize");   // set when not 0
+    QTest::addColumn<int>("pixelSize"); // set when not 0
 
     QTest::newRow("date colour, default") << u"date"_s << QColor() << QColor(0xAA, 0xAA, 0xAA) << 0;
     QTest::newRow("date colour, red") << u"date"_s << QColor(Qt::red) << QColor(Qt::red) << 0;
@@ -455,8 +461,8 @@ void tst_Rendering::arabicIsShaped()
 {
     // Joined Arabic letters take another width than the same letters each on its own.
     const QString words = u"السلام عليكم ورحمة الله"_s;
-    TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{
-        {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, words}, {u"body"_s, words}}}}}));
+    TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(
+        QJsonObject{{u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, words}, {u"body"_s, words}}}}}));
     TVRTermsOfServiceViewController *screen = showTerms({1280, 800});
     QVERIFY(screen);
     const QImage image = render(m_window.get());
@@ -480,8 +486,11 @@ void tst_Rendering::arabicIsShaped()
             QSKIP("This font shapes Arabic to the same width as it sets it unshaped");
         const int inkWidth = inkBounds(image, inWindow(widget)).width();
         QVERIFY2(std::abs(inkWidth - shapedWidth) < std::abs(inkWidth - unshapedWidth),
-                 qPrintable(u"%1: ink %2 px wide; shaped %3, unshaped %4"_s.arg(QString::fromLatin1(widget->metaObject()->className()))
-                                .arg(inkWidth).arg(shapedWidth).arg(unshapedWidth)));
+                 qPrintable(u"%1: ink %2 px wide; shaped %3, unshaped %4"_s
+                                .arg(QString::fromLatin1(widget->metaObject()->className()))
+                                .arg(inkWidth)
+                                .arg(shapedWidth)
+                                .arg(unshapedWidth)));
     }
 }
 
@@ -512,11 +521,15 @@ void tst_Rendering::rightToLeftAlignsRight()
     const QRect bodyInk = inkBounds(image, inWindow(body->bodyTextView()));
     const QRect bodyText = inWindow(body->bodyTextView()->viewport());
     if (rightToLeft) {
-        QVERIFY2(std::abs(titleInk.right() - titleText.right()) <= 3, qPrintable(u"title ends at %1 of %2"_s.arg(titleInk.right()).arg(titleText.right())));
-        QVERIFY2(std::abs(bodyInk.right() - bodyText.right()) <= 3, qPrintable(u"body ends at %1 of %2"_s.arg(bodyInk.right()).arg(bodyText.right())));
+        QVERIFY2(std::abs(titleInk.right() - titleText.right()) <= 3,
+                 qPrintable(u"title ends at %1 of %2"_s.arg(titleInk.right()).arg(titleText.right())));
+        QVERIFY2(std::abs(bodyInk.right() - bodyText.right()) <= 3,
+                 qPrintable(u"body ends at %1 of %2"_s.arg(bodyInk.right()).arg(bodyText.right())));
     } else {
-        QVERIFY2(std::abs(titleInk.left() - titleText.left()) <= 3, qPrintable(u"title starts at %1 of %2"_s.arg(titleInk.left()).arg(titleText.left())));
-        QVERIFY2(std::abs(bodyInk.left() - bodyText.left()) <= 3, qPrintable(u"body starts at %1 of %2"_s.arg(bodyInk.left()).arg(bodyText.left())));
+        QVERIFY2(std::abs(titleInk.left() - titleText.left()) <= 3,
+                 qPrintable(u"title starts at %1 of %2"_s.arg(titleInk.left()).arg(titleText.left())));
+        QVERIFY2(std::abs(bodyInk.left() - bodyText.left()) <= 3,
+                 qPrintable(u"body starts at %1 of %2"_s.arg(bodyInk.left()).arg(bodyText.left())));
     }
     // The title's text starts level with the body's.
     if (rightToLeft)
@@ -588,8 +601,10 @@ void tst_Rendering::keyboardScrolls()
 {
     QJsonArray sections;
     for (int i = 0; i < 30; ++i)
-        sections.append(QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
-    TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
+        sections.append(
+            QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
+    TVRDocumentManager::sharedInstance()->setTermsOfService(
+        std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
     TVRTermsOfServiceViewController *screen = showTerms({390, 844});
     QVERIFY(screen);
     TVRTableView *table = screen->tableView();
@@ -621,7 +636,8 @@ void tst_Rendering::keyboardReachesTheEndOfTheAgreement()
 {
     QJsonArray sections;
     for (int i = 0; i < 20; ++i)
-        sections.append(QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
+        sections.append(
+            QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
     auto *screen = new TVRTermsViewController(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
     m_window = std::make_unique<TVRNavigationController>(screen);
     m_window->resize(390, 844);
@@ -669,7 +685,9 @@ void tst_Rendering::screensTakeWhatTheyMade()
 
     delete made;
     for (const QPointer<QObject> &part : std::as_const(parts))
-        QVERIFY2(!part, qPrintable(QString::fromLatin1(part ? part->metaObject()->className() : "") + u" outlived its screen"_s));
+        QVERIFY2(
+            !part,
+            qPrintable(QString::fromLatin1(part ? part->metaObject()->className() : "") + u" outlived its screen"_s));
 }
 
 // A desktop-sized screen, so that windows narrower than it are tested too.

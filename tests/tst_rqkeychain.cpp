@@ -10,8 +10,8 @@
 #include <TVRNetworkManager.h>
 
 #include <QRegularExpression>
-#include <QUrl>
 #include <QtTest>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -47,8 +47,7 @@ private Q_SLOTS:
 void tst_RQKeychain::initTestCase()
 {
     // Everything here must run against the private keyring of run-isolated.sh.
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
-             "run this test through tests/run-isolated.sh");
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
     QVERIFY(KeychainProbe::writeRaw(u"probe"_s, u"probe"_s, "ready"));
 }
 
@@ -143,8 +142,8 @@ void tst_RQKeychain::undecodableBytes_data()
     // A pixmap (type 4097) would need a GUI to be built, and builds one from the bytes.
     QTest::newRow("a pixmap") << header + QByteArray("\0\0\x10\x01\0", 5)
                               << u"archive holds a value of type 4097, which is not a plain value"_s;
-    QTest::newRow("a type of the host's") << header + QByteArray("\0\1\0\0\0", 5)
-                                          << u"archive holds a value of type 65536, which is not a plain value"_s;
+    QTest::newRow("a type of the host's")
+        << header + QByteArray("\0\1\0\0\0", 5) << u"archive holds a value of type 65536, which is not a plain value"_s;
     // A list of texts claiming four billion items would reserve room for all of them.
     QTest::newRow("a list claiming billions") << header + QByteArray("\0\0\0\x0b\0\xff\xff\xff\xff", 9)
                                               << u"archive holds a value of type 11, which is not a plain value"_s;

@@ -89,8 +89,8 @@ void tst_Security::secretsStayOutOfSettingsAndLogs()
     TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true,
                                                                       manager.termsOfService());
     QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^ERROR: "_s));
-    TVRManager::sharedInstance()->userManagerDidFailWithError(
-        TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 99, u"refused"_s));
+    TVRManager::sharedInstance()->userManagerDidFailWithError(TVRUserManager::sharedInstance(),
+                                                              TVRError(TVRError::networkDomain(), 99, u"refused"_s));
     QVERIFY(KeychainProbe::writeRaw(kTVRUserIdentifier, kTVRUserIdentifier, "not an archive"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Unarchive of "_s));
     QVERIFY(!RQKeychain::loadValueForKey(kTVRUserIdentifier).isValid());

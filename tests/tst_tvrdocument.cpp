@@ -175,9 +175,9 @@ void tst_TVRDocument::sections_data()
     QTest::newRow("an object") << QJsonValue(section(u"1"_s)) << QStringList();
     QTest::newRow("a text") << QJsonValue(u"sections"_s) << QStringList();
     // Elements of any kind become sections; only objects have keys to read.
-    QTest::newRow("mixed elements")
-        << QJsonValue(QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
-        << QStringList{u"1"_s, QString(), QString(), QString(), QString(), u"6"_s};
+    QTest::newRow("mixed elements") << QJsonValue(
+        QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
+                                    << QStringList{u"1"_s, QString(), QString(), QString(), QString(), u"6"_s};
 }
 
 void tst_TVRDocument::sections()
@@ -220,9 +220,8 @@ void tst_TVRDocument::sectionsAreMadeOnce()
 
 void tst_TVRDocument::settersLeaveTheJsonInCharge()
 {
-    const QJsonObject json{{u"_id"_s, u"doc-1"_s},
-                           {u"title"_s, u"Terms"_s},
-                           {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}};
+    const QJsonObject json{
+        {u"_id"_s, u"doc-1"_s}, {u"title"_s, u"Terms"_s}, {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}};
     TVRDocument document(json);
     document.setIdentifier(u"other"_s);
     document.setTitle(u"Other"_s);

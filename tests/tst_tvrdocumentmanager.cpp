@@ -166,10 +166,10 @@ void tst_TVRDocumentManager::fetchHoldsAndCaches_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("otherKey");
 
-    QTest::newRow("Terms of Service") << true << u"/api/terms-of-service"_s
-                                      << u"kTVRTermsOfServiceDataPath"_s << u"kTVRPrivacyPolicyDataPath"_s;
-    QTest::newRow("Privacy Policy") << false << u"/api/privacy-policy"_s
-                                    << u"kTVRPrivacyPolicyDataPath"_s << u"kTVRTermsOfServiceDataPath"_s;
+    QTest::newRow("Terms of Service") << true << u"/api/terms-of-service"_s << u"kTVRTermsOfServiceDataPath"_s
+                                      << u"kTVRPrivacyPolicyDataPath"_s;
+    QTest::newRow("Privacy Policy") << false << u"/api/privacy-policy"_s << u"kTVRPrivacyPolicyDataPath"_s
+                                    << u"kTVRTermsOfServiceDataPath"_s;
 }
 
 void tst_TVRDocumentManager::fetchHoldsAndCaches()
@@ -331,8 +331,9 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
     QJsonObject objectSections = sampleDocument(u"x"_s);
     objectSections.insert(u"sections"_s, QJsonObject{{u"title"_s, u"Scope"_s}});
     QJsonObject odd = sampleDocument(u"x"_s);
-    odd.insert(u"sections"_s, QJsonArray{u"text"_s, QJsonArray{1, 2}, QJsonValue::Null, 3,
-                                         QJsonObject{{u"title"_s, 7}, {u"body"_s, QJsonArray()}}});
+    odd.insert(u"sections"_s,
+               QJsonArray{u"text"_s, QJsonArray{1, 2}, QJsonValue::Null, 3,
+                          QJsonObject{{u"title"_s, 7}, {u"body"_s, QJsonArray()}}});
     QJsonObject numberDate = sampleDocument(u"x"_s);
     numberDate.insert(u"updatedAt"_s, 1456835400);
     QJsonObject nullDate = sampleDocument(u"x"_s);
@@ -416,8 +417,8 @@ void tst_TVRDocumentManager::lastDelegateHearsBothDocuments()
     m_server.releaseHeld();
     QTRY_COMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s}));
     QVERIFY(first.calls.isEmpty());
-    QCOMPARE(last.titlesHeld, QStringList({u"- + /api/privacy-policy"_s,
-                                           u"/api/terms-of-service + /api/privacy-policy"_s}));
+    QCOMPARE(last.titlesHeld,
+             QStringList({u"- + /api/privacy-policy"_s, u"/api/terms-of-service + /api/privacy-policy"_s}));
 }
 
 void tst_TVRDocumentManager::managerGoneStillCaches()

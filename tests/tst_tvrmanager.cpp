@@ -6,14 +6,14 @@
 #include "MemoryItemStore.h"
 
 #include <RQKeychain.h>
-#include <TVRManager.h>
 #include <TovraVersion.h>
+#include <TVRManager.h>
 
 #include <QGuiApplication>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QUrl>
 #include <QtTest>
+#include <QUrl>
 
 #include <cstring>
 
@@ -47,8 +47,7 @@ private Q_SLOTS:
 
 void tst_TVRManager::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s),
-             "run this test through tests/run-isolated.sh");
+    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
 }
 
 void tst_TVRManager::everythingStartsEmpty()
@@ -281,7 +280,8 @@ void tst_TVRManager::keychainCallsRunNoHostEvent()
     int queuedCalls = 0;
     int connections = 0;
     QTimer::singleShot(0, this, [&] { ++timers; });
-    QMetaObject::invokeMethod(this, [&] { ++queuedCalls; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [&] { ++queuedCalls; }, Qt::QueuedConnection);
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
     connect(&server, &QTcpServer::newConnection, this, [&] { ++connections; });

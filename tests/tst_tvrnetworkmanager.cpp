@@ -133,8 +133,7 @@ void tst_TVRNetworkManager::credentials_data()
     QTest::newRow("no key, no secret") << QString() << QString() << QByteArray("Basic Og==");
     QTest::newRow("empty secret") << u"a"_s << u""_s << QByteArray("Basic YTo=");
     QTest::newRow("colon in key") << u"a:b"_s << u"c"_s << QByteArray("Basic YTpiOmM=");
-    QTest::newRow("non-ASCII, as UTF-8") << u"ключ"_s << u"秘密"_s
-                                         << "Basic " + u"ключ:秘密"_s.toUtf8().toBase64();
+    QTest::newRow("non-ASCII, as UTF-8") << u"ключ"_s << u"秘密"_s << "Basic " + u"ключ:秘密"_s.toUtf8().toBase64();
     QTest::newRow("long, no line breaks") << QString(200, u'k') << QString(200, u's')
                                           << "Basic " + (QByteArray(200, 'k') + ':' + QByteArray(200, 's')).toBase64();
 }
@@ -226,12 +225,12 @@ void tst_TVRNetworkManager::pathAndQuery_data()
     QTest::addColumn<QString>("sentQuery");
     QTest::addColumn<bool>("hasQuery");
 
-    QTest::newRow("no query") << u"/api/terms-of-service"_s << QString()
-                              << u"/api/terms-of-service"_s << QString() << false;
-    QTest::newRow("plain query") << u"/api/user/status"_s << u"id=42&full=1"_s
-                                 << u"/api/user/status"_s << u"id=42&full=1"_s << true;
-    QTest::newRow("query is encoded") << u"/api/user/status"_s << u"name=Jo Doe&pct=100%"_s
-                                      << u"/api/user/status"_s << u"name=Jo%20Doe&pct=100%25"_s << true;
+    QTest::newRow("no query") << u"/api/terms-of-service"_s << QString() << u"/api/terms-of-service"_s << QString()
+                              << false;
+    QTest::newRow("plain query") << u"/api/user/status"_s << u"id=42&full=1"_s << u"/api/user/status"_s
+                                 << u"id=42&full=1"_s << true;
+    QTest::newRow("query is encoded") << u"/api/user/status"_s << u"name=Jo Doe&pct=100%"_s << u"/api/user/status"_s
+                                      << u"name=Jo%20Doe&pct=100%25"_s << true;
     QTest::newRow("empty query keeps the ?") << u"/a"_s << u""_s << u"/a"_s << QString() << true;
     QTest::newRow("path is encoded") << u"/api/a b"_s << QString() << u"/api/a b"_s << QString() << false;
 }
@@ -263,8 +262,8 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     QTest::newRow("500 with {}") << TestReply::json(500, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("200 with an empty body") << TestReply::json(200, "") << QJsonValue(QJsonValue::Undefined);
     QTest::newRow("204") << TestReply::json(204, "") << QJsonValue(QJsonValue::Undefined);
-    QTest::newRow("401 with an error object") << TestReply::json(401, R"({"error":"no"})")
-                                              << QJsonValue(QJsonObject{{u"error"_s, u"no"_s}});
+    QTest::newRow("401 with an error object")
+        << TestReply::json(401, R"({"error":"no"})") << QJsonValue(QJsonObject{{u"error"_s, u"no"_s}});
     QTest::newRow("404 with HTML") << TestReply::json(404, "<html>gone</html>") << QJsonValue(QJsonValue::Undefined);
     QTest::newRow("503") << TestReply::json(503, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("an array") << TestReply::json(200, "[1,2]") << QJsonValue(QJsonArray{1, 2});
@@ -285,7 +284,8 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     QTest::newRow("599") << TestReply::json(599, "{}") << QJsonValue(QJsonObject());
     // Qt stops reading at a redirect it cannot follow: the answer comes without its body.
     for (int status : {301, 302, 303, 307, 308})
-        QTest::addRow("%d without Location", status) << TestReply::json(status, "{}") << QJsonValue(QJsonValue::Undefined);
+        QTest::addRow("%d without Location", status)
+            << TestReply::json(status, "{}") << QJsonValue(QJsonValue::Undefined);
 }
 
 void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
@@ -312,7 +312,8 @@ void tst_TVRNetworkManager::transportFailure_data()
     QTest::addColumn<int>("error");
 
     QTest::newRow("connection refused") << u"refused"_s << int(QNetworkReply::ConnectionRefusedError);
-    QTest::newRow("certificate of an unknown authority") << u"untrusted"_s << int(QNetworkReply::SslHandshakeFailedError);
+    QTest::newRow("certificate of an unknown authority")
+        << u"untrusted"_s << int(QNetworkReply::SslHandshakeFailedError);
     QTest::newRow("certificate for another host") << u"wrong name"_s << int(QNetworkReply::SslHandshakeFailedError);
     QTest::newRow("connection dropped") << u"dropped"_s << int(QNetworkReply::RemoteHostClosedError);
 }
@@ -398,12 +399,13 @@ void tst_TVRNetworkManager::nullHandlersAreSkipped()
     manager.setSession(&session);
 
     int successes = 0;
-    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
-                           [&](const TVRHTTPResponse &, const QJsonValue &) { ++successes; }, nullptr);
+    manager.requestForPath(
+        u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
+        [&](const TVRHTTPResponse &, const QJsonValue &) { ++successes; }, nullptr);
     int failures = 0;
     manager.setSession(m_session);
-    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
-                           nullptr, [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
+    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(), nullptr,
+                           [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
     QVERIFY(QTest::qWaitFor([&] { return session.liveReplies() == 0 && m_session->liveReplies() == 0; }));
     QCOMPARE(successes, 0);
     QCOMPARE(failures, 0);
@@ -458,8 +460,8 @@ void tst_TVRNetworkManager::headAnswerHasNoBody()
     TestReply head;
     head.headers = {{"Content-Type", "application/json"}, {"Content-Length", "120"}};
     m_server.reply(head);
-    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodHEAD,
-                                     QJsonObject{{u"a"_s, 1}});
+    const auto outcome =
+        sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodHEAD, QJsonObject{{u"a"_s, 1}});
     QVERIFY(settle(outcome));
     QCOMPARE(outcome->successes, 1);
     QVERIFY(outcome->json.isUndefined());

@@ -9,8 +9,8 @@
 #include <QHttpServerResponse>
 #include <QJsonDocument>
 
-DemoService::DemoService(const QJsonObject &termsOfService, const QJsonObject &privacyPolicy,
-                         const QByteArray &key, const QByteArray &secret, QObject *parent)
+DemoService::DemoService(const QJsonObject &termsOfService, const QJsonObject &privacyPolicy, const QByteArray &key,
+                         const QByteArray &secret, QObject *parent)
     : QObject(parent)
     , m_authorization("Basic " + (key + ':' + secret).toBase64())
 {

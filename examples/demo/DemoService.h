@@ -18,8 +18,8 @@ class DemoService : public QObject
     Q_OBJECT
 
 public:
-    DemoService(const QJsonObject &termsOfService, const QJsonObject &privacyPolicy,
-                const QByteArray &key, const QByteArray &secret, QObject *parent = nullptr);
+    DemoService(const QJsonObject &termsOfService, const QJsonObject &privacyPolicy, const QByteArray &key,
+                const QByteArray &secret, QObject *parent = nullptr);
 
     bool start();
     quint16 port() const { return m_port; }

@@ -62,6 +62,6 @@ void HomeScreen::runAgreementCheck()
     TVRManager::activateApp();
     // The status request is not part of the kit yet, so the demo answers for the service:
     // the user has not agreed to the current terms.
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(
-        TVRUserManager::sharedInstance(), false, std::make_shared<TVRDocument>(m_currentTerms));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
+                                                                      std::make_shared<TVRDocument>(m_currentTerms));
 }

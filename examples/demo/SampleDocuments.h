@@ -16,6 +16,6 @@ QJsonObject privacyPolicy();
 // Reads \a path as a document the service can serve; on a problem, returns an empty
 // object and says in \a error what is wrong, naming the file.
 QJsonObject load(const QString &path, QString *error);
-}
+} // namespace SampleDocuments
 
 #endif

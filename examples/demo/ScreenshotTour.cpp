@@ -19,7 +19,7 @@
 namespace {
 
 // Serves events until \a done holds, for at most ten seconds.
-template<typename Predicate>
+template <typename Predicate>
 bool waitFor(Predicate done)
 {
     const QDeadlineTimer deadline(10000);

@@ -81,9 +81,9 @@ int main(int argc, char *argv[])
     const QCommandLineOption screenshots(QStringLiteral("screenshots"),
                                          QStringLiteral("Render each screen to <dir> as PNG, then exit."),
                                          QStringLiteral("dir"));
-    const QCommandLineOption documents(QStringLiteral("documents"),
-                                       QStringLiteral("Serve terms-of-service.json and privacy-policy.json from <dir>."),
-                                       QStringLiteral("dir"));
+    const QCommandLineOption documents(
+        QStringLiteral("documents"), QStringLiteral("Serve terms-of-service.json and privacy-policy.json from <dir>."),
+        QStringLiteral("dir"));
     options.addOption(screenshots);
     options.addOption(documents);
     options.process(app);
@@ -121,8 +121,8 @@ int main(int argc, char *argv[])
     TVRDocumentManager::sharedInstance()->setSession(&session);
 
     if (headless) {
-        const QString directory = options.isSet(screenshots) ? options.value(screenshots)
-                                                             : QStringLiteral("tovra-demo-screenshots");
+        const QString directory =
+            options.isSet(screenshots) ? options.value(screenshots) : QStringLiteral("tovra-demo-screenshots");
         QString problem;
         const QStringList written = takeScreenshots(directory, service, session, terms, &problem);
         if (written.isEmpty()) {

@@ -13,6 +13,6 @@ namespace LoopbackCertificates {
 QSslCertificate authority();
 QSslCertificate serviceCertificate();
 QSslKey serviceKey();
-}
+} // namespace LoopbackCertificates
 
 #endif

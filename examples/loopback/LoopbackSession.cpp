@@ -24,8 +24,7 @@ bool LoopbackSession::routeToClosedPort(const QString &host)
     return true; // the port closes with the probe
 }
 
-QNetworkReply *LoopbackSession::createRequest(Operation op, const QNetworkRequest &request,
-                                              QIODevice *outgoingData)
+QNetworkReply *LoopbackSession::createRequest(Operation op, const QNetworkRequest &request, QIODevice *outgoingData)
 {
     const QUrl url = request.url();
     const auto route = m_routes.constFind(url.host());

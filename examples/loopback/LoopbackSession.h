@@ -33,8 +33,7 @@ public:
     void setPeerVerifyName(const QString &name) { m_peerVerifyName = name; }
 
 protected:
-    QNetworkReply *createRequest(Operation op, const QNetworkRequest &request,
-                                 QIODevice *outgoingData) override;
+    QNetworkReply *createRequest(Operation op, const QNetworkRequest &request, QIODevice *outgoingData) override;
 
 private:
     QHash<QString, quint16> m_routes;

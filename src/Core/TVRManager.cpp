@@ -203,8 +203,8 @@ void TVRManager::userManagerDidRespondWithCompliance(TVRUserManager *, bool comp
     static QPointer<TVRNavigationController> presented;
     if (presented && presented->isVisible())
         return;
-    TVRViewController *root = TVRViewController::rootViewControllerForWindow(
-        TVRViewController::mainWindowOf(TVRViewController::keyWindow()));
+    TVRViewController *root =
+        TVRViewController::rootViewControllerForWindow(TVRViewController::mainWindowOf(TVRViewController::keyWindow()));
     if (!root)
         return;
     presented = new TVRNavigationController(agreement.release());

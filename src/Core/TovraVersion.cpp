@@ -12,5 +12,4 @@ const unsigned char TovraVersionString[] =
     "@(#)PROGRAM:Tovra  PROJECT:Tovra-" TOVRA_STRINGIFY(TOVRA_VERSION_MAJOR) "\n";
 
 const double TovraVersionNumber = TOVRA_VERSION_NUMBER;
-
 }

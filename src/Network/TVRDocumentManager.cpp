@@ -56,10 +56,7 @@ public:
 
 protected:
     // QSettings would write at the first posted event, ahead of the reload the delegate queued.
-    bool event(QEvent *event) override
-    {
-        return event->type() == QEvent::UpdateRequest || QSettings::event(event);
-    }
+    bool event(QEvent *event) override { return event->type() == QEvent::UpdateRequest || QSettings::event(event); }
 
 private:
     static inline QPointer<CacheWriter> pending;
@@ -67,8 +64,7 @@ private:
 
 void writeCache(const QString &key, const QJsonValue &reply)
 {
-    const QJsonDocument document = reply.isArray() ? QJsonDocument(reply.toArray())
-                                                   : QJsonDocument(reply.toObject());
+    const QJsonDocument document = reply.isArray() ? QJsonDocument(reply.toArray()) : QJsonDocument(reply.toObject());
     CacheWriter::write(key, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
 }
 

@@ -5,10 +5,6 @@
 
 TVRDocumentManagerDelegate::~TVRDocumentManagerDelegate() = default;
 
-void TVRDocumentManagerDelegate::managerDidFinishWithSuccess(TVRDocumentManager *, bool)
-{
-}
+void TVRDocumentManagerDelegate::managerDidFinishWithSuccess(TVRDocumentManager *, bool) { }
 
-void TVRDocumentManagerDelegate::managerFailedWithError(TVRDocumentManager *, const TVRError &)
-{
-}
+void TVRDocumentManagerDelegate::managerFailedWithError(TVRDocumentManager *, const TVRError &) { }

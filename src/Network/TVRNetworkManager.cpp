@@ -124,8 +124,7 @@ QNetworkRequest TVRNetworkManager::requestWithURL(const QUrl &url)
     QNetworkRequest request(url);
     request.setRawHeader("Content-Type", "application/json");
     request.setRawHeader("Authorization", "Basic " + credentials.toUtf8().toBase64());
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::SameOriginRedirectPolicy);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
     return request;
 }
 
@@ -162,9 +161,8 @@ void TVRNetworkManager::setSession(QNetworkAccessManager *session)
     d->session = session;
 }
 
-void TVRNetworkManager::requestForPath(const QString &path, const QString &query,
-                                       TVRHTTPMethod method, const QJsonValue &parameters,
-                                       TVRRequestSuccessHandler success,
+void TVRNetworkManager::requestForPath(const QString &path, const QString &query, TVRHTTPMethod method,
+                                       const QJsonValue &parameters, TVRRequestSuccessHandler success,
                                        TVRRequestFailureHandler failure)
 {
     auto pending = std::make_shared<PendingRequest>();
@@ -203,9 +201,8 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     connect(reply, &QNetworkReply::metaDataChanged, reply, restartSilence);
     connect(reply, &QNetworkReply::downloadProgress, reply, restartSilence);
     connect(reply, &QNetworkReply::uploadProgress, reply, restartSilence);
-    connect(reply, &QNetworkReply::errorOccurred, reply, [silence] {
-        silence->atError = silence->sinceActivity.elapsed();
-    });
+    connect(reply, &QNetworkReply::errorOccurred, reply,
+            [silence] { silence->atError = silence->sinceActivity.elapsed(); });
 
     connect(reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout] {
         reply->deleteLater();
@@ -216,9 +213,10 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
             pending->succeed(response, jsonFor(reply->readAll()));
         } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
                    && silence->atError >= transferTimeout - transferTimeout / 20) {
-            pending->fail(response, TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
-                                             QStringLiteral("The request timed out after %1 ms without data")
-                                                 .arg(transferTimeout)));
+            pending->fail(
+                response,
+                TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
+                         QStringLiteral("The request timed out after %1 ms without data").arg(transferTimeout)));
         } else {
             pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
         }
@@ -228,8 +226,7 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
         // would then wait for the body that the answer's Content-Length announces and a
         // HEAD answer never sends. The headers are the whole answer.
         connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending] {
-            if (pending->completed
-                || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
+            if (pending->completed || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
                 || reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid()) {
                 return;
             }
@@ -240,9 +237,9 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     // A reply destroyed unfinished, with its session, still owes the caller an answer.
     connect(reply, &QObject::destroyed, [pending, url] {
         if (!pending->completed) {
-            pending->fail(TVRHTTPResponse(), TVRError(TVRError::networkDomain(),
-                                                      QNetworkReply::OperationCanceledError,
-                                                      QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
+            pending->fail(TVRHTTPResponse(),
+                          TVRError(TVRError::networkDomain(), QNetworkReply::OperationCanceledError,
+                                   QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
         }
     });
 }

@@ -34,16 +34,14 @@ enum TVRHTTPMethod : qint32 {
     the response and the reply body parsed as JSON (an object or an array), or an undefined
     QJsonValue when the body is empty or is not JSON.
 */
-using TVRRequestSuccessHandler =
-    std::function<void(const TVRHTTPResponse &response, const QJsonValue &json)>;
+using TVRRequestSuccessHandler = std::function<void(const TVRHTTPResponse &response, const QJsonValue &json)>;
 
 /*!
     Receives the transport failure of a request: no connection, failed TLS, a connection
     lost in the body, a refused redirect, or a time-out (QNetworkReply::TimeoutError when
     the session's transfer time-out ran out).
 */
-using TVRRequestFailureHandler =
-    std::function<void(const TVRHTTPResponse &response, const TVRError &error)>;
+using TVRRequestFailureHandler = std::function<void(const TVRHTTPResponse &response, const TVRError &error)>;
 
 /*!
     \brief Base class of the kit's service managers: sends authenticated JSON requests to
@@ -94,9 +92,8 @@ public:
         value outside TVRHTTPMethod is not sent: the failure handler gets a kitDomain()
         error instead. Either handler may be null.
     */
-    void requestForPath(const QString &path, const QString &query, TVRHTTPMethod method,
-                        const QJsonValue &parameters, TVRRequestSuccessHandler success,
-                        TVRRequestFailureHandler failure);
+    void requestForPath(const QString &path, const QString &query, TVRHTTPMethod method, const QJsonValue &parameters,
+                        TVRRequestSuccessHandler success, TVRRequestFailureHandler failure);
 
 private:
     std::unique_ptr<TVRNetworkManagerPrivate> const d;

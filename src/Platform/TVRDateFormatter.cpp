@@ -8,9 +8,9 @@
 QDateTime TVRDateFormatter::dateFromString(const QString &text)
 {
     // [0-9] rather than \d, which would also take digits of other scripts.
-    static const QRegularExpression pattern(QStringLiteral(
-        "^([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})\\.([0-9]{3})"
-        "([+-])([0-9]{2})([0-9]{2})$"));
+    static const QRegularExpression pattern(
+        QStringLiteral("^([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})\\.([0-9]{3})"
+                       "([+-])([0-9]{2})([0-9]{2})$"));
     const QRegularExpressionMatch match = pattern.match(text);
     if (!match.hasMatch())
         return {};

@@ -73,7 +73,7 @@ void TVRNavigationBar::place()
     m_left->move(Margin, (h - m_left->height()) / 2);
     m_right->move(width() - Margin - m_right->width(), (h - m_right->height()) / 2);
     // The title is centred on the bar, clear of whichever button is wider.
-    const int side = Margin + qMax(m_left->isVisible() ? m_left->width() : 0,
-                                   m_right->isVisible() ? m_right->width() : 0);
+    const int side =
+        Margin + qMax(m_left->isVisible() ? m_left->width() : 0, m_right->isVisible() ? m_right->width() : 0);
     m_title->setGeometry(side, 0, qMax(0, width() - 2 * side), h);
 }

@@ -119,8 +119,8 @@ public:
     qint32 run(std::function<void(const std::shared_ptr<Outcome> &)> job, QByteArray *data)
     {
         auto outcome = std::make_shared<Outcome>();
-        QMetaObject::invokeMethod(&m_context, [outcome, job = std::move(job)] { job(outcome); },
-                                  Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &m_context, [outcome, job = std::move(job)] { job(outcome); }, Qt::QueuedConnection);
         const QDeadlineTimer deadline(waitLimitMs, Qt::PreciseTimer);
         const QMutexLocker locker(&outcome->lock);
         while (!outcome->done) {
@@ -189,7 +189,7 @@ qint32 runFor(const QVariantMap &query, KeychainWork work, QByteArray *data = nu
 }
 
 // A QtKeychain job for \a query, made on the keychain thread and readied by \a prepare.
-template<typename Job>
+template <typename Job>
 KeychainWork jobFor(const QVariantMap &query, std::function<void(Job &)> prepare = {})
 {
     const QString service = backendService(query);
@@ -227,8 +227,8 @@ KeychainWork secretServiceSearch(const QVariantMap &query)
         QDBusMessage search = QDBusMessage::createMethodCall(
             QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
             QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("SearchItems"));
-        search << QVariant::fromValue(QMap<QString, QString>{
-            {QStringLiteral("server"), service}, {QStringLiteral("user"), key}});
+        search << QVariant::fromValue(
+            QMap<QString, QString>{{QStringLiteral("server"), service}, {QStringLiteral("user"), key}});
         // Blocks this thread only; the caller's wait limit bounds it.
         const QDBusMessage reply = QDBusConnection::sessionBus().call(search, QDBus::Block, waitLimitMs);
         if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) {

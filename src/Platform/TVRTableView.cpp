@@ -135,7 +135,8 @@ void TVRTableViewPrivate::restore(const Anchor &anchor)
     updateScrollRange();
     if (!anchor.set)
         return;
-    const auto row = std::find_if(rows.cbegin(), rows.cend(), [&](const Row &r) { return r.indexPath == anchor.indexPath; });
+    const auto row =
+        std::find_if(rows.cbegin(), rows.cend(), [&](const Row &r) { return r.indexPath == anchor.indexPath; });
     if (row != rows.cend())
         q->verticalScrollBar()->setValue(row->top + anchor.shift);
 }
@@ -223,11 +224,13 @@ void TVRTableViewPrivate::reload()
         for (int index = 0; index < count; ++index) {
             Row row;
             row.indexPath = {section, index};
-            const qreal estimate = delegate ? delegate->tableViewEstimatedHeightForRowAtIndexPath(q, row.indexPath) : -1;
+            const qreal estimate =
+                delegate ? delegate->tableViewEstimatedHeightForRowAtIndexPath(q, row.indexPath) : -1;
             if (estimate >= 0) {
                 row.height = estimate;
             } else {
-                row.height = delegate ? qMax<qreal>(0, delegate->tableViewHeightForRowAtIndexPath(q, row.indexPath)) : 44.0;
+                row.height =
+                    delegate ? qMax<qreal>(0, delegate->tableViewHeightForRowAtIndexPath(q, row.indexPath)) : 44.0;
                 row.exact = true;
             }
             rows.append(row);
@@ -273,8 +276,8 @@ void TVRTableViewPrivate::layoutRows()
 
     // The rows in view: from the first whose bottom is below the view's top, while their
     // tops are above the view's bottom.
-    const auto first = std::upper_bound(rows.cbegin(), rows.cend(), viewTop,
-                                        [](int y, const Row &row) { return y < row.bottom; });
+    const auto first =
+        std::upper_bound(rows.cbegin(), rows.cend(), viewTop, [](int y, const Row &row) { return y < row.bottom; });
     auto end = first;
     while (end != rows.cend() && end->top < viewBottom)
         ++end;
@@ -426,7 +429,8 @@ int TVRTableView::numberOfRowsInSection(int section) const
 
 QRect TVRTableView::rectForRowAtIndexPath(TVRIndexPath indexPath) const
 {
-    const auto row = std::find_if(d->rows.cbegin(), d->rows.cend(), [&](const Row &r) { return r.indexPath == indexPath; });
+    const auto row =
+        std::find_if(d->rows.cbegin(), d->rows.cend(), [&](const Row &r) { return r.indexPath == indexPath; });
     if (row == d->rows.cend())
         return {};
     // Where the row lies depends on every row above it: those are measured first.

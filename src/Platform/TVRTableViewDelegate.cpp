@@ -15,6 +15,4 @@ qreal TVRTableViewDelegate::tableViewEstimatedHeightForRowAtIndexPath(TVRTableVi
     return -1.0;
 }
 
-void TVRTableViewDelegate::tableViewWillDisplayCell(TVRTableView *, TVRTableViewCell *, TVRIndexPath)
-{
-}
+void TVRTableViewDelegate::tableViewWillDisplayCell(TVRTableView *, TVRTableViewCell *, TVRIndexPath) { }

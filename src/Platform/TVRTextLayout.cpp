@@ -21,7 +21,7 @@ bool isParagraphBreak(QChar c)
     without leading), an empty paragraph one line of the font. Calls \a paragraph with each
     laid-out paragraph and its top; returns the total height.
 */
-template<typename Paragraph>
+template <typename Paragraph>
 qreal layOut(const QString &text, const QFont &font, qreal width, Paragraph paragraph)
 {
     QTextOption option = TVRTextLayout::wrappingOption();
@@ -74,7 +74,6 @@ qreal TVRTextLayout::plainTextHeight(const QString &text, const QFont &font, qre
 
 void TVRTextLayout::drawPlainText(QPainter *painter, const QRectF &rect, const QString &text, const QFont &font)
 {
-    layOut(text, font, rect.width(), [&](const QTextLayout &layout, qreal top) {
-        layout.draw(painter, rect.topLeft() + QPointF(0, top));
-    });
+    layOut(text, font, rect.width(),
+           [&](const QTextLayout &layout, qreal top) { layout.draw(painter, rect.topLeft() + QPointF(0, top)); });
 }

@@ -36,7 +36,7 @@ TVRViewController *outermost(const TVRViewController *controller)
     return current;
 }
 
-template<typename Container>
+template <typename Container>
 Container *nearest(const TVRViewController *controller)
 {
     for (TVRViewController *up = controller->parentViewController(); up; up = up->parentViewController()) {
@@ -82,9 +82,7 @@ void TVRViewController::loadView()
     setView(new QWidget);
 }
 
-void TVRViewController::viewDidLoad()
-{
-}
+void TVRViewController::viewDidLoad() { }
 
 void TVRViewController::setView(QWidget *view)
 {

@@ -9,7 +9,7 @@
 
 // A delegate held weakly: it reads as null once its object is destroyed. Only QObjects can
 // be watched that way, so a delegate that is not one is not kept.
-template<typename Delegate>
+template <typename Delegate>
 class TVRWeakDelegate
 {
 public:

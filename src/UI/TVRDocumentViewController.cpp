@@ -145,7 +145,7 @@ qreal TVRDocumentViewController::tableViewHeightForRowAtIndexPath(TVRTableView *
 }
 
 qreal TVRDocumentViewController::tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *tableView,
-                                                                         TVRIndexPath indexPath)
+                                                                           TVRIndexPath indexPath)
 {
     // Lines of average characters: close enough for the scroll range until the row is
     // measured, as it is before it is shown. Asked for every row at once, so the fonts'
@@ -173,7 +173,7 @@ qreal TVRDocumentViewController::tableViewEstimatedHeightForRowAtIndexPath(TVRTa
 }
 
 TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRTableView *tableView,
-                                                                             TVRIndexPath indexPath)
+                                                                            TVRIndexPath indexPath)
 {
     const std::shared_ptr<TVRSection> section = sections().value(indexPath.section);
     TVRSectionTableViewCell *cell = nullptr;

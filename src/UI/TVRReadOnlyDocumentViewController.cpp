@@ -38,7 +38,8 @@ bool TVRReadOnlyDocumentViewController::isModal() const
     // presented by nobody counts as modal, as intended.
     TVRNavigationController *navigation = navigationController();
     TVRViewController *navigationPresenting = navigation ? navigation->presentingViewController() : nullptr;
-    TVRViewController *presentedByThat = navigationPresenting ? navigationPresenting->presentedViewController() : nullptr;
+    TVRViewController *presentedByThat =
+        navigationPresenting ? navigationPresenting->presentedViewController() : nullptr;
     if (presentedByThat == navigation)
         return true;
     TVRTabBarController *tabs = tabBarController();

@@ -25,7 +25,7 @@ protected:
     // QTextEdit scrolls its cursor into view when first shown, which lays out and shapes
     // the first line once more. The view is as tall as its text and never scrolls, so the
     // cursor is always in view.
-    void showEvent(QShowEvent *) override {}
+    void showEvent(QShowEvent *) override { }
 };
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "TVRPalette_p.h"
 #include "TVRWrappingLabel_p.h"
 
-
 namespace {
 
 // Of the 40 px that a title is measured narrower than its row, the label takes 8 on either

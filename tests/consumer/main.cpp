@@ -3,9 +3,9 @@
 
 #include <Tovra.h>
 
-#include <QCoreApplication>
 #include <cstdio>
 #include <cstring>
+#include <QCoreApplication>
 
 int main(int argc, char *argv[])
 {

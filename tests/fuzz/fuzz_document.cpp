@@ -15,8 +15,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QJsonDocument json = QJsonDocument::fromJson(
-        QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size)));
+    const QJsonDocument json =
+        QJsonDocument::fromJson(QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size)));
     TVRDocument document(json.isArray() ? QJsonValue(json.array()) : QJsonValue(json.object()));
     qsizetype characters = document.identifier().size() + document.title().size();
     characters += document.date().isValid();

@@ -48,7 +48,10 @@ class FetchAgain : public QObject, public TVRDocumentManagerDelegate
 {
 public:
     void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool) override { manager->fetchTermsOfService(); }
-    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &) override { manager->fetchTermsOfService(); }
+    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &) override
+    {
+        manager->fetchTermsOfService();
+    }
 };
 
 class QuitWhenFetched : public QObject, public TVRDocumentManagerDelegate

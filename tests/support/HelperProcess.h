@@ -20,8 +20,8 @@ inline QStringList runHelper(const QStringList &arguments, const QStringList &en
         env.insert(assignment.section(QLatin1Char('='), 0, 0), assignment.section(QLatin1Char('='), 1));
     helper.setProcessEnvironment(env);
     helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
-    const bool ended = helper.waitForStarted()
-        && QTest::qWaitFor([&helper] { return helper.state() == QProcess::NotRunning; }, 60000);
+    const bool ended =
+        helper.waitForStarted() && QTest::qWaitFor([&helper] { return helper.state() == QProcess::NotRunning; }, 60000);
     if (!ended || helper.exitStatus() != QProcess::NormalExit || helper.exitCode() != 0) {
         // The whole of what the helper said, since a comparison shows only its start.
         const QString errors = QString::fromLocal8Bit(helper.readAllStandardError());

@@ -19,8 +19,8 @@ namespace {
 // QtKeychain keeps the kit's bytes base64-encoded, under its "server" and "user" attributes.
 QStringList attributes(const QString &service, const QString &account)
 {
-    return {QStringLiteral("server"), service, QStringLiteral("user"), account,
-            QStringLiteral("type"), QStringLiteral("base64")};
+    return {QStringLiteral("server"), service, QStringLiteral("user"), account, QStringLiteral("type"),
+            QStringLiteral("base64")};
 }
 
 // Runs libsecret's own command-line tool, which neither the kit nor QtKeychain is part of.
@@ -39,14 +39,16 @@ QByteArray secretTool(const QStringList &arguments, const QByteArray &input, boo
 bool KeychainProbe::writeRaw(const QString &service, const QString &account, const QByteArray &data)
 {
     bool ok = false;
-    secretTool(QStringList{QStringLiteral("store"), QStringLiteral("--label=") + service} + attributes(service, account),
+    secretTool(QStringList{QStringLiteral("store"), QStringLiteral("--label=") + service}
+                   + attributes(service, account),
                data.toBase64(), &ok);
     return ok;
 }
 
 QByteArray KeychainProbe::readRaw(const QString &service, const QString &account, bool *found)
 {
-    const QByteArray stored = secretTool(QStringList{QStringLiteral("lookup")} + attributes(service, account), {}, found);
+    const QByteArray stored =
+        secretTool(QStringList{QStringLiteral("lookup")} + attributes(service, account), {}, found);
     return QByteArray::fromBase64(stored.trimmed());
 }
 
@@ -54,8 +56,7 @@ int KeychainProbe::secretServiceItems(const QString &service, const QString &acc
 {
     using Attributes = QMap<QString, QString>;
     qDBusRegisterMetaType<Attributes>();
-    QDBusInterface secrets(QStringLiteral("org.freedesktop.secrets"),
-                           QStringLiteral("/org/freedesktop/secrets"),
+    QDBusInterface secrets(QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
                            QStringLiteral("org.freedesktop.Secret.Service"));
     const Attributes attributes{{QStringLiteral("server"), service}, {QStringLiteral("user"), account}};
     const QDBusMessage reply = secrets.call(QStringLiteral("SearchItems"), QVariant::fromValue(attributes));
@@ -94,10 +95,9 @@ bool KeychainProbe::SecretServiceCalls::start()
 bool KeychainProbe::SecretServiceCalls::mark()
 {
     const QString name = QStringLiteral("tovra.test.mark%1").arg(++m_marks);
-    QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                      QStringLiteral("/org/freedesktop/DBus"),
-                                                      QStringLiteral("org.freedesktop.DBus"),
-                                                      QStringLiteral("NameHasOwner"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
     call << name;
     QDBusConnection::sessionBus().call(call);
     return QTest::qWaitFor(
@@ -115,7 +115,8 @@ QStringList KeychainProbe::SecretServiceCalls::calls()
     // Everything after the mark of start(), which is the first the monitor showed.
     const QString seen = QString::fromUtf8(m_seen);
     QStringList methods;
-    static const QRegularExpression method(QStringLiteral("method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"));
+    static const QRegularExpression method(
+        QStringLiteral("method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"));
     for (auto match = method.globalMatch(seen); match.hasNext();)
         methods << match.next().captured(1);
     return methods;

@@ -49,8 +49,8 @@ qint32 MemoryItemStore::copyMatching(const QVariantMap &query, QVariant *result)
     if (index < 0)
         return errSecItemNotFound;
     if (result)
-        *result = query.value(kSecReturnData).toBool() ? QVariant(items[index].value(kSecValueData))
-                                                       : QVariant(items[index]);
+        *result =
+            query.value(kSecReturnData).toBool() ? QVariant(items[index].value(kSecValueData)) : QVariant(items[index]);
     return errSecSuccess;
 }
 

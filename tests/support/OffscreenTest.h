@@ -12,16 +12,16 @@
 
 // A main() that runs the widget test \a TestClass on Qt's offscreen platform, with one
 // screen of \a size (a QSize) made before the application starts.
-#define TOVRA_OFFSCREEN_TEST_MAIN(TestClass, size)                                                \
-    int main(int argc, char *argv[])                                                              \
-    {                                                                                             \
-        QTemporaryDir screenDir;                                                                  \
-        if (!useOffscreenScreen(screenDir.path(), size))                                          \
-            return 1;                                                                             \
-        QApplication app(argc, argv);                                                             \
-        TestClass test;                                                                           \
-        QTEST_SET_MAIN_SOURCE_PATH                                                                \
-        return QTest::qExec(&test, argc, argv);                                                   \
+#define TOVRA_OFFSCREEN_TEST_MAIN(TestClass, size)                                                                     \
+    int main(int argc, char *argv[])                                                                                   \
+    {                                                                                                                  \
+        QTemporaryDir screenDir;                                                                                       \
+        if (!useOffscreenScreen(screenDir.path(), size))                                                               \
+            return 1;                                                                                                  \
+        QApplication app(argc, argv);                                                                                  \
+        TestClass test;                                                                                                \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                                     \
+        return QTest::qExec(&test, argc, argv);                                                                        \
     }
 
 #endif

@@ -54,8 +54,7 @@ bool PrivateBus::addSilentSecretService(const QString &helper)
     env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_address);
     m_silentService.setProcessEnvironment(env);
     m_silentService.start(helper, {QStringLiteral("own-secrets-name")});
-    if (!m_silentService.waitForStarted()
-        || !QTest::qWaitFor([this] { return m_silentService.canReadLine(); }, 10000)
+    if (!m_silentService.waitForStarted() || !QTest::qWaitFor([this] { return m_silentService.canReadLine(); }, 10000)
         || m_silentService.readLine().trimmed() != "owned") {
         return false;
     }

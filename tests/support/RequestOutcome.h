@@ -19,9 +19,9 @@ struct RequestOutcome
     TVRHTTPResponse response;
     QJsonValue json;
     TVRError error;
-    bool returned = false;          // requestForPath() has returned
-    bool calledTooEarly = false;    // a handler ran before that
-    bool calledOffThread = false;   // a handler ran on another thread than the caller's
+    bool returned = false; // requestForPath() has returned
+    bool calledTooEarly = false; // a handler ran before that
+    bool calledOffThread = false; // a handler ran on another thread than the caller's
 
     int calls() const { return successes + failures; }
 };

@@ -16,8 +16,7 @@ class TestSession;
 
 // The same, then starts \a server and routes the kit's service host to it through
 // \a session. False, with the reason logged, when any of that fails.
-[[nodiscard]] bool startLoopbackService(const QString &applicationName, TestHttpsServer &server,
-                                        TestSession &session);
+[[nodiscard]] bool startLoopbackService(const QString &applicationName, TestHttpsServer &server, TestSession &session);
 
 // A field of /proc/self/status in KiB ("VmRSS", "VmHWM"); -1 where there is none.
 long processStatusKiB(const char *field);

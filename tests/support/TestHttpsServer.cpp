@@ -95,9 +95,7 @@ void TestHttpsServer::releaseHeld()
     }
 }
 
-void TestHttpsServer::missingHandler(const QHttpServerRequest &, QTcpSocket *)
-{
-}
+void TestHttpsServer::missingHandler(const QHttpServerRequest &, QTcpSocket *) { }
 
 void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
 {

@@ -9,8 +9,8 @@
 #include <QList>
 #include <QPair>
 #include <QPointer>
-#include <QTcpSocket>
 #include <QString>
+#include <QTcpSocket>
 
 #include <functional>
 
@@ -39,7 +39,7 @@ struct TestReply
     int delayMs = 0;
     bool dropConnection = false;
     int cutBodyAt = -1; // when set: the connection drops after this many bytes of the body
-    bool held = false;  // sent only when the test calls releaseHeld()
+    bool held = false; // sent only when the test calls releaseHeld()
 
     static TestReply json(int status, const QByteArray &body);
     static TestReply dropped();

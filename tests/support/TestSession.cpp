@@ -11,8 +11,7 @@ TestSession::~TestSession()
     qDeleteAll(findChildren<QNetworkReply *>());
 }
 
-QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &request,
-                                          QIODevice *outgoingData)
+QNetworkReply *TestSession::createRequest(Operation op, const QNetworkRequest &request, QIODevice *outgoingData)
 {
     QNetworkReply *reply = LoopbackSession::createRequest(op, request, outgoingData);
     ++m_liveReplies;
