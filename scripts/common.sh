@@ -11,8 +11,9 @@ tovra_packages=(
     fonts-dejavu-core fonts-noto-cjk
 )
 
-# Only for the fuzzing stage: clang and its libFuzzer runtime.
-tovra_fuzz_packages=(clang-14 libclang-rt-14-dev)
+# Only for the full run: clang and its libFuzzer runtime for the fuzzing stage, and the
+# format and lint checks.
+tovra_fuzz_packages=(clang-14 libclang-rt-14-dev clang-format clang-tidy)
 
 tovra_install_packages() {
     local missing=() package
@@ -40,6 +41,6 @@ tovra_build() {
     cmake -S . -B "$tovra_build_dir" -G Ninja \
         -DCMAKE_BUILD_TYPE="${BUILD_TYPE:-RelWithDebInfo}" \
         -DTOVRA_BUILD_TESTS=ON -DTOVRA_BUILD_EXAMPLES=ON -DTOVRA_BUILD_BENCHMARKS=ON \
-        -DTOVRA_WARNINGS_AS_ERRORS="$werror" "$@"
+        -DTOVRA_WARNINGS_AS_ERRORS="$werror" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON "$@"
     cmake --build "$tovra_build_dir" --parallel "$tovra_jobs"
 }

@@ -60,7 +60,7 @@ QVariant RQKeychain::loadValueForKey(const QString &key, const QString &accessGr
         return {};
 
     QString error;
-    const QVariant value = TVRArchiver::unarchivedObject(data.toByteArray(), &error);
+    QVariant value = TVRArchiver::unarchivedObject(data.toByteArray(), &error);
     if (!error.isNull()) {
         qCWarning(lcTovra, "Unarchive of %s failed: %s", qUtf8Printable(key), qUtf8Printable(error));
         return {};

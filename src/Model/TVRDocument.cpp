@@ -68,7 +68,7 @@ TVRSectionList TVRDocument::sections()
         TVRSectionList sections;
         const QJsonArray elements = d->dictionary.value(QStringLiteral("sections")).toArray();
         sections.reserve(elements.size());
-        for (const QJsonValue &element : elements)
+        for (const auto &element : elements)
             sections.append(std::make_shared<TVRSection>(element));
         d->sections = std::move(sections);
     }

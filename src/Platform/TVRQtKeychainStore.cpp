@@ -39,7 +39,7 @@ constexpr int unavailableForMs = 30 * 1000;
 
 QString backendService(const QVariantMap &query)
 {
-    const QString service = query.value(kSecAttrService).toString();
+    QString service = query.value(kSecAttrService).toString();
     const QVariant group = query.value(kSecAttrAccessGroup);
     if (!group.isValid())
         return service;

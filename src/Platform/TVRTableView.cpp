@@ -43,7 +43,7 @@ struct Anchor
 };
 
 // How long the table measures estimated rows at a time, between two events of the loop.
-constexpr qint64 measuringSliceNs = 4 * 1000 * 1000;
+constexpr qint64 measuringSliceNs = 4'000'000;
 
 } // namespace
 
