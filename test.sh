@@ -6,7 +6,8 @@
 #   1. builds in build/ and runs every test;
 #   2. builds in build-asan/ with AddressSanitizer and UBSan and runs them again;
 #   3. builds the fuzz targets with clang in build-fuzz/ and runs each for a minute;
-#   4. checks the format (.clang-format) and lints src/ (.clang-tidy) on build/.
+#   4. checks that src/'s folders include only downwards, the format (.clang-format),
+#      and lints src/ (.clang-tidy) on build/.
 # Safe to run again; later runs only rebuild what changed.
 #   ./test.sh            all three stages
 #   ./test.sh --quick    the first stage only
@@ -44,6 +45,7 @@ CC=clang-14 CXX=clang++-14 tovra_build -DTOVRA_FUZZ=ON -DTOVRA_BUILD_TESTS=OFF \
     -DTOVRA_BUILD_EXAMPLES=OFF -DTOVRA_BUILD_BENCHMARKS=OFF
 bash tests/fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"
 
-echo "== 4. format and lint"
+echo "== 4. layers, format and lint"
+cmake -P cmake/check_layers.cmake
 bash scripts/check-format.sh
 bash scripts/check-lint.sh build

@@ -8,6 +8,7 @@
 #include "TVRLogging_p.h"
 #include "TVRNavigationController.h"
 #include "TVRPrivacyPolicyViewController.h"
+#include "TVRSettings_p.h"
 #include "TVRTermsOfServiceViewController.h"
 #include "TVRTermsViewController.h"
 #include "TVRUserManager.h"
@@ -22,22 +23,9 @@ const QString kTVRUserIdentifier = QStringLiteral("tovrakit.userIdentifier");
 
 namespace {
 
-struct Settings
+TVRSettings &settings()
 {
-    QString apiKey;
-    QString apiSecret;
-    QString appName;
-    QVariant userIdentifier;
-    QVariant userName;
-    QVariant userImageUrl;
-    bool scrollToBottomEnabled = false;
-    bool alertOnAgreeEnabled = false;
-};
-
-Settings &settings()
-{
-    static Settings instance;
-    return instance;
+    return TVRSettings::current();
 }
 
 // What the log lines show for a document and an error, after the platform's descriptions.
@@ -53,12 +41,6 @@ QString describe(const std::shared_ptr<TVRDocument> &document)
 QString describe(const TVRError &error)
 {
     return QStringLiteral("Error Domain=%1 Code=%2 \"%3\"").arg(error.domain()).arg(error.code()).arg(error.message());
-}
-
-// Qt has no "unset" for these names: an empty one is taken as absent.
-QString nameOrNull(const QString &name)
-{
-    return name.isEmpty() ? QString() : name;
 }
 
 } // namespace
@@ -94,15 +76,7 @@ void TVRManager::setAppName(const QString &name)
 
 QString TVRManager::appName()
 {
-    if (!settings().appName.isNull())
-        return settings().appName;
-
-    // The application name is Qt's bundle name: set by the host, else the executable's
-    // name. The display name is the localised one; Qt falls back to the application name
-    // when the host set none, so it is preferred whenever it is there.
-    const QString bundleName = nameOrNull(QCoreApplication::applicationName());
-    const QString displayName = nameOrNull(QGuiApplication::applicationDisplayName());
-    return displayName.isNull() ? bundleName : displayName;
+    return TVRSettings::effectiveAppName();
 }
 
 void TVRManager::setUserIdentifier(const QVariant &identifier)

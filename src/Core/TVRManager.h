@@ -1,6 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
+// TVRManager is the kit's facade, and the one class allowed to reach every folder of the
+// kit: it writes the settings that the request layer and the model read, keeps the user's
+// identifier through the keychain store, starts the agreement check and makes the
+// document screens. Every other folder includes only the folders below it (see the
+// README's layout, checked by cmake/check_layers.cmake).
+
 #ifndef TVRMANAGER_H
 #define TVRMANAGER_H
 

@@ -4,7 +4,7 @@
 #include "TVRSection.h"
 
 #include "TVRJSONText_p.h"
-#include "TVRManager.h"
+#include "TVRSettings_p.h"
 
 class TVRSectionPrivate
 {
@@ -37,7 +37,7 @@ QString TVRSection::body() const
 {
     QString body = TVRJSONText::read(d->dictionary, QStringLiteral("body"));
     if (!body.isNull())
-        body.replace(QStringLiteral("#####"), TVRManager::appName());
+        body.replace(QStringLiteral("#####"), TVRSettings::effectiveAppName());
     return body;
 }
 

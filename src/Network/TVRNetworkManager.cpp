@@ -3,7 +3,7 @@
 
 #include "TVRNetworkManager.h"
 
-#include "TVRManager.h"
+#include "TVRSettings_p.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -119,7 +119,7 @@ QUrl TVRNetworkManager::baseURLComponents()
 QNetworkRequest TVRNetworkManager::requestWithURL(const QUrl &url)
 {
     // A missing key or secret is written as empty text: no key and no secret give ":".
-    const QString credentials = TVRManager::apiKey() + QLatin1Char(':') + TVRManager::apiSecret();
+    const QString credentials = TVRSettings::current().apiKey + QLatin1Char(':') + TVRSettings::current().apiSecret;
 
     QNetworkRequest request(url);
     request.setRawHeader("Content-Type", "application/json");
