@@ -17,7 +17,7 @@
     with QDataStream: texts, byte arrays, numbers, booleans, addresses,
     UUIDs, dates and times. Saving any other kind of value gives false and leaves the
     stored item alone; stored bytes that name another kind are not decoded. An access group, where given, is completed with the application's team
-    prefix by getFullAppleIdentifier(); a null group means the platform's default.
+    prefix by getFullAppleIdentifier(); a null group means the keychain's default group.
 
     Every call is synchronous and goes to TVRSecureItemStore::defaultStore(). While a call
     waits for the keychain, no other callback of the kit runs. Failures never throw: saving

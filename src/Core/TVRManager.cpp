@@ -28,7 +28,8 @@ TVRSettings &settings()
     return TVRSettings::current();
 }
 
-// What the log lines show for a document and an error, after the platform's descriptions.
+// What the log lines show for a document and an error: the class and address with the
+// document's _id, and the error's domain, code and message.
 QString describe(const std::shared_ptr<TVRDocument> &document)
 {
     if (!document)

@@ -12,7 +12,7 @@ class QLabel;
 class QToolButton;
 
 // The bar over a navigation controller's screens: the title in the middle, a bar button
-// on either side. 44 px high, as the platform's.
+// on either side. 44 px high, the height of a phone's navigation bar.
 class TVRNavigationBar : public QWidget
 {
     Q_OBJECT

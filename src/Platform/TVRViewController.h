@@ -57,7 +57,7 @@ public:
 
     /*!
         Shows \a controller over this screen's window and takes ownership of it. The
-        \a animated flag is accepted for the platform's sake; there is no transition.
+        \a animated flag is accepted so that calls read as on a phone; there is no transition.
         \a completion runs once the screen is shown.
     */
     void presentViewController(TVRViewController *controller, bool animated = true,

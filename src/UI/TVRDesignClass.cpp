@@ -23,7 +23,8 @@ Settings &settings()
     return instance;
 }
 
-// The platform's system font at \a pixels device-independent pixels (its points).
+// Qt's general system font (QFontDatabase::GeneralFont) at \a pixels device-independent
+// pixels, which are the points of the sizes given.
 QFont systemFont(int pixels, bool bold)
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);

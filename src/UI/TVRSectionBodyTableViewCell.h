@@ -13,7 +13,7 @@ class QTextEdit;
 
 /*!
     \brief The row with a section's body: a text view that does not scroll, 8 px in from
-    either side and as tall as the row. Like the platform's text view it stays editable
+    either side and as tall as the row. A QTextEdit with its defaults, it stays editable
     and selectable; the text is laid out with no margin, so it fits the measured height.
 */
 class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
