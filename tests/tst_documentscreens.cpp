@@ -20,6 +20,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
 #include <QVBoxLayout>
@@ -133,6 +134,7 @@ private Q_SLOTS:
     void completionWithoutSuccessStillUpdates();
     void privacyTitleIsFixed();
     void longDocumentKeepsFewCells();
+    void subviewWritersReplacePlaceAndOwn();
 
 private:
     TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
@@ -601,6 +603,100 @@ void tst_DocumentScreens::longDocumentKeepsFewCells()
     QVERIFY2(alive <= mostVisible + 4, qPrintable(u"%1 cells alive for %2 visible"_s.arg(alive).arg(mostVisible)));
     QVERIFY(saveScreenshot(screen->window(), u"terms-end-of-300"_s));
     m_session.abortAll();
+}
+
+void tst_DocumentScreens::subviewWritersReplacePlaceAndOwn()
+{
+    const auto document = std::make_shared<TVRDocument>(QJsonValue(documentJson(u"Agreement"_s, 4)));
+
+    // Given before the view exists, a subview is placed when the screen is shown.
+    auto *early = new TVRTermsViewController(document);
+    QPointer<QToolBar> earlyToolbar = new QToolBar;
+    early->setToolbar(earlyToolbar);
+    showInNavigation(early);
+    QTRY_VERIFY(earlyToolbar->isVisible());
+    QCOMPARE(earlyToolbar->window(), early->window());
+
+    auto *screen = new TVRTermsViewController(document);
+    showInNavigation(screen);
+    QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty());
+
+    // The toolbar: the new one sits where the old one sat, under the table.
+    QPointer<QToolBar> oldToolbar = screen->toolbar();
+    const QRect toolbarPlace = oldToolbar->geometry();
+    QPointer<QToolBar> toolbar = new QToolBar;
+    toolbar->setFixedHeight(toolbarPlace.height());
+    toolbar->addAction(u"Custom"_s);
+    screen->setToolbar(toolbar);
+    QVERIFY(oldToolbar.isNull());
+    QCOMPARE(screen->toolbar(), toolbar.data());
+    QVERIFY(toolbar->isVisible());
+    QTRY_COMPARE(toolbar->geometry(), toolbarPlace);
+
+    // The table: the new one fills the old one's place and shows the same rows under the
+    // same header.
+    QPointer<TVRTableView> oldTable = screen->tableView();
+    QPointer<TVRHeaderView> header = screen->headerView();
+    const QRect tablePlace = oldTable->geometry();
+    const int sections = oldTable->numberOfSections();
+    QPointer<TVRTableView> table = new TVRTableView(TVRTableView::Style::Grouped);
+    screen->setTableView(table);
+    QVERIFY(oldTable.isNull());
+    QVERIFY(header);
+    QVERIFY(table->isVisible());
+    QTRY_COMPARE(table->geometry(), tablePlace);
+    QTRY_VERIFY(!table->visibleCells().isEmpty());
+    QCOMPARE(table->numberOfSections(), sections);
+    QCOMPARE(header->parentWidget(), table->viewport());
+
+    // The header: the new one heads the table.
+    QPointer<TVRHeaderView> newHeader = new TVRHeaderView(QRect(0, 0, 100, 60));
+    screen->setHeaderView(newHeader);
+    QVERIFY(header.isNull());
+    QCOMPARE(newHeader->parentWidget(), table->viewport());
+    QVERIFY(newHeader->isVisible());
+
+    // The header's date label spans the header.
+    QPointer<QLabel> oldDate = newHeader->dateLabel();
+    QPointer<QLabel> date = new QLabel(u"May 1, 2026"_s);
+    newHeader->setDateLabel(date);
+    QVERIFY(oldDate.isNull());
+    QCOMPARE(date->parentWidget(), newHeader.data());
+    QVERIFY(date->isVisible());
+    QCOMPARE(date->width(), newHeader->width());
+
+    // The cells: the new label and text view take the old ones' places and show the section.
+    QTRY_VERIFY(table->cellForRowAtIndexPath({0, 1}));
+    auto *titleCell = qobject_cast<TVRSectionTitleTableViewCell *>(table->cellForRowAtIndexPath({0, 0}));
+    auto *bodyCell = qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(titleCell && bodyCell);
+    QPointer<QLabel> oldTitle = titleCell->titleLabel();
+    QPointer<QTextEdit> oldBody = bodyCell->bodyTextView();
+    const QRect titlePlace = oldTitle->geometry();
+    const QRect bodyPlace = oldBody->geometry();
+    QPointer<QLabel> title = new QLabel;
+    QPointer<QTextEdit> body = new QTextEdit;
+    titleCell->setTitleLabel(title);
+    bodyCell->setBodyTextView(body);
+    QVERIFY(oldTitle.isNull() && oldBody.isNull());
+    QCOMPARE(title->text(), titleCell->section()->title());
+    QCOMPARE(body->toPlainText(), bodyCell->section()->body());
+    QVERIFY(titleCell->isAncestorOf(title) && bodyCell->isAncestorOf(body));
+    QVERIFY(title->isVisible() && body->isVisible());
+    QTRY_COMPARE(title->geometry(), titlePlace);
+    QTRY_COMPARE(body->geometry(), bodyPlace);
+
+    // All of it belongs to the screens now.
+    for (const QPointer<QWidget> &window : std::as_const(m_windows))
+        delete window;
+    m_windows.clear();
+    QVERIFY(earlyToolbar.isNull());
+    QVERIFY(toolbar.isNull());
+    QVERIFY(table.isNull());
+    QVERIFY(newHeader.isNull());
+    QVERIFY(date.isNull());
+    QVERIFY(title.isNull());
+    QVERIFY(body.isNull());
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_DocumentScreens, screenSize())

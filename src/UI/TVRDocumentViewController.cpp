@@ -9,6 +9,7 @@
 #include "TVRPalette_p.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
+#include "TVRSubview_p.h"
 #include "TVRTableView.h"
 
 #include <QFontMetricsF>
@@ -70,6 +71,13 @@ TVRHeaderView *TVRDocumentViewController::headerView()
 
 void TVRDocumentViewController::setHeaderView(TVRHeaderView *headerView)
 {
+    if (headerView == m_headerView)
+        return;
+    if (m_tableView) {
+        m_tableView->setTableHeaderView(headerView); // deletes the header it showed
+    } else {
+        delete m_headerView;
+    }
     m_headerView = headerView;
 }
 
@@ -78,10 +86,7 @@ TVRTableView *TVRDocumentViewController::tableView()
     if (!m_tableView) {
         auto *table = new TVRTableView(TVRTableView::Style::Grouped);
         table->resize(isViewLoaded() ? view()->size() : QSize());
-        table->setDelegate(this);
-        table->setDataSource(this);
-        table->setBackgroundColor(Qt::white);
-        table->setTableHeaderView(headerView());
+        showDocumentIn(table);
         m_tableView = table;
     }
     return m_tableView;
@@ -89,7 +94,27 @@ TVRTableView *TVRDocumentViewController::tableView()
 
 void TVRDocumentViewController::setTableView(TVRTableView *tableView)
 {
+    if (tableView == m_tableView)
+        return;
+    if (m_tableView) {
+        m_tableView->setDataSource(nullptr);
+        m_tableView->setDelegate(nullptr);
+        // The header moves to the new table rather than going with the old one.
+        if (m_headerView && m_headerView->parentWidget() == m_tableView->viewport())
+            m_headerView->setParent(nullptr);
+    }
+    TVRSubview::replace(m_tableView, tableView);
     m_tableView = tableView;
+    if (tableView)
+        showDocumentIn(tableView);
+}
+
+void TVRDocumentViewController::showDocumentIn(TVRTableView *table)
+{
+    table->setDelegate(this);
+    table->setDataSource(this);
+    table->setBackgroundColor(Qt::white);
+    table->setTableHeaderView(headerView());
 }
 
 void TVRDocumentViewController::loadView()

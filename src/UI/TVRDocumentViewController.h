@@ -42,10 +42,14 @@ public:
 
     //! Made on first read: at (0, 0), the primary screen's width, 44 high.
     TVRHeaderView *headerView();
+    //! Replaces the header: the new one takes its place, belongs to the screen from now on and
+    //! shows above the rows; the one it replaces is deleted.
     void setHeaderView(TVRHeaderView *headerView);
 
     //! Made on first read: a grouped white table filling the view, under the header.
     TVRTableView *tableView();
+    //! Replaces the table: the new one takes its place, belongs to the screen from now on and
+    //! shows the document under the header; the one it replaces is deleted.
     void setTableView(TVRTableView *tableView);
 
     int numberOfSectionsInTableView(TVRTableView *tableView) override;
@@ -74,6 +78,8 @@ protected:
     virtual void setupConstraints();
 
 private:
+    void showDocumentIn(TVRTableView *table);
+
     const QString m_titleOnLoad;
     QPointer<TVRHeaderView> m_headerView;
     QPointer<TVRTableView> m_tableView;

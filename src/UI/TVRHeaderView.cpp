@@ -5,6 +5,7 @@
 
 #include "TVRDesignClass.h"
 #include "TVRPalette_p.h"
+#include "TVRSubview_p.h"
 
 #include <QLabel>
 
@@ -34,7 +35,13 @@ QLabel *TVRHeaderView::dateLabel()
 
 void TVRHeaderView::setDateLabel(QLabel *label)
 {
+    if (label == m_dateLabel)
+        return;
+    if (label)
+        label->setParent(this);
+    TVRSubview::replace(m_dateLabel, label);
     m_dateLabel = label;
+    placeDateLabel();
 }
 
 void TVRHeaderView::setupConstraints()

@@ -28,6 +28,8 @@ public:
 
     //! Made on first read with the date font and colour of that moment.
     QLabel *dateLabel();
+    //! Replaces the date label: the new one takes its place, belongs to the header from now on and
+    //! shows across its width; the one it replaces is deleted.
     void setDateLabel(QLabel *label);
 
 protected:

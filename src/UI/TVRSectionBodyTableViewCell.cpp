@@ -5,6 +5,7 @@
 
 #include "TVRDesignClass.h"
 #include "TVRPalette_p.h"
+#include "TVRSubview_p.h"
 #include "TVRTextLayout_p.h"
 
 #include <QTextEdit>
@@ -65,7 +66,10 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
 
 void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
 {
+    TVRSubview::replace(m_bodyTextView, textView);
     m_bodyTextView = textView;
+    if (textView)
+        setSection(section()); // the new text view shows the cell's body
 }
 
 QString TVRSectionBodyTableViewCell::cellIdentifier()

@@ -28,6 +28,8 @@ public:
 
     //! Made on first read, with the body font and colour of that moment.
     QTextEdit *bodyTextView();
+    //! Replaces the body's text view: the new one takes its place, belongs to the cell from now on and
+    //! shows the section's body; the one it replaces is deleted.
     void setBodyTextView(QTextEdit *textView);
 
     static QString cellIdentifier();

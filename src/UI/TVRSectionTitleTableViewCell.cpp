@@ -5,6 +5,7 @@
 
 #include "TVRDesignClass.h"
 #include "TVRPalette_p.h"
+#include "TVRSubview_p.h"
 #include "TVRWrappingLabel_p.h"
 
 namespace {
@@ -50,7 +51,10 @@ QLabel *TVRSectionTitleTableViewCell::titleLabel()
 
 void TVRSectionTitleTableViewCell::setTitleLabel(QLabel *label)
 {
+    TVRSubview::replace(m_titleLabel, label);
     m_titleLabel = label;
+    if (label)
+        setSection(section()); // the new label shows the cell's title
 }
 
 QString TVRSectionTitleTableViewCell::cellIdentifier()

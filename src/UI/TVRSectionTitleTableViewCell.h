@@ -29,6 +29,8 @@ public:
 
     //! Made on first read, with the title font and colour of that moment.
     QLabel *titleLabel();
+    //! Replaces the title label: the new one takes its place, belongs to the cell from now on and
+    //! shows the section's title; the one it replaces is deleted.
     void setTitleLabel(QLabel *label);
 
     static QString cellIdentifier();

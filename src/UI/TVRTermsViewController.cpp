@@ -5,6 +5,7 @@
 
 #include "TVRDocumentManager.h"
 #include "TVRPalette_p.h"
+#include "TVRSubview_p.h"
 #include "TVRTableView.h"
 
 #include <QAction>
@@ -45,6 +46,7 @@ QToolBar *TVRTermsViewController::toolbar()
 
 void TVRTermsViewController::setToolbar(QToolBar *toolbar)
 {
+    TVRSubview::replace(m_toolbar, toolbar);
     m_toolbar = toolbar;
 }
 

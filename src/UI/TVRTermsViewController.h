@@ -32,6 +32,8 @@ public:
 
     //! Made on first read: Disagree, a flexible space and Agree, 52 px high.
     QToolBar *toolbar();
+    //! Replaces the toolbar: the new one takes its place, belongs to the screen from now on and
+    //! shows under the table; the one it replaces is deleted.
     void setToolbar(QToolBar *toolbar);
 
     //! Made on first read: "Disagree", plain style.
