@@ -3,11 +3,44 @@
 
 #include "TVRError.h"
 
-TVRError::TVRError(const QString &domain, int code, const QString &message)
-    : m_domain(domain)
-    , m_code(code)
-    , m_message(message)
+class TVRErrorData : public QSharedData
 {
+public:
+    QString domain;
+    int code = 0;
+    QString message;
+};
+
+TVRError::TVRError()
+    : d(new TVRErrorData)
+{
+}
+
+TVRError::TVRError(const QString &domain, int code, const QString &message)
+    : d(new TVRErrorData)
+{
+    d->domain = domain;
+    d->code = code;
+    d->message = message;
+}
+
+TVRError::TVRError(const TVRError &other) = default;
+TVRError &TVRError::operator=(const TVRError &other) = default;
+TVRError::~TVRError() = default;
+
+QString TVRError::domain() const
+{
+    return d->domain;
+}
+
+int TVRError::code() const
+{
+    return d->code;
+}
+
+QString TVRError::message() const
+{
+    return d->message;
 }
 
 QString TVRError::networkDomain()
@@ -22,5 +55,5 @@ QString TVRError::kitDomain()
 
 bool TVRError::operator==(const TVRError &other) const
 {
-    return m_domain == other.m_domain && m_code == other.m_code && m_message == other.m_message;
+    return d == other.d || (d->domain == other.d->domain && d->code == other.d->code && d->message == other.d->message);
 }

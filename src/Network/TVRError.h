@@ -7,7 +7,10 @@
 #include "tovra_export.h"
 
 #include <QMetaType>
+#include <QSharedDataPointer>
 #include <QString>
+
+class TVRErrorData;
 
 /*!
     \brief What went wrong with a request: a domain, a code within it and a readable message.
@@ -18,23 +21,24 @@
 class TOVRA_EXPORT TVRError
 {
 public:
-    TVRError() = default;
+    TVRError();
     TVRError(const QString &domain, int code, const QString &message);
+    TVRError(const TVRError &other);
+    TVRError &operator=(const TVRError &other);
+    ~TVRError();
 
     static QString networkDomain();
     static QString kitDomain();
 
-    QString domain() const { return m_domain; }
-    int code() const { return m_code; }
-    QString message() const { return m_message; }
+    QString domain() const;
+    int code() const;
+    QString message() const;
 
     bool operator==(const TVRError &other) const;
     bool operator!=(const TVRError &other) const { return !(*this == other); }
 
 private:
-    QString m_domain;
-    int m_code = 0;
-    QString m_message;
+    QSharedDataPointer<TVRErrorData> d;
 };
 
 Q_DECLARE_METATYPE(TVRError)

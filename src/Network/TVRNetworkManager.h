@@ -47,7 +47,7 @@ using TVRRequestFailureHandler = std::function<void(const TVRHTTPResponse &respo
     \brief Base class of the kit's service managers: sends authenticated JSON requests to
     the service and hands each answer to a completion handler.
 
-    Every request goes to https://<service host><path> and carries "Content-Type:
+    Every request goes to https://\<service host\>\<path\> and carries "Content-Type:
     application/json" and "Authorization: Basic ..." made from TVRManager's API key and
     secret as they are when the request is built. A redirect is followed only to the same
     origin; any other ends in the failure handler, so the credentials never leave the

@@ -4,7 +4,6 @@
 #ifndef TVRNAVIGATIONBAR_P_H
 #define TVRNAVIGATIONBAR_P_H
 
-#include <QPointer>
 #include <QWidget>
 
 class QAction;

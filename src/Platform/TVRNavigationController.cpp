@@ -10,8 +10,18 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+class TVRNavigationControllerPrivate
+{
+public:
+    TVRNavigationBar *bar = nullptr;
+    QStackedWidget *stack = nullptr;
+    QList<TVRViewController *> controllers;
+    QAction *back = nullptr;
+};
+
 TVRNavigationController::TVRNavigationController(TVRViewController *rootViewController, QWidget *parent)
     : TVRViewController(parent)
+    , d(std::make_unique<TVRNavigationControllerPrivate>())
 {
     if (rootViewController)
         pushViewController(rootViewController, false);
@@ -21,18 +31,18 @@ TVRNavigationController::~TVRNavigationController() = default;
 
 QList<TVRViewController *> TVRNavigationController::viewControllers() const
 {
-    return m_controllers;
+    return d->controllers;
 }
 
 TVRViewController *TVRNavigationController::topViewController() const
 {
-    return m_controllers.isEmpty() ? nullptr : m_controllers.constLast();
+    return d->controllers.isEmpty() ? nullptr : d->controllers.constLast();
 }
 
 QWidget *TVRNavigationController::navigationBar()
 {
     view();
-    return m_bar;
+    return d->bar;
 }
 
 void TVRNavigationController::loadView()
@@ -41,37 +51,37 @@ void TVRNavigationController::loadView()
     auto *layout = new QVBoxLayout(root);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    m_bar = new TVRNavigationBar(root);
-    m_stack = new QStackedWidget(root);
-    layout->addWidget(m_bar);
-    layout->addWidget(m_stack, 1);
-    m_back = new QAction(tr("Back"), this);
-    connect(m_back, &QAction::triggered, this, [this] { popViewControllerAnimated(); });
+    d->bar = new TVRNavigationBar(root);
+    d->stack = new QStackedWidget(root);
+    layout->addWidget(d->bar);
+    layout->addWidget(d->stack, 1);
+    d->back = new QAction(tr("Back"), this);
+    connect(d->back, &QAction::triggered, this, [this] { popViewControllerAnimated(); });
     setView(root);
 
-    for (TVRViewController *controller : std::as_const(m_controllers))
-        m_stack->addWidget(controller);
-    if (!m_controllers.isEmpty())
-        m_stack->setCurrentWidget(m_controllers.constLast());
+    for (TVRViewController *controller : std::as_const(d->controllers))
+        d->stack->addWidget(controller);
+    if (!d->controllers.isEmpty())
+        d->stack->setCurrentWidget(d->controllers.constLast());
     updateBar();
 }
 
 void TVRNavigationController::pushViewController(TVRViewController *controller, bool animated)
 {
     Q_UNUSED(animated) // no transitions
-    if (!controller || m_controllers.contains(controller))
+    if (!controller || d->controllers.contains(controller))
         return;
     if (TVRViewController *previous = topViewController()) {
         disconnect(previous, nullptr, this, nullptr);
         disconnect(previous->navigationItem(), nullptr, this, nullptr);
     }
     setParentViewController(controller, this);
-    m_controllers.append(controller);
+    d->controllers.append(controller);
     connect(controller, &TVRViewController::titleChanged, this, &TVRNavigationController::updateBar);
     connect(controller->navigationItem(), &TVRNavigationItem::changed, this, &TVRNavigationController::updateBar);
-    if (m_stack) {
-        m_stack->addWidget(controller);
-        m_stack->setCurrentWidget(controller);
+    if (d->stack) {
+        d->stack->addWidget(controller);
+        d->stack->setCurrentWidget(controller);
         updateBar();
     } else {
         controller->setParent(this);
@@ -82,9 +92,9 @@ void TVRNavigationController::pushViewController(TVRViewController *controller, 
 void TVRNavigationController::popViewControllerAnimated(bool animated)
 {
     Q_UNUSED(animated)
-    if (m_controllers.size() < 2)
+    if (d->controllers.size() < 2)
         return;
-    TVRViewController *popped = m_controllers.takeLast();
+    TVRViewController *popped = d->controllers.takeLast();
     disconnect(popped, nullptr, this, nullptr);
     disconnect(popped->navigationItem(), nullptr, this, nullptr);
     setParentViewController(popped, nullptr);
@@ -94,26 +104,26 @@ void TVRNavigationController::popViewControllerAnimated(bool animated)
     TVRViewController *top = topViewController();
     connect(top, &TVRViewController::titleChanged, this, &TVRNavigationController::updateBar);
     connect(top->navigationItem(), &TVRNavigationItem::changed, this, &TVRNavigationController::updateBar);
-    if (m_stack)
-        m_stack->setCurrentWidget(top);
+    if (d->stack)
+        d->stack->setCurrentWidget(top);
     updateBar();
 }
 
 void TVRNavigationController::updateBar()
 {
-    if (!m_bar)
+    if (!d->bar)
         return;
     TVRViewController *top = topViewController();
     if (!top) {
-        m_bar->setTitle(QString());
-        m_bar->setItems(nullptr, nullptr);
+        d->bar->setTitle(QString());
+        d->bar->setItems(nullptr, nullptr);
         return;
     }
     // The top screen may not be shown yet; its title and items are set as it loads.
     top->view();
     QAction *left = top->navigationItem()->leftBarButtonItem();
-    if (!left && m_controllers.size() > 1)
-        left = m_back;
-    m_bar->setTitle(top->title());
-    m_bar->setItems(left, top->navigationItem()->rightBarButtonItem());
+    if (!left && d->controllers.size() > 1)
+        left = d->back;
+    d->bar->setTitle(top->title());
+    d->bar->setItems(left, top->navigationItem()->rightBarButtonItem());
 }

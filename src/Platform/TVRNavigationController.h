@@ -7,9 +7,12 @@
 #include "tovra_export.h"
 #include "TVRViewController.h"
 
+#include <memory>
 #include <QList>
 
 class TVRNavigationBar;
+
+class TVRNavigationControllerPrivate;
 
 /*!
     \brief A stack of screens under a navigation bar that shows the top screen's title and
@@ -41,10 +44,7 @@ protected:
 private:
     void updateBar();
 
-    TVRNavigationBar *m_bar = nullptr;
-    class QStackedWidget *m_stack = nullptr;
-    QList<TVRViewController *> m_controllers;
-    QAction *m_back = nullptr;
+    std::unique_ptr<TVRNavigationControllerPrivate> const d;
 };
 
 #endif

@@ -6,10 +6,12 @@
 
 #include "tovra_export.h"
 
+#include <memory>
 #include <QObject>
-#include <QPointer>
 
 class QAction;
+
+class TVRNavigationItemPrivate;
 
 /*!
     \brief The buttons a screen shows in the navigation bar of its navigation controller.
@@ -24,19 +26,19 @@ class TOVRA_EXPORT TVRNavigationItem : public QObject
 
 public:
     explicit TVRNavigationItem(QObject *parent = nullptr);
+    ~TVRNavigationItem() override;
 
-    QAction *leftBarButtonItem() const { return m_left; }
+    QAction *leftBarButtonItem() const;
     void setLeftBarButtonItem(QAction *item);
 
-    QAction *rightBarButtonItem() const { return m_right; }
+    QAction *rightBarButtonItem() const;
     void setRightBarButtonItem(QAction *item);
 
 Q_SIGNALS:
     void changed();
 
 private:
-    QPointer<QAction> m_left;
-    QPointer<QAction> m_right;
+    std::unique_ptr<TVRNavigationItemPrivate> const d;
 };
 
 #endif

@@ -7,61 +7,76 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
+class TVRTabBarControllerPrivate
+{
+public:
+    QList<TVRViewController *> controllers;
+    QTabBar *tabs = nullptr;
+    QStackedWidget *stack = nullptr;
+    int selected = 0;
+};
+
 TVRTabBarController::TVRTabBarController(QWidget *parent)
     : TVRViewController(parent)
+    , d(std::make_unique<TVRTabBarControllerPrivate>())
 {
 }
 
 TVRTabBarController::~TVRTabBarController() = default;
 
+QList<TVRViewController *> TVRTabBarController::viewControllers() const
+{
+    return d->controllers;
+}
+
 void TVRTabBarController::setViewControllers(const QList<TVRViewController *> &controllers)
 {
-    for (TVRViewController *old : std::as_const(m_controllers)) {
+    for (TVRViewController *old : std::as_const(d->controllers)) {
         if (!controllers.contains(old)) {
             setParentViewController(old, nullptr);
             old->deleteLater();
         }
         disconnect(old, nullptr, this, nullptr);
     }
-    m_controllers = controllers;
+    d->controllers = controllers;
     for (TVRViewController *controller : controllers) {
         setParentViewController(controller, this);
         controller->setParent(this);
         controller->hide();
         connect(controller, &TVRViewController::titleChanged, this, [this, controller] {
-            if (m_tabs)
-                m_tabs->setTabText(m_controllers.indexOf(controller), controller->title());
+            if (d->tabs)
+                d->tabs->setTabText(d->controllers.indexOf(controller), controller->title());
         });
     }
-    m_selected = controllers.isEmpty() ? -1 : 0;
+    d->selected = controllers.isEmpty() ? -1 : 0;
     rebuild();
 }
 
 int TVRTabBarController::selectedIndex() const
 {
-    return m_selected;
+    return d->selected;
 }
 
 void TVRTabBarController::setSelectedIndex(int index)
 {
-    if (index < 0 || index >= m_controllers.size())
+    if (index < 0 || index >= d->controllers.size())
         return;
-    m_selected = index;
-    if (m_stack) {
-        m_stack->setCurrentWidget(m_controllers.at(index));
-        m_tabs->setCurrentIndex(index);
+    d->selected = index;
+    if (d->stack) {
+        d->stack->setCurrentWidget(d->controllers.at(index));
+        d->tabs->setCurrentIndex(index);
     }
 }
 
 TVRViewController *TVRTabBarController::selectedViewController() const
 {
-    return m_selected >= 0 && m_selected < m_controllers.size() ? m_controllers.at(m_selected) : nullptr;
+    return d->selected >= 0 && d->selected < d->controllers.size() ? d->controllers.at(d->selected) : nullptr;
 }
 
 QTabBar *TVRTabBarController::tabBar()
 {
     view();
-    return m_tabs;
+    return d->tabs;
 }
 
 void TVRTabBarController::loadView()
@@ -70,28 +85,28 @@ void TVRTabBarController::loadView()
     auto *layout = new QVBoxLayout(root);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    m_stack = new QStackedWidget(root);
-    m_tabs = new QTabBar(root);
-    m_tabs->setExpanding(true);
-    m_tabs->setShape(QTabBar::RoundedSouth);
-    layout->addWidget(m_stack, 1);
-    layout->addWidget(m_tabs);
-    connect(m_tabs, &QTabBar::currentChanged, this, &TVRTabBarController::setSelectedIndex);
+    d->stack = new QStackedWidget(root);
+    d->tabs = new QTabBar(root);
+    d->tabs->setExpanding(true);
+    d->tabs->setShape(QTabBar::RoundedSouth);
+    layout->addWidget(d->stack, 1);
+    layout->addWidget(d->tabs);
+    connect(d->tabs, &QTabBar::currentChanged, this, &TVRTabBarController::setSelectedIndex);
     setView(root);
     rebuild();
 }
 
 void TVRTabBarController::rebuild()
 {
-    if (!m_stack)
+    if (!d->stack)
         return;
-    const QSignalBlocker blocker(m_tabs);
-    while (m_tabs->count())
-        m_tabs->removeTab(0);
-    for (TVRViewController *controller : std::as_const(m_controllers)) {
-        m_stack->addWidget(controller);
+    const QSignalBlocker blocker(d->tabs);
+    while (d->tabs->count())
+        d->tabs->removeTab(0);
+    for (TVRViewController *controller : std::as_const(d->controllers)) {
+        d->stack->addWidget(controller);
         controller->view();
-        m_tabs->addTab(controller->title());
+        d->tabs->addTab(controller->title());
     }
-    setSelectedIndex(m_selected);
+    setSelectedIndex(d->selected);
 }

@@ -7,10 +7,13 @@
 #include "tovra_export.h"
 #include "TVRViewController.h"
 
+#include <memory>
 #include <QList>
 
 class QStackedWidget;
 class QTabBar;
+
+class TVRTabBarControllerPrivate;
 
 /*!
     \brief Screens side by side, one shown at a time, chosen with a tab bar at the bottom
@@ -24,7 +27,7 @@ public:
     explicit TVRTabBarController(QWidget *parent = nullptr);
     ~TVRTabBarController() override;
 
-    QList<TVRViewController *> viewControllers() const { return m_controllers; }
+    QList<TVRViewController *> viewControllers() const;
     void setViewControllers(const QList<TVRViewController *> &controllers);
 
     int selectedIndex() const;
@@ -39,10 +42,7 @@ protected:
 private:
     void rebuild();
 
-    QList<TVRViewController *> m_controllers;
-    QTabBar *m_tabs = nullptr;
-    QStackedWidget *m_stack = nullptr;
-    int m_selected = 0;
+    std::unique_ptr<TVRTabBarControllerPrivate> const d;
 };
 
 #endif

@@ -7,16 +7,34 @@
 
 #include <QVBoxLayout>
 
+class TVRTableViewCellPrivate
+{
+public:
+    QString reuseIdentifier;
+    QWidget *contentView = nullptr;
+};
+
 TVRTableViewCell::TVRTableViewCell(const QString &reuseIdentifier, QWidget *parent)
     : QWidget(parent)
-    , m_reuseIdentifier(reuseIdentifier)
-    , m_contentView(new QWidget(this))
+    , d(std::make_unique<TVRTableViewCellPrivate>())
 {
+    d->reuseIdentifier = reuseIdentifier;
+    d->contentView = new QWidget(this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_contentView);
+    layout->addWidget(d->contentView);
     TVRPalette::setBackground(this, Qt::white);
-    TVRPalette::setBackground(m_contentView, Qt::white);
+    TVRPalette::setBackground(d->contentView, Qt::white);
 }
 
 TVRTableViewCell::~TVRTableViewCell() = default;
+
+QString TVRTableViewCell::reuseIdentifier() const
+{
+    return d->reuseIdentifier;
+}
+
+QWidget *TVRTableViewCell::contentView() const
+{
+    return d->contentView;
+}

@@ -6,7 +6,10 @@
 
 #include "tovra_export.h"
 
+#include <memory>
 #include <QWidget>
+
+class TVRTableViewCellPrivate;
 
 /*!
     \brief A row of a TVRTableView. Subclasses put their views in contentView(), which
@@ -21,12 +24,11 @@ public:
     explicit TVRTableViewCell(const QString &reuseIdentifier, QWidget *parent = nullptr);
     ~TVRTableViewCell() override;
 
-    QString reuseIdentifier() const { return m_reuseIdentifier; }
-    QWidget *contentView() const { return m_contentView; }
+    QString reuseIdentifier() const;
+    QWidget *contentView() const;
 
 private:
-    QString m_reuseIdentifier;
-    QWidget *m_contentView;
+    std::unique_ptr<TVRTableViewCellPrivate> const d;
 };
 
 #endif

@@ -16,7 +16,7 @@
     of section bodies.
 
     Each setting starts empty and reads as its default until the host sets it: the system
-    font at 12 px for the date in grey #AAAAAA, bold at 24 px for titles in black, 16 px
+    font at 12 px for the date in grey \#AAAAAA, bold at 24 px for titles in black, 16 px
     for bodies in black. Setting std::nullopt (a font) or an invalid QColor empties the
     setting again. Views take their font and colour when they are made; row heights are
     measured with the fonts of the moment. Use from the GUI thread; nothing is stored.

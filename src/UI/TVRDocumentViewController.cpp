@@ -16,10 +16,19 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLocale>
+#include <QPointer>
 #include <QScreen>
 #include <QVBoxLayout>
 
 #include <cmath>
+
+class TVRDocumentViewControllerPrivate
+{
+public:
+    QString titleOnLoad;
+    QPointer<TVRHeaderView> headerView;
+    QPointer<TVRTableView> tableView;
+};
 
 namespace {
 
@@ -40,8 +49,9 @@ QString TVRDocumentViewController::dateText(const std::shared_ptr<TVRDocument> &
 
 TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad, QWidget *parent)
     : TVRViewController(parent)
-    , m_titleOnLoad(titleOnLoad)
+    , d(std::make_unique<TVRDocumentViewControllerPrivate>())
 {
+    d->titleOnLoad = titleOnLoad;
     setPalette(TVRPalette::light());
 }
 
@@ -49,62 +59,62 @@ TVRDocumentViewController::~TVRDocumentViewController()
 {
     // What the screen made and no widget has taken yet is the screen's to delete; a table
     // placed elsewhere stops asking this screen for its rows.
-    if (m_tableView) {
-        m_tableView->setDataSource(nullptr);
-        m_tableView->setDelegate(nullptr);
-        if (!m_tableView->parent())
-            delete m_tableView;
+    if (d->tableView) {
+        d->tableView->setDataSource(nullptr);
+        d->tableView->setDelegate(nullptr);
+        if (!d->tableView->parent())
+            delete d->tableView;
     }
-    if (m_headerView && !m_headerView->parent())
-        delete m_headerView;
+    if (d->headerView && !d->headerView->parent())
+        delete d->headerView;
 }
 
 TVRHeaderView *TVRDocumentViewController::headerView()
 {
-    if (!m_headerView) {
+    if (!d->headerView) {
         const QScreen *screen = QGuiApplication::primaryScreen();
         const int width = screen ? screen->geometry().width() : 0;
-        m_headerView = new TVRHeaderView(QRect(0, 0, width, 44));
+        d->headerView = new TVRHeaderView(QRect(0, 0, width, 44));
     }
-    return m_headerView;
+    return d->headerView;
 }
 
 void TVRDocumentViewController::setHeaderView(TVRHeaderView *headerView)
 {
-    if (headerView == m_headerView)
+    if (headerView == d->headerView)
         return;
-    if (m_tableView) {
-        m_tableView->setTableHeaderView(headerView); // deletes the header it showed
+    if (d->tableView) {
+        d->tableView->setTableHeaderView(headerView); // deletes the header it showed
     } else {
-        delete m_headerView;
+        delete d->headerView;
     }
-    m_headerView = headerView;
+    d->headerView = headerView;
 }
 
 TVRTableView *TVRDocumentViewController::tableView()
 {
-    if (!m_tableView) {
+    if (!d->tableView) {
         auto *table = new TVRTableView(TVRTableView::Style::Grouped);
         table->resize(isViewLoaded() ? view()->size() : QSize());
         showDocumentIn(table);
-        m_tableView = table;
+        d->tableView = table;
     }
-    return m_tableView;
+    return d->tableView;
 }
 
 void TVRDocumentViewController::setTableView(TVRTableView *tableView)
 {
-    if (tableView == m_tableView)
+    if (tableView == d->tableView)
         return;
-    if (m_tableView) {
-        m_tableView->setDataSource(nullptr);
-        m_tableView->setDelegate(nullptr);
+    if (d->tableView) {
+        d->tableView->setDataSource(nullptr);
+        d->tableView->setDelegate(nullptr);
         // The header moves to the new table rather than going with the old one.
-        if (m_headerView && m_headerView->parentWidget() == m_tableView->viewport())
-            m_headerView->setParent(nullptr);
+        if (d->headerView && d->headerView->parentWidget() == d->tableView->viewport())
+            d->headerView->setParent(nullptr);
     }
-    TVRSubview::replace(m_tableView, tableView);
-    m_tableView = tableView;
+    TVRSubview::replace(d->tableView, tableView);
+    d->tableView = tableView;
     if (tableView)
         showDocumentIn(tableView);
 }
@@ -136,8 +146,8 @@ void TVRDocumentViewController::setupConstraints()
 void TVRDocumentViewController::viewDidLoad()
 {
     TVRViewController::viewDidLoad();
-    if (!m_titleOnLoad.isNull())
-        setTitle(m_titleOnLoad);
+    if (!d->titleOnLoad.isNull())
+        setTitle(d->titleOnLoad);
     // The header shows the date of the document the table shows, until a completion says
     // otherwise.
     headerView()->dateLabel()->setText(dateText(documentOf(TVRDocumentManager::sharedInstance())));

@@ -11,11 +11,13 @@
 #include "TVRTableViewDelegate.h"
 #include "TVRViewController.h"
 
-#include <QPointer>
+#include <memory>
 
 class TVRDocumentManager;
 class TVRHeaderView;
 class TVRTableView;
+
+class TVRDocumentViewControllerPrivate;
 
 /*!
     \brief A screen showing one legal document: its date in a header over a table with, per
@@ -80,9 +82,7 @@ protected:
 private:
     void showDocumentIn(TVRTableView *table);
 
-    const QString m_titleOnLoad;
-    QPointer<TVRHeaderView> m_headerView;
-    QPointer<TVRTableView> m_tableView;
+    std::unique_ptr<TVRDocumentViewControllerPrivate> const d;
 };
 
 #endif

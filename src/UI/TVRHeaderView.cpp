@@ -8,9 +8,18 @@
 #include "TVRSubview_p.h"
 
 #include <QLabel>
+#include <QPointer>
+
+class TVRHeaderViewPrivate
+{
+public:
+    QPointer<QLabel> dateLabel;
+    bool constrained = false;
+};
 
 TVRHeaderView::TVRHeaderView(const QRect &frame, QWidget *parent)
     : QWidget(parent)
+    , d(std::make_unique<TVRHeaderViewPrivate>())
 {
     setGeometry(frame);
     TVRPalette::setBackground(this, Qt::white);
@@ -22,31 +31,31 @@ TVRHeaderView::~TVRHeaderView() = default;
 
 QLabel *TVRHeaderView::dateLabel()
 {
-    if (!m_dateLabel) {
+    if (!d->dateLabel) {
         auto *label = new QLabel;
         label->setAlignment(Qt::AlignCenter);
         label->setTextFormat(Qt::PlainText);
         label->setFont(TVRDesignClass::documentDateFont());
         TVRPalette::setTextColor(label, TVRDesignClass::documentDateColor());
-        m_dateLabel = label;
+        d->dateLabel = label;
     }
-    return m_dateLabel;
+    return d->dateLabel;
 }
 
 void TVRHeaderView::setDateLabel(QLabel *label)
 {
-    if (label == m_dateLabel)
+    if (label == d->dateLabel)
         return;
     if (label)
         label->setParent(this);
-    TVRSubview::replace(m_dateLabel, label);
-    m_dateLabel = label;
+    TVRSubview::replace(d->dateLabel, label);
+    d->dateLabel = label;
     placeDateLabel();
 }
 
 void TVRHeaderView::setupConstraints()
 {
-    m_constrained = true;
+    d->constrained = true;
     placeDateLabel();
 }
 
@@ -60,8 +69,8 @@ void TVRHeaderView::resizeEvent(QResizeEvent *event)
 // own height.
 void TVRHeaderView::placeDateLabel()
 {
-    if (!m_constrained || !m_dateLabel || m_dateLabel->parentWidget() != this)
+    if (!d->constrained || !d->dateLabel || d->dateLabel->parentWidget() != this)
         return;
-    const int labelHeight = m_dateLabel->sizeHint().height();
-    m_dateLabel->setGeometry(0, (height() - labelHeight) / 2, width(), labelHeight);
+    const int labelHeight = d->dateLabel->sizeHint().height();
+    d->dateLabel->setGeometry(0, (height() - labelHeight) / 2, width(), labelHeight);
 }

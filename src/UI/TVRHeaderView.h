@@ -6,10 +6,12 @@
 
 #include "tovra_export.h"
 
-#include <QPointer>
+#include <memory>
 #include <QWidget>
 
 class QLabel;
+
+class TVRHeaderViewPrivate;
 
 /*!
     \brief The line above a document: its date, centred, in the date font and colour.
@@ -39,8 +41,7 @@ protected:
 private:
     void placeDateLabel();
 
-    QPointer<QLabel> m_dateLabel;
-    bool m_constrained = false;
+    std::unique_ptr<TVRHeaderViewPrivate> const d;
 };
 
 #endif

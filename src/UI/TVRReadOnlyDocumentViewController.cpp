@@ -9,25 +9,38 @@
 #include "TVRTabBarController.h"
 
 #include <QAction>
+#include <QPointer>
+
+class TVRReadOnlyDocumentViewControllerPrivate
+{
+public:
+    QPointer<QAction> closeBarButtonItem;
+};
+
+TVRReadOnlyDocumentViewController::TVRReadOnlyDocumentViewController(const QString &titleOnLoad, QWidget *parent)
+    : TVRDocumentViewController(titleOnLoad, parent)
+    , d(std::make_unique<TVRReadOnlyDocumentViewControllerPrivate>())
+{
+}
 
 TVRReadOnlyDocumentViewController::~TVRReadOnlyDocumentViewController() = default;
 
 QAction *TVRReadOnlyDocumentViewController::closeBarButtonItem()
 {
-    if (!m_closeBarButtonItem) {
+    if (!d->closeBarButtonItem) {
         auto *item = new QAction(QStringLiteral("Close"), this);
         QFont done = item->font();
         done.setBold(true);
         item->setFont(done);
         connect(item, &QAction::triggered, this, &TVRReadOnlyDocumentViewController::onCloseBarButtonItemPressed);
-        m_closeBarButtonItem = item;
+        d->closeBarButtonItem = item;
     }
-    return m_closeBarButtonItem;
+    return d->closeBarButtonItem;
 }
 
 void TVRReadOnlyDocumentViewController::setCloseBarButtonItem(QAction *item)
 {
-    m_closeBarButtonItem = item;
+    d->closeBarButtonItem = item;
 }
 
 bool TVRReadOnlyDocumentViewController::isModal() const

@@ -6,8 +6,11 @@
 
 #include "tovra_export.h"
 #include "TVRDocumentViewController.h"
+#include <memory>
 
 class QAction;
+
+class TVRReadOnlyDocumentViewControllerPrivate;
 
 /*!
     \brief A document screen that fetches its own document: the Terms of Service and the
@@ -33,13 +36,13 @@ public:
     void onCloseBarButtonItemPressed();
 
 protected:
-    using TVRDocumentViewController::TVRDocumentViewController;
+    explicit TVRReadOnlyDocumentViewController(const QString &titleOnLoad, QWidget *parent = nullptr);
 
     virtual void fetchDocument(TVRDocumentManager *manager) = 0;
     void viewDidLoad() override;
 
 private:
-    QPointer<QAction> m_closeBarButtonItem;
+    std::unique_ptr<TVRReadOnlyDocumentViewControllerPrivate> const d;
 };
 
 #endif

@@ -8,7 +8,14 @@
 #include "TVRSubview_p.h"
 #include "TVRTextLayout_p.h"
 
+#include <QPointer>
 #include <QTextEdit>
+
+class TVRSectionBodyTableViewCellPrivate
+{
+public:
+    QPointer<QTextEdit> bodyTextView;
+};
 
 namespace {
 
@@ -33,6 +40,7 @@ protected:
 
 TVRSectionBodyTableViewCell::TVRSectionBodyTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
+    , d(std::make_unique<TVRSectionBodyTableViewCellPrivate>())
 {
     placeInContentView(bodyTextView());
 }
@@ -47,7 +55,7 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
 
 QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
 {
-    if (!m_bodyTextView) {
+    if (!d->bodyTextView) {
         auto *textView = new PaddedTextEdit;
         textView->setFont(TVRDesignClass::sectionBodyFont());
         // A text view that does not scroll: no scroll bars, and no frame or margin, so that
@@ -59,15 +67,15 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
         textView->document()->setDefaultTextOption(TVRTextLayout::wrappingOption());
         TVRPalette::setTextColor(textView, TVRDesignClass::sectionBodyColor());
         TVRPalette::setBackground(textView, Qt::white);
-        m_bodyTextView = textView;
+        d->bodyTextView = textView;
     }
-    return m_bodyTextView;
+    return d->bodyTextView;
 }
 
 void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
 {
-    TVRSubview::replace(m_bodyTextView, textView);
-    m_bodyTextView = textView;
+    TVRSubview::replace(d->bodyTextView, textView);
+    d->bodyTextView = textView;
     if (textView)
         setSection(section()); // the new text view shows the cell's body
 }

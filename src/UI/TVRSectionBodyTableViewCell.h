@@ -7,9 +7,11 @@
 #include "tovra_export.h"
 #include "TVRSectionTableViewCell.h"
 
-#include <QPointer>
+#include <memory>
 
 class QTextEdit;
+
+class TVRSectionBodyTableViewCellPrivate;
 
 /*!
     \brief The row with a section's body: a text view that does not scroll, 8 px in from
@@ -39,7 +41,7 @@ public:
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth);
 
 private:
-    QPointer<QTextEdit> m_bodyTextView;
+    std::unique_ptr<TVRSectionBodyTableViewCellPrivate> const d;
 };
 
 #endif

@@ -14,6 +14,12 @@
 #include <algorithm>
 #include <cmath>
 
+class TVRSectionTableViewCellPrivate
+{
+public:
+    std::shared_ptr<TVRSection> section;
+};
+
 TVRSectionTableViewCell::TVRSectionTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
 {
@@ -21,10 +27,16 @@ TVRSectionTableViewCell::TVRSectionTableViewCell()
 
 TVRSectionTableViewCell::TVRSectionTableViewCell(const QString &reuseIdentifier)
     : TVRTableViewCell(reuseIdentifier)
+    , d(std::make_unique<TVRSectionTableViewCellPrivate>())
 {
 }
 
 TVRSectionTableViewCell::~TVRSectionTableViewCell() = default;
+
+std::shared_ptr<TVRSection> TVRSectionTableViewCell::section() const
+{
+    return d->section;
+}
 
 void TVRSectionTableViewCell::placeInContentView(QWidget *subview)
 {
@@ -35,7 +47,7 @@ void TVRSectionTableViewCell::placeInContentView(QWidget *subview)
 
 void TVRSectionTableViewCell::setSection(std::shared_ptr<TVRSection> section)
 {
-    m_section = std::move(section);
+    d->section = std::move(section);
 }
 
 QString TVRSectionTableViewCell::cellIdentifier()

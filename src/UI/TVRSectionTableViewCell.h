@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class TVRSectionTableViewCellPrivate;
+
 /*!
     \brief A table cell that holds a document section. The title and body cells build on
     it; each class's cellIdentifier() is its own class name, its reuse identifier.
@@ -22,7 +24,7 @@ public:
     TVRSectionTableViewCell();
     ~TVRSectionTableViewCell() override;
 
-    std::shared_ptr<TVRSection> section() const { return m_section; }
+    std::shared_ptr<TVRSection> section() const;
     virtual void setSection(std::shared_ptr<TVRSection> section);
 
     static QString cellIdentifier();
@@ -56,7 +58,7 @@ protected:
     static float measuringWidth(qreal margin);
 
 private:
-    std::shared_ptr<TVRSection> m_section;
+    std::unique_ptr<TVRSectionTableViewCellPrivate> const d;
 };
 
 #endif

@@ -8,6 +8,14 @@
 #include "TVRSubview_p.h"
 #include "TVRWrappingLabel_p.h"
 
+#include <QPointer>
+
+class TVRSectionTitleTableViewCellPrivate
+{
+public:
+    QPointer<QLabel> titleLabel;
+};
+
 namespace {
 
 // Of the 40 px that a title is measured narrower than its row, the label takes 8 on either
@@ -21,6 +29,7 @@ constexpr qreal margin = 40.0;
 
 TVRSectionTitleTableViewCell::TVRSectionTitleTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
+    , d(std::make_unique<TVRSectionTitleTableViewCellPrivate>())
 {
     placeInContentView(titleLabel());
 }
@@ -39,20 +48,20 @@ void TVRSectionTitleTableViewCell::setSection(std::shared_ptr<TVRSection> sectio
 
 QLabel *TVRSectionTitleTableViewCell::titleLabel()
 {
-    if (!m_titleLabel) {
+    if (!d->titleLabel) {
         auto *label = new TVRWrappingLabel;
         label->setFont(TVRDesignClass::sectionTitleFont());
         TVRPalette::setTextColor(label, TVRDesignClass::sectionTitleColor());
         label->setContentsMargins(startInset, 0, endInset, 0);
-        m_titleLabel = label;
+        d->titleLabel = label;
     }
-    return m_titleLabel;
+    return d->titleLabel;
 }
 
 void TVRSectionTitleTableViewCell::setTitleLabel(QLabel *label)
 {
-    TVRSubview::replace(m_titleLabel, label);
-    m_titleLabel = label;
+    TVRSubview::replace(d->titleLabel, label);
+    d->titleLabel = label;
     if (label)
         setSection(section()); // the new label shows the cell's title
 }

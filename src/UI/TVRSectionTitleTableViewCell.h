@@ -7,9 +7,11 @@
 #include "tovra_export.h"
 #include "TVRSectionTableViewCell.h"
 
-#include <QPointer>
+#include <memory>
 
 class QLabel;
+
+class TVRSectionTitleTableViewCellPrivate;
 
 /*!
     \brief The row with a section's title: a label wrapping over as many lines as needed,
@@ -40,7 +42,7 @@ public:
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth);
 
 private:
-    QPointer<QLabel> m_titleLabel;
+    std::unique_ptr<TVRSectionTitleTableViewCellPrivate> const d;
 };
 
 #endif

@@ -9,11 +9,21 @@
 #include "TVRTableView.h"
 
 #include <QAction>
+#include <QPointer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
+class TVRTermsViewControllerPrivate
+{
+public:
+    QPointer<QToolBar> toolbar;
+    QPointer<QAction> disagree;
+    QPointer<QAction> agree;
+};
+
 TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> document, QWidget *parent)
     : TVRDocumentViewController(QStringLiteral("Terms of Service"), parent)
+    , d(std::make_unique<TVRTermsViewControllerPrivate>())
 {
     TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
 }
@@ -21,13 +31,13 @@ TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> docu
 TVRTermsViewController::~TVRTermsViewController()
 {
     // A toolbar made before the view was loaded belongs to no widget yet.
-    if (m_toolbar && !m_toolbar->parent())
-        delete m_toolbar;
+    if (d->toolbar && !d->toolbar->parent())
+        delete d->toolbar;
 }
 
 QToolBar *TVRTermsViewController::toolbar()
 {
-    if (!m_toolbar) {
+    if (!d->toolbar) {
         auto *toolbar = new QToolBar;
         toolbar->setFixedHeight(52);
         toolbar->setPalette(TVRPalette::bar());
@@ -39,43 +49,43 @@ QToolBar *TVRTermsViewController::toolbar()
         flexibleSpace->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
         toolbar->addWidget(flexibleSpace);
         toolbar->addAction(agreeBarButtonItem());
-        m_toolbar = toolbar;
+        d->toolbar = toolbar;
     }
-    return m_toolbar;
+    return d->toolbar;
 }
 
 void TVRTermsViewController::setToolbar(QToolBar *toolbar)
 {
-    TVRSubview::replace(m_toolbar, toolbar);
-    m_toolbar = toolbar;
+    TVRSubview::replace(d->toolbar, toolbar);
+    d->toolbar = toolbar;
 }
 
 QAction *TVRTermsViewController::disagreeBarButtonItem()
 {
-    if (!m_disagree) {
-        m_disagree = new QAction(QStringLiteral("Disagree"), this);
-        connect(m_disagree, &QAction::triggered, this, &TVRTermsViewController::onDisagreeBarButtonItemPressed);
+    if (!d->disagree) {
+        d->disagree = new QAction(QStringLiteral("Disagree"), this);
+        connect(d->disagree, &QAction::triggered, this, &TVRTermsViewController::onDisagreeBarButtonItemPressed);
     }
-    return m_disagree;
+    return d->disagree;
 }
 
 void TVRTermsViewController::setDisagreeBarButtonItem(QAction *item)
 {
-    m_disagree = item;
+    d->disagree = item;
 }
 
 QAction *TVRTermsViewController::agreeBarButtonItem()
 {
-    if (!m_agree) {
-        m_agree = new QAction(QStringLiteral("Agree"), this);
-        connect(m_agree, &QAction::triggered, this, &TVRTermsViewController::onAgreeBarButtonItemPressed);
+    if (!d->agree) {
+        d->agree = new QAction(QStringLiteral("Agree"), this);
+        connect(d->agree, &QAction::triggered, this, &TVRTermsViewController::onAgreeBarButtonItemPressed);
     }
-    return m_agree;
+    return d->agree;
 }
 
 void TVRTermsViewController::setAgreeBarButtonItem(QAction *item)
 {
-    m_agree = item;
+    d->agree = item;
 }
 
 void TVRTermsViewController::onAgreeBarButtonItemPressed()

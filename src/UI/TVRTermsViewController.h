@@ -6,9 +6,12 @@
 
 #include "tovra_export.h"
 #include "TVRDocumentViewController.h"
+#include <memory>
 
 class QAction;
 class QToolBar;
+
+class TVRTermsViewControllerPrivate;
 
 /*!
     \brief The agreement screen: the Terms of Service over a toolbar with "Disagree" on the
@@ -54,9 +57,7 @@ protected:
     void setupConstraints() override;
 
 private:
-    QPointer<QToolBar> m_toolbar;
-    QPointer<QAction> m_disagree;
-    QPointer<QAction> m_agree;
+    std::unique_ptr<TVRTermsViewControllerPrivate> const d;
 };
 
 #endif
