@@ -45,7 +45,9 @@ CC=clang-14 CXX=clang++-14 tovra_build -DTOVRA_FUZZ=ON -DTOVRA_BUILD_TESTS=OFF \
     -DTOVRA_BUILD_EXAMPLES=OFF -DTOVRA_BUILD_BENCHMARKS=OFF
 bash tests/fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"
 
-echo "== 4. layers, format and lint"
+echo "== 4. layers, format, lint and API reference"
 cmake -P cmake/check_layers.cmake
 bash scripts/check-format.sh
 bash scripts/check-lint.sh build
+cmake -S . -B build >/dev/null
+cmake --build build --target docs

@@ -11,9 +11,9 @@ tovra_packages=(
     fonts-dejavu-core fonts-noto-cjk
 )
 
-# Only for the full run: clang and its libFuzzer runtime for the fuzzing stage, and the
-# format and lint checks.
-tovra_fuzz_packages=(clang-14 libclang-rt-14-dev clang-format clang-tidy)
+# Only for the full run: clang and its libFuzzer runtime for the fuzzing stage, the format
+# and lint checks, and Doxygen for the API reference.
+tovra_fuzz_packages=(clang-14 libclang-rt-14-dev clang-format clang-tidy doxygen)
 
 tovra_install_packages() {
     local missing=() package
