@@ -18,7 +18,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QMainWindow>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QToolBar>
@@ -67,6 +66,30 @@ void recordKitLines(QtMsgType type, const QMessageLogContext &context, const QSt
     testHandler(type, context, message);
 }
 
+// A host's window, a main window unless given, shown filling the screen and active; null
+// when it did not become active.
+QWidget *showHost(QWidget *host = nullptr)
+{
+    if (!host)
+        host = new QMainWindow;
+    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    host->show();
+    QApplication::setActiveWindow(host);
+    return QTest::qWaitForWindowActive(host) ? host : nullptr;
+}
+
+// Gives the kit the agreement check's answer about  given; returns the line the kit
+// logs for it, which the test then expects.
+QString answer(bool compliant, const std::shared_ptr<TVRDocument> &given)
+{
+    const QString line =
+        u"DOCUMENT: <TVRDocument: 0x%1; _id = %2>"_s.arg(quintptr(given.get()), 0, 16).arg(given->identifier());
+    QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), compliant,
+                                                                      given);
+    return line;
+}
+
 QList<QWidget *> visibleWindows()
 {
     QList<QWidget *> windows;
@@ -88,8 +111,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void sharedInstances();
-    void paths();
     void emptyServicesSendNothing();
     void delegatesAreWeak();
     void screenHandsItsDocumentOver();
@@ -159,22 +180,6 @@ void tst_Agreement::flushRequests()
     QTRY_VERIFY(done);
 }
 
-void tst_Agreement::sharedInstances()
-{
-    TVRUserManager *users = TVRUserManager::sharedInstance();
-    TVRAgreementManager *agreements = TVRAgreementManager::sharedInstance();
-    QVERIFY(users && agreements);
-    QCOMPARE(TVRUserManager::sharedInstance(), users);
-    QCOMPARE(TVRAgreementManager::sharedInstance(), agreements);
-    QVERIFY(static_cast<QObject *>(users) != static_cast<QObject *>(agreements));
-}
-
-void tst_Agreement::paths()
-{
-    QCOMPARE(kTVRCheckUserStatusPath, u"/api/user/status"_s);
-    QCOMPARE(kTVRDocumentAgreementPath, u"/api/terms-of-service/agree"_s);
-}
-
 void tst_Agreement::emptyServicesSendNothing()
 {
     RecordingUserDelegate users;
@@ -182,6 +187,8 @@ void tst_Agreement::emptyServicesSendNothing()
     TVRUserManager::sharedInstance()->setDelegate(&users);
     TVRAgreementManager::sharedInstance()->setDelegate(&agreements);
     QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), &agreements);
+    QCOMPARE(kTVRCheckUserStatusPath, u"/api/user/status"_s);
+    QCOMPARE(kTVRDocumentAgreementPath, u"/api/terms-of-service/agree"_s);
 
     const int before = m_server.requests().size();
     TVRUserManager::sharedInstance()->fetchUserStatusWithIdentifier(u"user-42"_s);
@@ -287,13 +294,9 @@ void tst_Agreement::lastSectionEnablesTheButtons()
 
 void tst_Agreement::buttonsDoNothing()
 {
-    auto *host = new QMainWindow;
-    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    host->show();
-    QApplication::setActiveWindow(host);
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^DOCUMENT: "_s));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
-                                                                      document(u"doc"_s, 2));
+    QWidget *host = showHost();
+    QVERIFY(host);
+    answer(false, document(u"doc"_s, 2));
     auto *navigation = host->findChild<TVRNavigationController *>();
     QVERIFY(navigation);
     auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
@@ -342,14 +345,9 @@ void tst_Agreement::activateWithIdentifier()
 
 void tst_Agreement::compliantAnswerShowsNothing()
 {
-    auto *host = new QMainWindow;
-    host->show();
-    QApplication::setActiveWindow(host);
-    const auto given = document(u"doc-1"_s, 1);
-    const QString line = u"DOCUMENT: <TVRDocument: 0x%1; _id = doc-1>"_s.arg(quintptr(given.get()), 0, 16);
-    QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true, given);
-    QCOMPARE(kitLines, QStringList{line});
+    QWidget *host = showHost();
+    QVERIFY(host);
+    QCOMPARE(kitLines, QStringList{answer(true, document(u"doc-1"_s, 1))});
     QVERIFY(!host->findChild<TVRNavigationController *>());
     QCOMPARE(visibleWindows(), QList<QWidget *>{host});
 }
@@ -365,17 +363,10 @@ void tst_Agreement::nonCompliantAnswerPresents()
 {
     QFETCH(bool, kitScreen);
 
-    QWidget *host = kitScreen ? static_cast<QWidget *>(TVRManager::privacyPolicyViewController()) : new QMainWindow;
-    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    host->show();
-    QApplication::setActiveWindow(host);
-    QVERIFY(QTest::qWaitForWindowActive(host));
-
+    QWidget *host = showHost(kitScreen ? TVRManager::privacyPolicyViewController() : nullptr);
+    QVERIFY(host);
     const auto given = document(u"doc-2"_s, 5);
-    const QString line = u"DOCUMENT: <TVRDocument: 0x%1; _id = doc-2>"_s.arg(quintptr(given.get()), 0, 16);
-    QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, given);
-    QCOMPARE(kitLines, QStringList{line});
+    QCOMPARE(kitLines, QStringList{answer(false, given)});
 
     // A navigation controller with the agreement screen at its root, shown at once over
     // the window, window-modal, at the window's size.
@@ -402,8 +393,7 @@ void tst_Agreement::noWindowNoScreen()
 {
     QVERIFY(visibleWindows().isEmpty());
     const auto given = document(u"doc-unseen"_s, 2);
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*doc-unseen"_s));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, given);
+    answer(false, given);
     QVERIFY(visibleWindows().isEmpty());
     // Shown or not, the answer's document is the one the terms screens now show.
     QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
@@ -411,18 +401,11 @@ void tst_Agreement::noWindowNoScreen()
 
 void tst_Agreement::secondAnswerPresentsNothingMore()
 {
-    auto *host = new QMainWindow;
-    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    host->show();
-    QApplication::setActiveWindow(host);
-    QVERIFY(QTest::qWaitForWindowActive(host));
-
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*first"_s));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
-                                                                      document(u"first"_s, 2));
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*second"_s));
+    QWidget *host = showHost();
+    QVERIFY(host);
+    answer(false, document(u"first"_s, 2));
     const auto second = document(u"second"_s, 3);
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false, second);
+    answer(false, second);
 
     const QList<TVRTermsViewController *> shown = host->findChildren<TVRTermsViewController *>();
     QCOMPARE(shown.size(), 1);
@@ -432,18 +415,15 @@ void tst_Agreement::secondAnswerPresentsNothingMore()
 
 void tst_Agreement::presentsOverTheMainWindowNotADialog()
 {
-    auto *host = new QMainWindow;
-    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    host->show();
+    QWidget *host = showHost();
+    QVERIFY(host);
     auto *dialog = new QDialog(host);
     dialog->show();
     QApplication::setActiveWindow(dialog);
     QVERIFY(QTest::qWaitForWindowActive(dialog));
     QCOMPARE(TVRViewController::keyWindow(), dialog);
 
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"DOCUMENT: .*over-dialog"_s));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), false,
-                                                                      document(u"over-dialog"_s, 2));
+    answer(false, document(u"over-dialog"_s, 2));
     QVERIFY(!dialog->findChild<TVRNavigationController *>());
     QPointer<TVRNavigationController> navigation = host->findChild<TVRNavigationController *>();
     QVERIFY(navigation);

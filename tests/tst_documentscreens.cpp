@@ -186,7 +186,7 @@ void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
 {
     cache(kTVRTermsOfServiceDataPath, documentJson(u"Cached terms"_s, 3));
     TestReply never = TestReply::json(200, "{}");
-    never.delayMs = 30 * 1000;
+    never.delayMs = 60 * 60 * 1000;
     m_server.reply(never);
     const int requests = m_server.requests().size();
 
@@ -200,6 +200,14 @@ void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
     QCOMPARE(first->titleLabel()->text(), u"1. A heading that is long enough to wrap onto a second line"_s);
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, March 1, 2016"_s);
     QVERIFY(saveScreenshot(screen->window(), u"terms-cached"_s));
+
+    // The request stays pending while the event loop goes on.
+    int ticks = 0;
+    QTimer ticker;
+    connect(&ticker, &QTimer::timeout, this, [&ticks] { ++ticks; });
+    ticker.start(5);
+    QTRY_VERIFY(ticks >= 20);
+    QCOMPARE(m_session.liveReplies(), 1);
 
     // The screen goes away before its answer comes: the answer finds no delegate.
     delete screen->window();
@@ -399,9 +407,9 @@ void tst_DocumentScreens::screenGeometry()
     QCOMPARE(date->x(), 0);
     QCOMPARE(date->width(), header->width());
 
-    // Row by row, down the whole document: rows follow one another without overlapping,
-    // each subview is 8 px in from either side and as tall as its row, and no text is
-    // taller than its row.
+    // Row by row, down the whole document: rows follow one another without overlapping, and
+    // each subview is 8 px in from either side and as tall as its row. (That the text fits
+    // its row, tst_rendering checks.)
     int previousBottom = header->height();
     for (int section = 0; section < table->numberOfSections(); ++section) {
         for (int row = 0; row < table->numberOfRowsInSection(section); ++row) {
@@ -412,26 +420,12 @@ void tst_DocumentScreens::screenGeometry()
             TVRTableViewCell *cell = table->cellForRowAtIndexPath({section, row});
             QVERIFY(cell);
             QCOMPARE(cell->size(), rect.size());
-            QWidget *subview = nullptr;
-            int textHeight = 0;
-            if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell)) {
-                subview = title->titleLabel();
-                textHeight = title->titleLabel()->heightForWidth(subview->width());
-            } else {
-                auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
-                QVERIFY(body);
-                subview = body->bodyTextView();
-                body->bodyTextView()->document()->setTextWidth(subview->width());
-                textHeight = qCeil(body->bodyTextView()->document()->size().height());
-                QVERIFY(!body->bodyTextView()->verticalScrollBar()->isVisible());
-            }
+            auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell);
+            auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
+            QVERIFY(title || body);
+            QWidget *subview = title ? static_cast<QWidget *>(title->titleLabel()) : body->bodyTextView();
             QCOMPARE(subview->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
             QCOMPARE(subview->size(), QSize(rect.width() - 16, rect.height()));
-            QVERIFY2(textHeight <= rect.height(),
-                     qPrintable(u"row %1.%2: text %3 px in a row of %4"_s.arg(section)
-                                    .arg(row)
-                                    .arg(textHeight)
-                                    .arg(rect.height())));
         }
     }
     QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());

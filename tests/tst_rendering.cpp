@@ -80,6 +80,16 @@ std::shared_ptr<TVRDocument> document(const QString &name, bool huge = false)
                                                      {u"sections"_s, sections}});
 }
 
+// \a count titled sections of three sentences each.
+std::shared_ptr<TVRDocument> headings(int count)
+{
+    QJsonArray sections;
+    for (int i = 0; i < count; ++i)
+        sections.append(
+            QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
+    return std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}});
+}
+
 QImage render(QWidget *window)
 {
     if (!QTest::qWaitForWindowExposed(window))
@@ -164,6 +174,27 @@ double contrast(QRgb a, QRgb b)
     const double la = luminance(a);
     const double lb = luminance(b);
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// The appearance settings of one part of a document screen.
+struct Appearance
+{
+    void (*setColor)(const QColor &);
+    void (*setFont)(std::optional<QFont>);
+    QFont (*font)();
+    int defaultPixelSize;
+};
+
+Appearance appearance(const QString &part)
+{
+    if (part == u"date"_s)
+        return {TVRDesignClass::setDocumentDateColor, TVRDesignClass::setDocumentDateFont,
+                TVRDesignClass::documentDateFont, 12};
+    if (part == u"title"_s)
+        return {TVRDesignClass::setSectionTitleColor, TVRDesignClass::setSectionTitleFont,
+                TVRDesignClass::sectionTitleFont, 24};
+    return {TVRDesignClass::setSectionBodyColor, TVRDesignClass::setSectionBodyFont, TVRDesignClass::sectionBodyFont,
+            16};
 }
 
 QPalette darkPalette()
@@ -388,26 +419,14 @@ void tst_Rendering::appearanceReachesThePixels()
     QFETCH(int, pixelSize);
 
     // The text's ink and the height of one line of it, as painted.
+    const Appearance setting = appearance(part);
     auto paint = [&](bool withSetting) -> QPair<QRgb, int> {
-        if (withSetting && color.isValid()) {
-            if (part == u"date"_s)
-                TVRDesignClass::setDocumentDateColor(color);
-            else if (part == u"title"_s)
-                TVRDesignClass::setSectionTitleColor(color);
-            else
-                TVRDesignClass::setSectionBodyColor(color);
-        }
+        if (withSetting && color.isValid())
+            setting.setColor(color);
         if (withSetting && pixelSize) {
-            auto sized = [&](QFont font) {
-                font.setPixelSize(pixelSize);
-                return font;
-            };
-            if (part == u"date"_s)
-                TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont()));
-            else if (part == u"title"_s)
-                TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont()));
-            else
-                TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont()));
+            QFont font = setting.font();
+            font.setPixelSize(pixelSize);
+            setting.setFont(font);
         }
         // One line of capitals, so that the ink's height is the capitals' height.
         TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject{
@@ -430,12 +449,8 @@ void tst_Rendering::appearanceReachesThePixels()
         const QImage image = render(m_window.get());
         const QRect area = inWindow(painted);
         const QPair<QRgb, int> result{ink(image, area), inkBounds(image, area).height()};
-        TVRDesignClass::setDocumentDateColor(QColor());
-        TVRDesignClass::setSectionTitleColor(QColor());
-        TVRDesignClass::setSectionBodyColor(QColor());
-        TVRDesignClass::setDocumentDateFont(std::nullopt);
-        TVRDesignClass::setSectionTitleFont(std::nullopt);
-        TVRDesignClass::setSectionBodyFont(std::nullopt);
+        setting.setColor(QColor());
+        setting.setFont(std::nullopt);
         m_window.reset();
         return result;
     };
@@ -447,11 +462,9 @@ void tst_Rendering::appearanceReachesThePixels()
     if (pixelSize) {
         // Capitals are about 0.73 of the font's size; compared with the default size, so
         // that the ratio of the painted heights is the ratio of the sizes.
-        const int defaults[] = {12, 24, 16};
-        const int defaultSize = defaults[part == u"date"_s ? 0 : part == u"title"_s ? 1 : 2];
         const int defaultCapitals = paint(false).second;
         const double ratio = double(capitals) / defaultCapitals;
-        const double expectedRatio = double(pixelSize) / defaultSize;
+        const double expectedRatio = double(pixelSize) / setting.defaultPixelSize;
         QVERIFY2(std::abs(ratio - expectedRatio) < 0.2 * expectedRatio,
                  qPrintable(u"capitals %1 px against %2 px by default"_s.arg(capitals).arg(defaultCapitals)));
     }
@@ -520,22 +533,13 @@ void tst_Rendering::rightToLeftAlignsRight()
     const QRect titleText = inWindow(title->titleLabel(), title->titleLabel()->contentsRect());
     const QRect bodyInk = inkBounds(image, inWindow(body->bodyTextView()));
     const QRect bodyText = inWindow(body->bodyTextView()->viewport());
-    if (rightToLeft) {
-        QVERIFY2(std::abs(titleInk.right() - titleText.right()) <= 3,
-                 qPrintable(u"title ends at %1 of %2"_s.arg(titleInk.right()).arg(titleText.right())));
-        QVERIFY2(std::abs(bodyInk.right() - bodyText.right()) <= 3,
-                 qPrintable(u"body ends at %1 of %2"_s.arg(bodyInk.right()).arg(bodyText.right())));
-    } else {
-        QVERIFY2(std::abs(titleInk.left() - titleText.left()) <= 3,
-                 qPrintable(u"title starts at %1 of %2"_s.arg(titleInk.left()).arg(titleText.left())));
-        QVERIFY2(std::abs(bodyInk.left() - bodyText.left()) <= 3,
-                 qPrintable(u"body starts at %1 of %2"_s.arg(bodyInk.left()).arg(bodyText.left())));
-    }
+    const auto start = [rightToLeft](const QRect &rect) { return rightToLeft ? rect.right() : rect.left(); };
+    QVERIFY2(std::abs(start(titleInk) - start(titleText)) <= 3,
+             qPrintable(u"title ink starts at %1, its text at %2"_s.arg(start(titleInk)).arg(start(titleText))));
+    QVERIFY2(std::abs(start(bodyInk) - start(bodyText)) <= 3,
+             qPrintable(u"body ink starts at %1, its text at %2"_s.arg(start(bodyInk)).arg(start(bodyText))));
     // The title's text starts level with the body's.
-    if (rightToLeft)
-        QVERIFY(std::abs(titleText.right() - bodyText.right()) <= 1);
-    else
-        QCOMPARE(titleText.left(), bodyText.left());
+    QVERIFY(std::abs(start(titleText) - start(bodyText)) <= (rightToLeft ? 1 : 0));
 }
 
 void tst_Rendering::darkSystemPalette()
@@ -599,12 +603,7 @@ void tst_Rendering::darkSystemPalette()
 
 void tst_Rendering::keyboardScrolls()
 {
-    QJsonArray sections;
-    for (int i = 0; i < 30; ++i)
-        sections.append(
-            QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
-    TVRDocumentManager::sharedInstance()->setTermsOfService(
-        std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
+    TVRDocumentManager::sharedInstance()->setTermsOfService(headings(30));
     TVRTermsOfServiceViewController *screen = showTerms({390, 844});
     QVERIFY(screen);
     TVRTableView *table = screen->tableView();
@@ -618,8 +617,7 @@ void tst_Rendering::keyboardScrolls()
     QTest::keyClick(table, Qt::Key_Home);
     QCOMPARE(bar->value(), 0);
     QTest::keyClick(table, Qt::Key_Down);
-    const int afterDown = bar->value();
-    QVERIFY(afterDown > 0);
+    QVERIFY(bar->value() > 0);
     QTest::keyClick(table, Qt::Key_Up);
     QCOMPARE(bar->value(), 0);
     QTest::keyClick(table, Qt::Key_PageDown);
@@ -634,11 +632,7 @@ void tst_Rendering::keyboardScrolls()
 
 void tst_Rendering::keyboardReachesTheEndOfTheAgreement()
 {
-    QJsonArray sections;
-    for (int i = 0; i < 20; ++i)
-        sections.append(
-            QJsonObject{{u"title"_s, u"Heading %1"_s.arg(i)}, {u"body"_s, script(u"Latin"_s).sentence.repeated(3)}});
-    auto *screen = new TVRTermsViewController(std::make_shared<TVRDocument>(QJsonObject{{u"sections"_s, sections}}));
+    auto *screen = new TVRTermsViewController(headings(20));
     m_window = std::make_unique<TVRNavigationController>(screen);
     m_window->resize(390, 844);
     m_window->show();

@@ -33,14 +33,12 @@ private Q_SLOTS:
 
     void roundTrip_data();
     void roundTrip();
-    void itemIsNamedByTheKeyTwice();
     void savingTwiceLeavesOneItem();
     void neverSavedLoadsNullSilently();
     void deleting();
     void undecodableBytes_data();
     void undecodableBytes();
     void unarchivableValueKeepsTheOldItem();
-    void anotherProcessReadsTheValue();
     void unavailableKeychain();
 };
 
@@ -77,18 +75,6 @@ void tst_RQKeychain::roundTrip()
     const QVariant loaded = RQKeychain::loadValueForKey(key);
     QCOMPARE(loaded.metaType(), value.metaType());
     QCOMPARE(loaded, value);
-}
-
-void tst_RQKeychain::itemIsNamedByTheKeyTwice()
-{
-    const QString key = u"tovrakit.named"_s;
-    QVERIFY(RQKeychain::saveValue(u"v"_s, key));
-
-    bool found = false;
-    const QByteArray raw = KeychainProbe::readRaw(key, key, &found);
-    QVERIFY(found);
-    QVERIFY(!raw.isEmpty());
-    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
 }
 
 void tst_RQKeychain::savingTwiceLeavesOneItem()
@@ -171,16 +157,6 @@ void tst_RQKeychain::unarchivableValueKeepsTheOldItem()
     QVERIFY(!RQKeychain::saveValue(QVariantMap{{u"id"_s, 7}}, key));
     QVERIFY(!RQKeychain::saveValue(QStringList{u"a"_s}, key));
     QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
-}
-
-void tst_RQKeychain::anotherProcessReadsTheValue()
-{
-    const QString key = u"tovrakit.shared"_s;
-    QCOMPARE(runHelper({u"save"_s, key, u"from another launch"_s}), QStringList{u"true"_s});
-    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"from another launch"_s});
-    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"from another launch"_s));
-    QCOMPARE(runHelper({u"delete"_s, key}), QStringList{u"true"_s});
-    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
 }
 
 void tst_RQKeychain::unavailableKeychain()

@@ -28,7 +28,6 @@ private Q_SLOTS:
 
     void everythingStartsEmpty(); // first: the state of a fresh process
     void versionSymbols();
-    void sharedInstance();
     void slotsHoldWhatIsGiven_data();
     void slotsHoldWhatIsGiven();
     void credentialsAreSetTogether();
@@ -68,13 +67,6 @@ void tst_TVRManager::versionSymbols()
     QCOMPARE(std::strlen(actual), std::strlen(expected));
     QCOMPARE(std::memcmp(actual, expected, sizeof(expected)), 0); // the terminating zero too
     QCOMPARE(TovraVersionNumber, 1.0);
-}
-
-void tst_TVRManager::sharedInstance()
-{
-    TVRManager *const instance = TVRManager::sharedInstance();
-    QVERIFY(instance);
-    QCOMPARE(TVRManager::sharedInstance(), instance);
 }
 
 void tst_TVRManager::slotsHoldWhatIsGiven_data()
