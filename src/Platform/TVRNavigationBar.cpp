@@ -3,6 +3,7 @@
 
 #include "TVRNavigationBar_p.h"
 
+#include "TVRFocusRing_p.h"
 #include "TVRPalette_p.h"
 
 #include <QAction>
@@ -40,6 +41,7 @@ TVRNavigationBar::TVRNavigationBar(QWidget *parent)
     m_title->setTextFormat(Qt::PlainText);
     for (QToolButton *button : {m_left, m_right}) {
         button->setAutoRaise(true);
+        TVRFocusRing::attach(button);
         button->hide();
     }
 }

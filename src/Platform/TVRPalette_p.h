@@ -21,6 +21,9 @@ QPalette light();
 // light() on a bar: the navigation bar's and the toolbar's light grey under dark text.
 QPalette bar();
 
+//! The colour that marks keyboard focus: the bars' blue, 6:1 on white.
+QColor focus();
+
 // Makes \a color the colour \a widget draws its text with, whatever role paints it: a
 // label in a scroll area's viewport paints with Text, elsewhere with WindowText.
 void setTextColor(QWidget *widget, const QColor &color);

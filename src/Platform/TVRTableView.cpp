@@ -3,6 +3,8 @@
 
 #include "TVRTableView.h"
 
+#include "TVRAccessible_p.h"
+#include "TVRFocusRing_p.h"
 #include "TVRPalette_p.h"
 #include "TVRTableViewCell.h"
 #include "TVRTableViewDataSource.h"
@@ -310,7 +312,10 @@ void TVRTableViewPrivate::layoutRows()
             shown.insert(it->indexPath, cell);
         }
     }
+    const bool reordered = visible.keys() != shown.keys();
     visible = shown;
+    if (reordered)
+        TVRAccessible::rowsChanged(q);
 }
 
 void TVRTableViewPrivate::recycle(TVRTableViewCell *cell)
@@ -325,6 +330,7 @@ TVRTableView::TVRTableView(Style style, QWidget *parent)
     : QAbstractScrollArea(parent)
     , d(std::make_unique<TVRTableViewPrivate>(this, style))
 {
+    TVRAccessible::install();
     setFrameShape(QFrame::NoFrame);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -339,6 +345,7 @@ TVRTableView::TVRTableView(Style style, QWidget *parent)
         "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
         "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
     d->indicator->hide();
+    TVRFocusRing::attach(this);
     d->measuring = new QTimer(this);
     d->measuring->setSingleShot(true);
     d->measuring->setInterval(0);
@@ -492,7 +499,10 @@ void TVRTableView::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Home && event->modifiers() == Qt::NoModifier) {
         bar->triggerAction(QAbstractSlider::SliderToMinimum);
     } else if (event->key() == Qt::Key_End && event->modifiers() == Qt::NoModifier) {
-        bar->triggerAction(QAbstractSlider::SliderToMaximum);
+        // Rows measured on the way in may make the content taller than it was estimated:
+        // go on to the new end until it stays put.
+        for (int pass = 0; pass < 8 && bar->value() != bar->maximum(); ++pass)
+            bar->triggerAction(QAbstractSlider::SliderToMaximum);
     } else if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
         bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
     } else if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {

@@ -3,6 +3,7 @@
 
 #include "TVRViewController.h"
 
+#include "TVRAccessible_p.h"
 #include "TVRNavigationController.h"
 #include "TVRNavigationItem.h"
 #include "TVRTabBarController.h"
@@ -52,6 +53,7 @@ TVRViewController::TVRViewController(QWidget *parent)
     : QWidget(parent)
     , d(std::make_unique<TVRViewControllerPrivate>())
 {
+    TVRAccessible::install();
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

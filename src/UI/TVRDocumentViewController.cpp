@@ -146,11 +146,32 @@ void TVRDocumentViewController::setupConstraints()
 void TVRDocumentViewController::viewDidLoad()
 {
     TVRViewController::viewDidLoad();
+    // Assistive technology names the list of rows after the screen.
+    connect(this, &TVRViewController::titleChanged, this, [this] {
+        if (d->tableView)
+            d->tableView->setAccessibleName(title());
+    });
     if (!d->titleOnLoad.isNull())
         setTitle(d->titleOnLoad);
+    tableView()->setAccessibleName(title());
     // The header shows the date of the document the table shows, until a completion says
     // otherwise.
     headerView()->dateLabel()->setText(dateText(documentOf(TVRDocumentManager::sharedInstance())));
+}
+
+void TVRDocumentViewController::showEvent(QShowEvent *event)
+{
+    TVRViewController::showEvent(event);
+    // The view shown for the first time is laid out and shown after this event: focus
+    // follows once the event loop has shown it.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            QWidget *focus = window()->focusWidget();
+            if (isVisible() && (!focus || !isAncestorOf(focus)))
+                tableView()->setFocus(Qt::OtherFocusReason);
+        },
+        Qt::QueuedConnection);
 }
 
 TVRSectionList TVRDocumentViewController::sections() const

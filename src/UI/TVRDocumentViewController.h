@@ -78,6 +78,8 @@ protected:
     void viewDidLoad() override;
     //! The table fills the root view.
     virtual void setupConstraints();
+    //! A screen that is shown takes keyboard focus on its table, unless focus is in it already.
+    void showEvent(QShowEvent *event) override;
 
 private:
     void showDocumentIn(TVRTableView *table);

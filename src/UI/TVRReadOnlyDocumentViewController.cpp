@@ -10,11 +10,13 @@
 
 #include <QAction>
 #include <QPointer>
+#include <QShortcut>
 
 class TVRReadOnlyDocumentViewControllerPrivate
 {
 public:
     QPointer<QAction> closeBarButtonItem;
+    QShortcut *escape = nullptr;
 };
 
 TVRReadOnlyDocumentViewController::TVRReadOnlyDocumentViewController(const QString &titleOnLoad, QWidget *parent)
@@ -72,4 +74,17 @@ void TVRReadOnlyDocumentViewController::viewDidLoad()
     TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
     manager->setDelegate(this);
     fetchDocument(manager);
+}
+
+void TVRReadOnlyDocumentViewController::showEvent(QShowEvent *event)
+{
+    TVRDocumentViewController::showEvent(event);
+    if (!d->escape) {
+        d->escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+        d->escape->setContext(Qt::WindowShortcut);
+        connect(d->escape, &QShortcut::activated, this, [this] { closeBarButtonItem()->trigger(); });
+    }
+    // Only while presented, so that a host window's own Escape keeps working around a
+    // screen that is pushed or embedded.
+    d->escape->setEnabled(presentingViewController() != nullptr);
 }

@@ -40,6 +40,8 @@ protected:
 
     virtual void fetchDocument(TVRDocumentManager *manager) = 0;
     void viewDidLoad() override;
+    //! Escape does what Close does while the screen is presented.
+    void showEvent(QShowEvent *event) override;
 
 private:
     std::unique_ptr<TVRReadOnlyDocumentViewControllerPrivate> const d;

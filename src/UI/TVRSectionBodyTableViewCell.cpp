@@ -50,7 +50,9 @@ TVRSectionBodyTableViewCell::~TVRSectionBodyTableViewCell() = default;
 void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section)
 {
     TVRSectionTableViewCell::setSection(std::move(section));
-    bodyTextView()->setPlainText(this->section() ? this->section()->body() : QString());
+    const QString body = this->section() ? this->section()->body() : QString();
+    bodyTextView()->setPlainText(body);
+    setAccessibleName(body);
 }
 
 QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
@@ -67,6 +69,10 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
         textView->document()->setDefaultTextOption(TVRTextLayout::wrappingOption());
         TVRPalette::setTextColor(textView, TVRDesignClass::sectionBodyColor());
         TVRPalette::setBackground(textView, Qt::white);
+        // The text stays editable with a click, but keyboard focus moves through the
+        // screen's controls and its table, not into every body: Tab leaves a body it is in.
+        textView->setFocusPolicy(Qt::ClickFocus);
+        textView->setTabChangesFocus(true);
         d->bodyTextView = textView;
     }
     return d->bodyTextView;

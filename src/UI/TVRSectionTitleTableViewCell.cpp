@@ -44,6 +44,7 @@ void TVRSectionTitleTableViewCell::setSection(std::shared_ptr<TVRSection> sectio
     const bool rightToLeft = title.isRightToLeft();
     label->setContentsMargins(rightToLeft ? endInset : startInset, 0, rightToLeft ? startInset : endInset, 0);
     label->setText(title);
+    setAccessibleName(title);
 }
 
 QLabel *TVRSectionTitleTableViewCell::titleLabel()

@@ -4,6 +4,7 @@
 #include "TVRTermsViewController.h"
 
 #include "TVRDocumentManager.h"
+#include "TVRFocusRing_p.h"
 #include "TVRPalette_p.h"
 #include "TVRSubview_p.h"
 #include "TVRTableView.h"
@@ -49,6 +50,12 @@ QToolBar *TVRTermsViewController::toolbar()
         flexibleSpace->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
         toolbar->addWidget(flexibleSpace);
         toolbar->addAction(agreeBarButtonItem());
+        // A tool bar's buttons take no keyboard focus by default; these are the screen's answer.
+        for (QAction *action : {disagreeBarButtonItem(), agreeBarButtonItem()}) {
+            QWidget *button = toolbar->widgetForAction(action);
+            button->setFocusPolicy(Qt::TabFocus);
+            TVRFocusRing::attach(button);
+        }
         d->toolbar = toolbar;
     }
     return d->toolbar;

@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#include "TVRAccessible_p.h"
+
+#include "TVRNavigationController.h"
+#include "TVRTableView.h"
+#include "TVRTableViewCell.h"
+#include "TVRViewController.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+namespace {
+
+// The table as a list: its header view, then one item per row on screen, top to bottom.
+// The viewport and the scroll indicator stay out of the tree.
+class AccessibleTable : public QAccessibleWidget
+{
+public:
+    explicit AccessibleTable(TVRTableView *table)
+        : QAccessibleWidget(table, QAccessible::List)
+    {
+    }
+
+    int childCount() const override { return int(children().size()); }
+
+    QAccessibleInterface *child(int index) const override
+    {
+        const QList<QWidget *> shown = children();
+        return index >= 0 && index < shown.size() ? QAccessible::queryAccessibleInterface(shown.at(index)) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return child ? int(children().indexOf(child->object())) : -1;
+    }
+
+    QAccessibleInterface *childAt(int x, int y) const override
+    {
+        for (QWidget *widget : children()) {
+            QAccessibleInterface *candidate = QAccessible::queryAccessibleInterface(widget);
+            if (candidate && candidate->rect().contains(x, y))
+                return candidate;
+        }
+        return nullptr;
+    }
+
+private:
+    TVRTableView *table() const { return static_cast<TVRTableView *>(widget()); }
+
+    QList<QWidget *> children() const
+    {
+        QList<QWidget *> shown;
+        if (QWidget *header = table()->tableHeaderView(); header && !header->isHidden())
+            shown << header;
+        for (TVRTableViewCell *cell : table()->visibleCells())
+            shown << cell;
+        return shown;
+    }
+};
+
+// A row: an item of its table's list, named by the cell's accessible name.
+class AccessibleCell : public QAccessibleWidget
+{
+public:
+    explicit AccessibleCell(TVRTableViewCell *cell)
+        : QAccessibleWidget(cell, QAccessible::ListItem)
+    {
+    }
+
+    QAccessibleInterface *parent() const override
+    {
+        // The cell lies in the table's viewport; the tree skips the viewport.
+        QWidget *viewport = widget()->parentWidget();
+        if (auto *table = viewport ? qobject_cast<TVRTableView *>(viewport->parentWidget()) : nullptr)
+            return QAccessible::queryAccessibleInterface(table);
+        return QAccessibleWidget::parent();
+    }
+
+    QString text(QAccessible::Text t) const override
+    {
+        if (t == QAccessible::Name || t == QAccessible::Value)
+            return widget()->accessibleName();
+        return QAccessibleWidget::text(t);
+    }
+};
+
+// A screen: presented in a window of its own, a dialog named by its title.
+class AccessibleScreen : public QAccessibleWidget
+{
+public:
+    explicit AccessibleScreen(TVRViewController *screen)
+        : QAccessibleWidget(screen)
+    {
+    }
+
+    QAccessible::Role role() const override { return presented() ? QAccessible::Dialog : QAccessibleWidget::role(); }
+
+    QString text(QAccessible::Text t) const override
+    {
+        if (t == QAccessible::Name && presented() && widget()->accessibleName().isEmpty())
+            return title();
+        return QAccessibleWidget::text(t);
+    }
+
+private:
+    TVRViewController *screen() const { return static_cast<TVRViewController *>(widget()); }
+    bool presented() const { return widget()->isWindow() && screen()->presentingViewController(); }
+    QString title() const
+    {
+        // A navigation container reads as the screen on top of it.
+        if (auto *navigation = qobject_cast<TVRNavigationController *>(screen());
+            navigation && navigation->topViewController())
+            return navigation->topViewController()->title();
+        return screen()->title();
+    }
+};
+
+QAccessibleInterface *factory(const QString &className, QObject *object)
+{
+    if (className == QLatin1String("TVRTableView"))
+        return new AccessibleTable(static_cast<TVRTableView *>(object));
+    if (className == QLatin1String("TVRTableViewCell"))
+        return new AccessibleCell(static_cast<TVRTableViewCell *>(object));
+    if (className == QLatin1String("TVRViewController"))
+        return new AccessibleScreen(static_cast<TVRViewController *>(object));
+    return nullptr;
+}
+
+} // namespace
+
+void TVRAccessible::install()
+{
+    static const bool installed = [] {
+        QAccessible::installFactory(factory);
+        return true;
+    }();
+    Q_UNUSED(installed)
+}
+
+void TVRAccessible::rowsChanged(TVRTableView *table)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(table, QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&event);
+}

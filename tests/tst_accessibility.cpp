@@ -1,0 +1,511 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+// The screens as a screen reader and a keyboard user meet them: the accessible tree walked
+// through Qt's QAccessible interfaces, real key presses, and the focus as it is painted.
+
+#include "OffscreenTest.h"
+#include "TestFixture.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTextEdit>
+#include <QToolButton>
+#include <QtTest>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString appName = u"Acme Notes"_s;
+
+QJsonObject documentJson(const QString &title, int sections)
+{
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i) {
+        QJsonObject section{
+            {u"body"_s, u"Body %1: ##### keeps what you write on your device. "_s.arg(i + 1).repeated(3)}};
+        if (i % 2 == 0)
+            section.insert(u"title"_s, u"Heading %1"_s.arg(i + 1));
+        list.append(section);
+    }
+    return QJsonObject{{u"title"_s, title}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, list}};
+}
+
+// The rows' texts as a reader should hear them, top to bottom.
+QStringList rowTexts(const QJsonObject &document)
+{
+    QStringList texts;
+    for (const QJsonValue &section : document[u"sections"_s].toArray()) {
+        if (section[u"title"_s].isString())
+            texts << section[u"title"_s].toString();
+        texts << section[u"body"_s].toString().replace(u"#####"_s, appName);
+    }
+    return texts;
+}
+
+QList<QAccessibleInterface *> descendants(QAccessibleInterface *root)
+{
+    QList<QAccessibleInterface *> found;
+    for (int i = 0; root && i < root->childCount(); ++i) {
+        QAccessibleInterface *child = root->child(i);
+        if (!child || child->state().invisible)
+            continue;
+        found << child << descendants(child);
+    }
+    return found;
+}
+
+QAccessibleInterface *find(QAccessibleInterface *root, QAccessible::Role role, const QString &name = {})
+{
+    const QList<QAccessibleInterface *> all = descendants(root);
+    const auto it = std::find_if(all.cbegin(), all.cend(), [&](QAccessibleInterface *node) {
+        return node->role() == role && (name.isNull() || node->text(QAccessible::Name) == name);
+    });
+    return it == all.cend() ? nullptr : *it;
+}
+
+// What a screen reader announces, one line per node it can stop at.
+QStringList announced(QAccessibleInterface *root)
+{
+    QStringList lines;
+    const QList<QAccessibleInterface *> all = QList<QAccessibleInterface *>{root} + descendants(root);
+    for (QAccessibleInterface *node : all) {
+        const QString name = node->text(QAccessible::Name);
+        const QAccessible::Role role = node->role();
+        if (name.isEmpty() && role != QAccessible::List)
+            continue;
+        QString line = QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(role)) + u' ';
+        line += u'"' + (name.size() > 48 ? name.left(45) + u"..."_s : name) + u'"';
+        if (role == QAccessible::List)
+            line += u", %1 items"_s.arg(node->childCount());
+        if (node->state().disabled)
+            line += u", unavailable"_s;
+        lines << line;
+    }
+    return lines;
+}
+
+// A host application's screen, to push and present from.
+class HostScreen : public TVRViewController
+{
+protected:
+    void loadView() override
+    {
+        auto *root = new QWidget;
+        new QVBoxLayout(root);
+        setView(root);
+    }
+};
+
+double luminance(const QColor &color)
+{
+    const auto channel = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
+}
+
+// The strongest contrast between two pictures of the same widget, pixel against pixel.
+double strongestChange(const QImage &before, const QImage &after)
+{
+    double strongest = 1;
+    for (int y = 0; y < qMin(before.height(), after.height()); ++y) {
+        for (int x = 0; x < qMin(before.width(), after.width()); ++x)
+            strongest = qMax(strongest, contrast(before.pixelColor(x, y), after.pixelColor(x, y)));
+    }
+    return strongest;
+}
+
+// How the keyboard focus is named in the expected Tab orders.
+QString focusName()
+{
+    QWidget *focus = QApplication::focusWidget();
+    if (qobject_cast<TVRTableView *>(focus))
+        return u"document"_s;
+    if (auto *button = qobject_cast<QToolButton *>(focus))
+        return button->text();
+    if (qobject_cast<QTextEdit *>(focus))
+        return u"body"_s;
+    return focus ? QString::fromLatin1(focus->metaObject()->className()) : u"nothing"_s;
+}
+
+} // namespace
+
+class tst_Accessibility : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void screenReaderWalk_data();
+    void screenReaderWalk();
+    void pressActions();
+    void tabOrder_data();
+    void tabOrder();
+    void tabLeavesABodyThatStaysEditable();
+    void keysScroll_data();
+    void keysScroll();
+    void escape_data();
+    void escape();
+    void focusIsPainted();
+
+private:
+    // Shows the screen \a kind names the way a host does; returns the document screen.
+    TVRDocumentViewController *show(const QString &kind);
+    TVRTableView *table(TVRDocumentViewController *screen) { return screen->tableView(); }
+    void pressTab(Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, modifiers);
+    }
+
+    TestHttpsServer m_server;
+    TestSession m_session;
+    HostScreen *m_host = nullptr;
+    const QJsonObject m_terms = documentJson(u"Terms"_s, 40);
+    const QJsonObject m_privacy = documentJson(u"Privacy"_s, 8);
+};
+
+void tst_Accessibility::initTestCase()
+{
+    QVERIFY(startLoopbackService(u"tst_accessibility"_s, m_server, m_session));
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    TVRManager::setAppName(appName);
+    TVRDocumentManager::sharedInstance()->setSession(&m_session);
+    m_server.setHandler([this](const TestRequest &request) {
+        const bool terms = request.path == u"/api/terms-of-service"_s;
+        return TestReply::json(200, QJsonDocument(terms ? m_terms : m_privacy).toJson(QJsonDocument::Compact));
+    });
+}
+
+void tst_Accessibility::cleanup()
+{
+    delete m_host;
+    m_host = nullptr;
+    QTRY_COMPARE(m_session.liveReplies(), 0);
+}
+
+TVRDocumentViewController *tst_Accessibility::show(const QString &kind)
+{
+    m_host = new HostScreen;
+    m_host->setGeometry(QGuiApplication::primaryScreen()->geometry());
+    m_host->show();
+    TVRDocumentViewController *screen = nullptr;
+    if (kind == u"terms, pushed"_s) {
+        auto *navigation = new TVRNavigationController(new HostScreen);
+        m_host->view()->layout()->addWidget(navigation);
+        screen = TVRManager::termsOfServiceViewController();
+        navigation->pushViewController(screen);
+    } else if (kind == u"privacy, presented"_s) {
+        screen = TVRManager::privacyPolicyViewController();
+        m_host->presentViewController(new TVRNavigationController(screen));
+    } else {
+        auto *agreement = new TVRTermsViewController(std::make_shared<TVRDocument>(m_terms));
+        // As a host that wants the reader to reach the end before answering.
+        agreement->agreeBarButtonItem()->setEnabled(false);
+        agreement->disagreeBarButtonItem()->setEnabled(false);
+        m_host->presentViewController(new TVRNavigationController(agreement));
+        screen = agreement;
+    }
+    QWidget *window = screen->window();
+    window->activateWindow();
+    if (!QTest::qWaitForWindowActive(window))
+        qWarning("the screen's window did not become active");
+    [&] { QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty()); }();
+    return screen;
+}
+
+void tst_Accessibility::screenReaderWalk_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("dialog");
+    QTest::addColumn<QStringList>("enabledButtons");
+    QTest::addColumn<QStringList>("disabledButtons");
+
+    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QString() << QStringList{u"Back"_s} << QStringList();
+    QTest::newRow("privacy, presented") << u"privacy, presented"_s << u"Privacy Policy"_s << QStringList{u"Close"_s}
+                                        << QStringList();
+    QTest::newRow("agreement") << u"agreement"_s << u"Terms of Service"_s << QStringList()
+                               << QStringList{u"Disagree"_s, u"Agree"_s};
+}
+
+void tst_Accessibility::screenReaderWalk()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, dialog);
+    QFETCH(QStringList, enabledButtons);
+    QFETCH(QStringList, disabledButtons);
+
+    TVRDocumentViewController *screen = show(kind);
+    QAccessibleInterface *window = QAccessible::queryAccessibleInterface(screen->window());
+    QVERIFY(window);
+    const QStringList tree = announced(window);
+    qInfo().noquote() << kind << "reads:\n  " + tree.join(u"\n  "_s);
+
+    // A presented screen is a dialog named by its title.
+    if (!dialog.isNull()) {
+        QCOMPARE(window->role(), QAccessible::Dialog);
+        QCOMPARE(window->text(QAccessible::Name), dialog);
+    } else {
+        QVERIFY(window->role() != QAccessible::Dialog);
+    }
+
+    // The document is a list: the header with its date as static text, then one item per
+    // row on screen, named by the row's text, placeholder filled in.
+    QAccessibleInterface *list = find(window, QAccessible::List);
+    QVERIFY2(list, qPrintable(tree.join(u'\n')));
+    QCOMPARE(list->text(QAccessible::Name), screen->title());
+    QVERIFY(list->state().focusable);
+    QAccessibleInterface *date = find(list->child(0), QAccessible::StaticText);
+    QVERIFY(date);
+    QVERIFY2(date->text(QAccessible::Name).contains(u"2017"_s), qPrintable(date->text(QAccessible::Name)));
+
+    const QStringList expected = rowTexts(kind.startsWith(u"privacy"_s) ? m_privacy : m_terms);
+    const int rows = list->childCount() - 1;
+    QCOMPARE(rows, int(table(screen)->visibleCells().size()));
+    QVERIFY(rows >= 3);
+    for (int i = 0; i < rows; ++i) {
+        QAccessibleInterface *item = list->child(i + 1);
+        QCOMPARE(item->role(), QAccessible::ListItem);
+        QCOMPARE(item->text(QAccessible::Name), expected.at(i));
+        QCOMPARE(list->indexOfChild(item), i + 1);
+        QCOMPARE(item->parent()->object(), list->object());
+        QVERIFY(list->childAt(item->rect().center().x(), item->rect().center().y()) == item);
+    }
+
+    // Buttons are buttons with their names; an enabled one can be pressed, a disabled one
+    // says so and, as any Qt button, offers no action.
+    for (const QStringList &names : {enabledButtons, disabledButtons}) {
+        const bool enabled = names == enabledButtons;
+        for (const QString &name : names) {
+            QAccessibleInterface *button = find(window, QAccessible::Button, name);
+            QVERIFY2(button, qPrintable(name + u" not in\n"_s + tree.join(u'\n')));
+            QCOMPARE(button->state().disabled, !enabled);
+            QVERIFY(button->actionInterface());
+            QCOMPARE(button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()),
+                     enabled);
+        }
+    }
+}
+
+void tst_Accessibility::pressActions()
+{
+    // The agreement's buttons become available once the end was reached with the keyboard.
+    auto *agreement = static_cast<TVRTermsViewController *>(show(u"agreement"_s));
+    QAccessibleInterface *window = QAccessible::queryAccessibleInterface(agreement->window());
+    QTest::keyClick(table(agreement), Qt::Key_End);
+    QAccessibleInterface *agree = find(window, QAccessible::Button, u"Agree"_s);
+    QVERIFY(agree);
+    QTRY_VERIFY(!agree->state().disabled);
+    QSignalSpy agreed(agreement->agreeBarButtonItem(), &QAction::triggered);
+    agree->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(agreed.size(), 1);
+    cleanup();
+
+    // Close, pressed by a screen reader, dismisses the presented screen.
+    QPointer<TVRDocumentViewController> privacy = show(u"privacy, presented"_s);
+    QAccessibleInterface *close =
+        find(QAccessible::queryAccessibleInterface(privacy->window()), QAccessible::Button, u"Close"_s);
+    QVERIFY(close);
+    close->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QTRY_VERIFY(!privacy);
+    QVERIFY(!m_host->presentedViewController());
+}
+
+void tst_Accessibility::tabOrder_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QStringList>("order");
+
+    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QStringList{u"document"_s, u"Back"_s};
+    QTest::newRow("privacy, presented") << u"privacy, presented"_s << QStringList{u"document"_s, u"Close"_s};
+    QTest::newRow("agreement") << u"agreement"_s << QStringList{u"document"_s, u"Disagree"_s, u"Agree"_s};
+}
+
+void tst_Accessibility::tabOrder()
+{
+    QFETCH(QString, kind);
+    QFETCH(QStringList, order);
+
+    TVRDocumentViewController *screen = show(kind);
+    // A shown screen takes focus on its document.
+    QCOMPARE(focusName(), u"document"_s);
+    if (kind == u"agreement"_s)
+        QTest::keyClick(table(screen), Qt::Key_End); // the answers take focus once enabled
+
+    QStringList forward{focusName()};
+    for (int i = 0; i < order.size(); ++i) {
+        pressTab();
+        forward << focusName();
+    }
+    QCOMPARE(forward, order + QStringList{order.first()});
+
+    QStringList backward{focusName()};
+    for (int i = 0; i < order.size(); ++i) {
+        pressTab(Qt::ShiftModifier);
+        backward << focusName();
+    }
+    QStringList reversed(order.crbegin(), order.crend());
+    reversed.prepend(order.first());
+    QCOMPARE(backward, reversed);
+}
+
+void tst_Accessibility::tabLeavesABodyThatStaysEditable()
+{
+    TVRDocumentViewController *screen = show(u"privacy, presented"_s);
+    QTextEdit *body = nullptr;
+    for (TVRTableViewCell *cell : table(screen)->visibleCells()) {
+        if (auto *bodyCell = qobject_cast<TVRSectionBodyTableViewCell *>(cell))
+            body = bodyCell->bodyTextView();
+    }
+    QVERIFY(body);
+    QTest::mouseClick(body->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
+    QCOMPARE(focusName(), u"body"_s);
+    const QString before = body->toPlainText();
+    QTest::keyClick(body, Qt::Key_X);
+    QCOMPARE(body->toPlainText().size(), before.size() + 1);
+
+    pressTab();
+    QVERIFY2(focusName() != u"body"_s, "Tab stayed in the body");
+    QCOMPARE(body->toPlainText().size(), before.size() + 1); // and typed no tab into it
+}
+
+void tst_Accessibility::keysScroll_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<int>("direction"); // -1 up, 1 down
+
+    QTest::newRow("Down") << int(Qt::Key_Down) << int(Qt::NoModifier) << 1;
+    QTest::newRow("Up") << int(Qt::Key_Up) << int(Qt::NoModifier) << -1;
+    QTest::newRow("Page Down") << int(Qt::Key_PageDown) << int(Qt::NoModifier) << 1;
+    QTest::newRow("Page Up") << int(Qt::Key_PageUp) << int(Qt::NoModifier) << -1;
+    QTest::newRow("Space") << int(Qt::Key_Space) << int(Qt::NoModifier) << 1;
+    QTest::newRow("Shift+Space") << int(Qt::Key_Space) << int(Qt::ShiftModifier) << -1;
+    QTest::newRow("End") << int(Qt::Key_End) << int(Qt::NoModifier) << 1;
+    QTest::newRow("Home") << int(Qt::Key_Home) << int(Qt::NoModifier) << -1;
+}
+
+void tst_Accessibility::keysScroll()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(int, direction);
+
+    TVRDocumentViewController *screen = show(u"terms, pushed"_s);
+    QScrollBar *bar = table(screen)->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 2 * bar->pageStep());
+    bar->setValue(bar->maximum() / 2);
+    const int start = bar->value();
+    // The keys reach the table through the application, as a keyboard's would.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QVERIFY2((bar->value() - start) * direction > 0, qPrintable(u"from %1 to %2"_s.arg(start).arg(bar->value())));
+    if (key == Qt::Key_End)
+        QCOMPARE(bar->value(), bar->maximum());
+    if (key == Qt::Key_Home)
+        QCOMPARE(bar->value(), 0);
+    if (key == Qt::Key_PageDown || key == Qt::Key_PageUp || key == Qt::Key_Space)
+        QVERIFY(qAbs(bar->value() - start) > bar->pageStep() / 2);
+}
+
+void tst_Accessibility::escape_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("closes");
+
+    QTest::newRow("privacy, presented") << u"privacy, presented"_s << true;
+    QTest::newRow("agreement") << u"agreement"_s << false;
+    QTest::newRow("terms, pushed") << u"terms, pushed"_s << false;
+}
+
+void tst_Accessibility::escape()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, closes);
+
+    QPointer<TVRDocumentViewController> screen = show(kind);
+    // The host's own Escape, in the host's window.
+    auto *hostEscape = new QShortcut(QKeySequence(Qt::Key_Escape), m_host);
+    QSignalSpy hostEscaped(hostEscape, &QShortcut::activated);
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    if (closes) {
+        QTRY_VERIFY(!screen);
+        QVERIFY(!m_host->presentedViewController());
+    } else {
+        QTest::qWait(50);
+        QVERIFY(screen);
+        QVERIFY(screen->isVisible());
+    }
+    // Pushed in the host's window, the screen leaves Escape to the host.
+    QCOMPARE(hostEscaped.size(), kind == u"terms, pushed"_s ? 1 : 0);
+}
+
+void tst_Accessibility::focusIsPainted()
+{
+    TVRDocumentViewController *screen = show(u"privacy, presented"_s);
+    QWidget *window = screen->window();
+    TVRTableView *document = table(screen);
+    QWidget *close = nullptr;
+    for (QToolButton *button : window->findChildren<QToolButton *>()) {
+        if (button->text() == u"Close"_s)
+            close = button;
+    }
+    QVERIFY(close);
+
+    // Focus that came from the keyboard shows, with a contrast of 3:1 at least against what
+    // was there without it: on a button its own pixels change, on the document a ring
+    // appears at its edge.
+    pressTab();
+    QCOMPARE(QApplication::focusWidget(), close);
+    QCoreApplication::processEvents();
+    const QImage closeFocused = close->grab().toImage();
+    pressTab();
+    QCOMPARE(QApplication::focusWidget(), document);
+    QCoreApplication::processEvents();
+    const QImage withRing = window->grab().toImage();
+    const QImage closeUnfocused = close->grab().toImage();
+    if (const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR"); !dir.isEmpty()) {
+        QDir().mkpath(dir);
+        withRing.save(dir + u"/focus-on-document.png"_s);
+        closeFocused.save(dir + u"/focus-on-close.png"_s);
+    }
+    const double buttonChange = strongestChange(closeUnfocused, closeFocused);
+    QVERIFY2(buttonChange >= 3, qPrintable(u"focus on Close changes it by %1:1"_s.arg(buttonChange)));
+
+    pressTab();
+    QCoreApplication::processEvents();
+    const QImage withoutRing = window->grab().toImage();
+    const QRect documentRect(document->mapTo(window, QPoint(0, 0)), document->size());
+    const qreal ratio = withRing.devicePixelRatio();
+    for (const QPoint &edge : {QPoint(documentRect.left() + 1, documentRect.center().y()),
+                               QPoint(documentRect.center().x(), documentRect.top() + 1),
+                               QPoint(documentRect.center().x(), documentRect.bottom() - 1)}) {
+        const QColor ring = withRing.pixelColor(edge * ratio);
+        const QColor page = withoutRing.pixelColor(edge * ratio);
+        QVERIFY2(
+            contrast(ring, page) >= 3,
+            qPrintable(
+                u"%1 with focus, %2 without, at %3,%4"_s.arg(ring.name(), page.name()).arg(edge.x()).arg(edge.y())));
+    }
+}
+
+TOVRA_OFFSCREEN_TEST_MAIN(tst_Accessibility, QSize(390, 844))
+#include "tst_accessibility.moc"
