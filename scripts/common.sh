@@ -6,6 +6,7 @@
 tovra_packages=(
     cmake g++ ninja-build pkgconf
     qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
+    qt6-l10n-tools qt6-tools-dev
     libsecret-1-0 libsecret-tools libssl3 ca-certificates
     gnome-keyring dbus dbus-bin dbus-daemon
     fonts-dejavu-core fonts-noto-cjk

@@ -49,7 +49,8 @@ void tst_Demo::screenshots()
     QCOMPARE(run({u"--screenshots"_s, dir.path()}, &output), 0);
 
     const QStringList names{u"terms-of-service-from-cache.png"_s, u"terms-of-service-dark-system-palette.png"_s,
-                            u"privacy-policy-presented.png"_s, u"agreement.png"_s};
+                            u"privacy-policy-presented.png"_s,    u"agreement.png"_s,
+                            u"privacy-policy-german.png"_s,       u"agreement-arabic.png"_s};
     const QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
     QCOMPARE(printed.size(), names.size());
     for (int i = 0; i < names.size(); ++i) {

@@ -104,6 +104,48 @@ QJsonObject SampleDocuments::termsOfService()
         });
 }
 
+QJsonObject SampleDocuments::privacyPolicyGerman()
+{
+    return document(
+        QStringLiteral("5f2b9c1e7d3a4b0012a1c003"), QStringLiteral("Datenschutzerklärung"),
+        QStringLiteral("2026-10-15T12:00:00.000+0200"),
+        {
+            {"Welche Daten wir erheben",
+             "Wenn Sie ein Konto bei ##### anlegen, speichern wir Ihren Namen, Ihre E-Mail-Adresse und die "
+             "Einstellungen, die Sie wählen. Inhalte, die Sie in der App erstellen, bleiben auf Ihrem Gerät, bis Sie "
+             "sie selbst synchronisieren."},
+            {"Wofür wir sie verwenden",
+             "Wir verwenden Ihre Daten nur, um den Dienst bereitzustellen, Ihr Konto zu schützen und Sie über "
+             "Änderungen dieser Erklärung zu informieren. Wir verkaufen keine personenbezogenen Daten."},
+            {"Wie lange wir sie speichern",
+             "Wir löschen Ihre Daten spätestens 30 Tage, nachdem Sie Ihr Konto geschlossen haben, sofern uns kein "
+             "Gesetz eine längere Aufbewahrung vorschreibt."},
+            {"Ihre Rechte",
+             "Sie können jederzeit Auskunft über Ihre Daten verlangen, sie berichtigen oder löschen lassen und der "
+             "Verarbeitung widersprechen. Schreiben Sie dazu an datenschutz@example.com."},
+        });
+}
+
+QJsonObject SampleDocuments::termsOfServiceArabic()
+{
+    return document(QStringLiteral("5f2b9c1e7d3a4b0012a1c004"), QStringLiteral("شروط الخدمة"),
+                    QStringLiteral("2026-10-15T12:00:00.000+0200"),
+                    {
+                        {"قبول الشروط",
+                         "باستخدامك تطبيق ##### فإنك توافق على هذه الشروط. إذا كنت لا توافق عليها، فيرجى عدم "
+                         "استخدام التطبيق."},
+                        {"حسابك",
+                         "أنت مسؤول عن الحفاظ على سرية بيانات الدخول إلى حسابك وعن كل نشاط يتم من خلاله. أبلغنا "
+                         "فورًا إذا اشتبهت في أي استخدام غير مصرح به."},
+                        {"المحتوى الخاص بك",
+                         "يبقى المحتوى الذي تنشئه ملكًا لك، وتمنحنا ترخيصًا محدودًا لاستخدامه بالقدر اللازم لتقديم "
+                         "الخدمة فقط."},
+                        {"إنهاء الخدمة",
+                         "يجوز لك التوقف عن استخدام التطبيق في أي وقت. ويجوز لنا تعليق حسابك إذا خالفت هذه الشروط، "
+                         "وسنخطرك بذلك مسبقًا متى أمكن."},
+                    });
+}
+
 QJsonObject SampleDocuments::privacyPolicy()
 {
     return document(

@@ -12,6 +12,9 @@
 namespace SampleDocuments {
 QJsonObject termsOfService();
 QJsonObject privacyPolicy();
+// The same kind of documents in other languages, for the localised screens.
+QJsonObject privacyPolicyGerman();
+QJsonObject termsOfServiceArabic();
 
 // Reads \a path as a document the service can serve; on a problem, returns an empty
 // object and says in \a error what is wrong, naming the file.

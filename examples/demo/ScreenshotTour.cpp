@@ -6,6 +6,7 @@
 #include "DemoService.h"
 #include "HomeScreen.h"
 #include "LoopbackSession.h"
+#include "SampleDocuments.h"
 
 #include <Tovra.h>
 
@@ -18,11 +19,11 @@
 
 namespace {
 
-// Serves events until \a done holds, for at most ten seconds.
+// Serves events until \a done holds, for at most \a ms milliseconds.
 template <typename Predicate>
-bool waitFor(Predicate done)
+bool waitFor(Predicate done, int ms = 10000)
 {
-    const QDeadlineTimer deadline(10000);
+    const QDeadlineTimer deadline(ms);
     while (!done() && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     return done();
@@ -124,10 +125,39 @@ QStringList takeScreenshots(const QString &directory, DemoService &service, Loop
     privacy->dismissViewControllerAnimated();
 
     home->runAgreementCheck();
-    if (auto *agreement = home->presentedViewController())
+    if (auto *agreement = home->presentedViewController()) {
         shoot(agreement, QStringLiteral("agreement"));
-    else
+        agreement->dismissViewControllerAnimated();
+    } else {
         *error = QStringLiteral("the agreement screen was not presented");
+    }
+
+    // The kit in German: the Privacy Policy kept from a German service, shown offline.
+    TVRManager::installTranslations(QLocale(QLocale::German, QLocale::Germany));
+    documents->setSession(&offline);
+    documents->setPrivacyPolicy(std::make_shared<TVRDocument>(SampleDocuments::privacyPolicyGerman()));
+    home->showPrivacyPolicy();
+    if (auto *german = home->presentedViewController()) {
+        waitFor([] { return false; }, 200);
+        shoot(german, QStringLiteral("privacy-policy-german"));
+        german->dismissViewControllerAnimated();
+    }
+
+    // In Arabic, laid out right to left: the agreement check for Arabic terms.
+    TVRManager::installTranslations(QLocale(QLocale::Arabic, QLocale::Egypt));
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(
+        TVRUserManager::sharedInstance(), false,
+        std::make_shared<TVRDocument>(SampleDocuments::termsOfServiceArabic()));
+    if (auto *arabic = home->presentedViewController()) {
+        shoot(arabic, QStringLiteral("agreement-arabic"));
+        arabic->dismissViewControllerAnimated();
+    } else {
+        *error = QStringLiteral("the Arabic agreement screen was not presented");
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    TVRManager::installTranslations(QLocale(QLocale::English));
+    documents->setSession(&session);
 
     delete navigation;
     return error->isEmpty() ? written : QStringList();

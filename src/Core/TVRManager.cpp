@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QPointer>
+#include <QTranslator>
 
 #include <memory>
 
@@ -153,6 +154,38 @@ void TVRManager::activateApp()
     TVRUserManager *users = TVRUserManager::sharedInstance();
     users->setDelegate(sharedInstance());
     users->fetchUserStatusWithIdentifier(userIdentifier());
+}
+
+// The catalogues are compiled into the library; a static library links them in only when
+// something asks for them by name.
+static void initTranslationResources()
+{
+    Q_INIT_RESOURCE(tovra_translations);
+}
+
+bool TVRManager::installTranslations(const QLocale &locale)
+{
+    static QPointer<QTranslator> installed;
+    if (installed) {
+        QCoreApplication::removeTranslator(installed);
+        delete installed;
+    }
+    TVRSettings &settings = TVRSettings::current();
+    settings.locale.reset();
+    if (locale.language() == QLocale::English) {
+        settings.locale = locale;
+        return true;
+    }
+    if (!QCoreApplication::instance())
+        return false;
+    initTranslationResources();
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    if (!translator->load(locale, QStringLiteral("tovra"), QStringLiteral("_"), QStringLiteral(":/tovra/i18n")))
+        return false;
+    QCoreApplication::installTranslator(translator.get());
+    installed = translator.release();
+    settings.locale = locale;
+    return true;
 }
 
 TVRTermsOfServiceViewController *TVRManager::termsOfServiceViewController()

@@ -13,6 +13,7 @@
 #include "tovra_export.h"
 #include "TVRUserManagerDelegate.h"
 
+#include <QLocale>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -89,6 +90,18 @@ public:
         instance's userManagerDidRespondWithCompliance().
     */
     static void activateApp();
+
+    /*!
+        Shows the kit in \a locale's language: installs the kit's own translations for it
+        in the application, in place of any installed before, and formats the screens' dates
+        in \a locale. Returns whether the kit speaks that language: true for English, the
+        kit's own, and for every language it has a catalogue for (German, French, Spanish,
+        Italian, Brazilian Portuguese, Japanese, Simplified Chinese, Arabic and Hebrew);
+        false otherwise, and the kit then stays in English with dates in the default locale.
+        Call it before showing a screen; screens already made keep their texts. The
+        application's layout direction stays the host's to set.
+    */
+    static bool installTranslations(const QLocale &locale = QLocale());
 
     //! A new Terms of Service screen, owned by the caller; it fetches its document itself.
     static TVRTermsOfServiceViewController *termsOfServiceViewController();

@@ -7,7 +7,9 @@
 #include "TVRPalette_p.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QLabel>
+#include <QStyle>
 #include <QToolButton>
 
 namespace {
@@ -63,6 +65,13 @@ void TVRNavigationBar::setItems(QAction *left, QAction *right)
     place();
 }
 
+void TVRNavigationBar::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        place();
+}
+
 void TVRNavigationBar::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
@@ -72,8 +81,12 @@ void TVRNavigationBar::resizeEvent(QResizeEvent *event)
 void TVRNavigationBar::place()
 {
     const int h = height();
-    m_left->move(Margin, (h - m_left->height()) / 2);
-    m_right->move(width() - Margin - m_right->width(), (h - m_right->height()) / 2);
+    // The leading item sits at the start of the bar: on the left, or on the right when the
+    // layout runs right to left.
+    const QRect leading(QPoint(Margin, (h - m_left->height()) / 2), m_left->size());
+    const QRect trailing(QPoint(width() - Margin - m_right->width(), (h - m_right->height()) / 2), m_right->size());
+    m_left->setGeometry(QStyle::visualRect(layoutDirection(), rect(), leading));
+    m_right->setGeometry(QStyle::visualRect(layoutDirection(), rect(), trailing));
     // The title is centred on the bar, clear of whichever button is wider.
     const int side =
         Margin + qMax(m_left->isVisible() ? m_left->width() : 0, m_right->isVisible() ? m_right->width() : 0);

@@ -29,6 +29,7 @@ public:
     QToolButton *rightButton() const { return m_right; }
 
 protected:
+    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -55,6 +55,7 @@ void TVRNavigationController::loadView()
     d->stack = new QStackedWidget(root);
     layout->addWidget(d->bar);
     layout->addWidget(d->stack, 1);
+    //: Goes back to the previous screen.
     d->back = new QAction(tr("Back"), this);
     connect(d->back, &QAction::triggered, this, [this] { popViewControllerAnimated(); });
     setView(root);

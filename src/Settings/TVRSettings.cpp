@@ -22,6 +22,11 @@ TVRSettings &TVRSettings::current()
     return instance;
 }
 
+QLocale TVRSettings::effectiveLocale()
+{
+    return current().locale.value_or(QLocale());
+}
+
 QString TVRSettings::effectiveAppName()
 {
     if (!current().appName.isNull())

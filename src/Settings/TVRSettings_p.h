@@ -4,8 +4,11 @@
 #ifndef TVRSETTINGS_P_H
 #define TVRSETTINGS_P_H
 
+#include <QLocale>
 #include <QString>
 #include <QVariant>
+
+#include <optional>
 
 // The kit's process-wide settings. TVRManager writes them for the host; the request layer
 // reads the credentials and the model reads the application name, without either of them
@@ -20,12 +23,15 @@ struct TVRSettings
     QVariant userImageUrl;
     bool scrollToBottomEnabled = false;
     bool alertOnAgreeEnabled = false;
+    std::optional<QLocale> locale; // the language the host chose for the kit, if any
 
     static TVRSettings &current();
 
     // The name shown in place of "#####": the host's, else the application's display name,
     // else its name.
     static QString effectiveAppName();
+    // The locale the screens format dates in: the one the host chose, else the default.
+    static QLocale effectiveLocale();
 };
 
 #endif

@@ -9,6 +9,7 @@
 #include "TVRPalette_p.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
+#include "TVRSettings_p.h"
 #include "TVRSubview_p.h"
 #include "TVRTableView.h"
 
@@ -44,7 +45,7 @@ QString TVRDocumentViewController::dateText(const std::shared_ptr<TVRDocument> &
 {
     if (!document)
         return {};
-    return QLocale().toString(document->date().toLocalTime().date(), QLocale::LongFormat);
+    return TVRSettings::effectiveLocale().toString(document->date().toLocalTime().date(), QLocale::LongFormat);
 }
 
 TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad, QWidget *parent)

@@ -12,7 +12,8 @@ TVRPrivacyPolicyViewController::TVRPrivacyPolicyViewController(QWidget *parent)
 
 QString TVRPrivacyPolicyViewController::title() const
 {
-    return QStringLiteral("Privacy Policy");
+    //: The title of the screen that shows the application's privacy policy.
+    return tr("Privacy Policy");
 }
 
 std::shared_ptr<TVRDocument> TVRPrivacyPolicyViewController::documentOf(TVRDocumentManager *manager) const

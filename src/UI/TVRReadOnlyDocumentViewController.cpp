@@ -30,7 +30,8 @@ TVRReadOnlyDocumentViewController::~TVRReadOnlyDocumentViewController() = defaul
 QAction *TVRReadOnlyDocumentViewController::closeBarButtonItem()
 {
     if (!d->closeBarButtonItem) {
-        auto *item = new QAction(QStringLiteral("Close"), this);
+        //: Closes a terms of service or privacy policy screen that was opened over the application.
+        auto *item = new QAction(tr("Close"), this);
         QFont done = item->font();
         done.setBold(true);
         item->setFont(done);

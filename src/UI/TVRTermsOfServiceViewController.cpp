@@ -6,7 +6,8 @@
 #include "TVRDocumentManager.h"
 
 TVRTermsOfServiceViewController::TVRTermsOfServiceViewController(QWidget *parent)
-    : TVRReadOnlyDocumentViewController(QStringLiteral("Terms of Service"), parent)
+    //: The title of the screen that shows the application's terms of service.
+    : TVRReadOnlyDocumentViewController(tr("Terms of Service"), parent)
 {
 }
 

@@ -23,7 +23,8 @@ public:
 };
 
 TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> document, QWidget *parent)
-    : TVRDocumentViewController(QStringLiteral("Terms of Service"), parent)
+    //: The title of the screen on which the user accepts or refuses the terms of service.
+    : TVRDocumentViewController(tr("Terms of Service"), parent)
     , d(std::make_unique<TVRTermsViewControllerPrivate>())
 {
     TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
@@ -70,7 +71,8 @@ void TVRTermsViewController::setToolbar(QToolBar *toolbar)
 QAction *TVRTermsViewController::disagreeBarButtonItem()
 {
     if (!d->disagree) {
-        d->disagree = new QAction(QStringLiteral("Disagree"), this);
+        //: The button that refuses the terms of service shown above it.
+        d->disagree = new QAction(tr("Disagree"), this);
         connect(d->disagree, &QAction::triggered, this, &TVRTermsViewController::onDisagreeBarButtonItemPressed);
     }
     return d->disagree;
@@ -84,7 +86,8 @@ void TVRTermsViewController::setDisagreeBarButtonItem(QAction *item)
 QAction *TVRTermsViewController::agreeBarButtonItem()
 {
     if (!d->agree) {
-        d->agree = new QAction(QStringLiteral("Agree"), this);
+        //: The button that accepts the terms of service shown above it.
+        d->agree = new QAction(tr("Agree"), this);
         connect(d->agree, &QAction::triggered, this, &TVRTermsViewController::onAgreeBarButtonItemPressed);
     }
     return d->agree;
