@@ -111,9 +111,18 @@ int distance(QRgb a, QRgb b)
     return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
-// The colour most of \a area is painted with.
-QRgb background(const QImage &image, const QRect &area)
+// \a area, in device-independent pixels, as the pixels of \a image that cover it.
+QRect devicePixels(const QImage &image, const QRect &logical)
 {
+    const qreal ratio = image.devicePixelRatio();
+    return QRect(QPoint(qRound(logical.left() * ratio), qRound(logical.top() * ratio)),
+                 QSize(qRound(logical.width() * ratio), qRound(logical.height() * ratio)));
+}
+
+// The colour most of \a logicalArea is painted with.
+QRgb background(const QImage &image, const QRect &logicalArea)
+{
+    const QRect area = devicePixels(image, logicalArea);
     QHash<QRgb, int> counts;
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x)
@@ -130,11 +139,12 @@ QRgb background(const QImage &image, const QRect &area)
     return most;
 }
 
-// The ink of the text in \a area: the pixel that differs most from the background, which
-// for text of this size is a pixel the glyphs cover fully.
-QRgb ink(const QImage &image, const QRect &area)
+// The ink of the text in \a logicalArea: the pixel that differs most from the background,
+// which for text of this size is a pixel the glyphs cover fully.
+QRgb ink(const QImage &image, const QRect &logicalArea)
 {
-    const QRgb paper = background(image, area);
+    const QRgb paper = background(image, logicalArea);
+    const QRect area = devicePixels(image, logicalArea);
     QRgb found = paper;
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
@@ -145,10 +155,11 @@ QRgb ink(const QImage &image, const QRect &area)
     return found;
 }
 
-// The box around every pixel of \a area that is not its background.
-QRect inkBounds(const QImage &image, const QRect &area)
+// The box around every pixel of \a logicalArea that is not its background, in device pixels.
+QRect deviceInkBounds(const QImage &image, const QRect &logicalArea)
 {
-    const QRgb paper = background(image, area);
+    const QRgb paper = background(image, logicalArea);
+    const QRect area = devicePixels(image, logicalArea);
     QRect bounds;
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
@@ -157,6 +168,17 @@ QRect inkBounds(const QImage &image, const QRect &area)
         }
     }
     return bounds;
+}
+
+// The same box in device-independent pixels.
+QRect inkBounds(const QImage &image, const QRect &logicalArea)
+{
+    const QRect device = deviceInkBounds(image, logicalArea);
+    if (device.isNull())
+        return {};
+    const qreal ratio = image.devicePixelRatio();
+    return QRect(QPoint(int(device.left() / ratio), int(device.top() / ratio)),
+                 QPoint(int(device.right() / ratio), int(device.bottom() / ratio)));
 }
 
 double luminance(QRgb color)
@@ -231,6 +253,7 @@ private Q_SLOTS:
     void rightToLeftAlignsRight_data();
     void rightToLeftAlignsRight();
     void darkSystemPalette();
+    void sharpAtTheScreensDensity();
     void keyboardScrolls();
     void keyboardReachesTheEndOfTheAgreement();
     void screensTakeWhatTheyMade_data();
@@ -540,6 +563,49 @@ void tst_Rendering::rightToLeftAlignsRight()
              qPrintable(u"body ink starts at %1, its text at %2"_s.arg(start(bodyInk)).arg(start(bodyText))));
     // The title's text starts level with the body's.
     QVERIFY(std::abs(start(titleText) - start(bodyText)) <= (rightToLeft ? 1 : 0));
+}
+
+void tst_Rendering::sharpAtTheScreensDensity()
+{
+    const qreal ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+    TVRDocumentManager::sharedInstance()->setTermsOfService(document(u"Latin"_s));
+    TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+    QVERIFY(screen);
+    const QImage image = render(m_window.get());
+    QVERIFY(saveScreenshot(m_window.get(), u"terms-density"_s));
+    // Every device pixel is painted: the picture has the screen's density.
+    QCOMPARE(image.devicePixelRatio(), ratio);
+    QCOMPARE(image.size(), m_window->size() * ratio);
+    if (ratio == 1)
+        QSKIP("At one device pixel per pixel there is no finer detail to look for");
+
+    // Text drawn at the screen's density has edges inside every block of ratio x ratio device
+    // pixels; text drawn at one pixel per pixel and scaled up has none: each block is one colour.
+    for (TVRTableViewCell *cell : screen->tableView()->visibleCells()) {
+        const QRect ink = deviceInkBounds(image, inWindow(cell));
+        if (ink.isEmpty())
+            continue;
+        const int step = int(ratio);
+        int blocks = 0;
+        int detailed = 0;
+        for (int y = ink.top() - ink.top() % step; y + step <= ink.bottom(); y += step) {
+            for (int x = ink.left() - ink.left() % step; x + step <= ink.right(); x += step) {
+                const QRgb first = image.pixel(x, y);
+                bool uniform = true;
+                for (int dy = 0; dy < step && uniform; ++dy) {
+                    for (int dx = 0; dx < step && uniform; ++dx)
+                        uniform = image.pixel(x + dx, y + dy) == first;
+                }
+                ++blocks;
+                detailed += !uniform;
+            }
+        }
+        QVERIFY2(detailed > blocks / 20,
+                 qPrintable(u"%1 of %2 blocks of %3 show detail: %4 is drawn at a lower density"_s.arg(detailed)
+                                .arg(blocks)
+                                .arg(step)
+                                .arg(cell->accessibleName().left(20))));
+    }
 }
 
 void tst_Rendering::darkSystemPalette()

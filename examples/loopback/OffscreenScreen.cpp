@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-bool useOffscreenScreen(const QString &directory, QSize size)
+bool useOffscreenScreen(const QString &directory, QSize size, int devicePixelRatio)
 {
     QFile config(QDir(directory).filePath(QStringLiteral("screens.json")));
     if (!config.open(QIODevice::WriteOnly))
@@ -20,7 +20,7 @@ bool useOffscreenScreen(const QString &directory, QSize size)
                              {QStringLiteral("width"), size.width()},
                              {QStringLiteral("height"), size.height()},
                              {QStringLiteral("logicalDpi"), 96},
-                             {QStringLiteral("dpr"), 1}};
+                             {QStringLiteral("dpr"), devicePixelRatio}};
     config.write(QJsonDocument(QJsonObject{{QStringLiteral("screens"), QJsonArray{screen}}}).toJson());
     config.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());

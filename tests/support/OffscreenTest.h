@@ -16,7 +16,7 @@
     int main(int argc, char *argv[])                                                                                   \
     {                                                                                                                  \
         QTemporaryDir screenDir;                                                                                       \
-        if (!useOffscreenScreen(screenDir.path(), size))                                                               \
+        if (!useOffscreenScreen(screenDir.path(), size, qMax(1, qEnvironmentVariableIntValue("TOVRA_TEST_DPR"))))      \
             return 1;                                                                                                  \
         QApplication app(argc, argv);                                                                                  \
         TestClass test;                                                                                                \

@@ -11,8 +11,9 @@
 #include <QTest>
 #include <QWidget>
 
-// Saves \a widget as <TOVRA_SCREENSHOT_DIR>/<name>-<screen size>.png, once its window is
-// exposed and its layouts have settled; does nothing without TOVRA_SCREENSHOT_DIR.
+// Saves \a widget as <TOVRA_SCREENSHOT_DIR>/<name>-<screen size>.png (with @2x and so on
+// before .png on a high-density screen), once its window is exposed and its layouts have
+// settled; does nothing without TOVRA_SCREENSHOT_DIR.
 inline bool saveScreenshot(QWidget *widget, const QString &name)
 {
     const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
@@ -23,7 +24,10 @@ inline bool saveScreenshot(QWidget *widget, const QString &name)
     for (int pass = 0; pass < 4; ++pass)
         QCoreApplication::processEvents();
     const QSize size = QGuiApplication::primaryScreen()->size();
-    return widget->grab().save(QStringLiteral("%1/%2-%3x%4.png").arg(dir, name).arg(size.width()).arg(size.height()));
+    const qreal ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+    const QString density = ratio > 1 ? QStringLiteral("@%1x").arg(ratio) : QString();
+    return widget->grab().save(
+        QStringLiteral("%1/%2-%3x%4%5.png").arg(dir, name).arg(size.width()).arg(size.height()).arg(density));
 }
 
 #endif
