@@ -285,6 +285,13 @@ void tst_Accessibility::screenReaderWalk()
         QAccessibleInterface *item = list->child(i + 1);
         QCOMPARE(item->role(), QAccessible::ListItem);
         QCOMPARE(item->text(QAccessible::Name), expected.at(i));
+        // A heading is read once, as the item; a body's editable text is the item's child.
+        const bool body = expected.at(i).contains(appName);
+        QCOMPARE(item->childCount(), body ? 1 : 0);
+        if (body) {
+            QCOMPARE(item->child(0)->role(), QAccessible::EditableText);
+            QCOMPARE(item->child(0)->text(QAccessible::Value), expected.at(i));
+        }
         QCOMPARE(list->indexOfChild(item), i + 1);
         QCOMPARE(item->parent()->object(), list->object());
         QVERIFY(list->childAt(item->rect().center().x(), item->rect().center().y()) == item);

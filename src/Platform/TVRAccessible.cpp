@@ -11,6 +11,8 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 
+#include <algorithm>
+
 namespace {
 
 // The table as a list: its header view, then one item per row on screen, top to bottom.
@@ -60,13 +62,29 @@ private:
     }
 };
 
-// A row: an item of its table's list, named by the cell's accessible name.
+// A row: an item of its table's list, named by the cell's accessible name. What the cell
+// only shows (a label) is that name already and stays out of the tree; what can take focus
+// (an editable text) is the item's child.
 class AccessibleCell : public QAccessibleWidget
 {
 public:
     explicit AccessibleCell(TVRTableViewCell *cell)
         : QAccessibleWidget(cell, QAccessible::ListItem)
     {
+    }
+
+    int childCount() const override { return int(parts().size()); }
+
+    QAccessibleInterface *child(int index) const override
+    {
+        const QList<QWidget *> focusable = parts();
+        return index >= 0 && index < focusable.size() ? QAccessible::queryAccessibleInterface(focusable.at(index))
+                                                      : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return child ? int(parts().indexOf(child->object())) : -1;
     }
 
     QAccessibleInterface *parent() const override
@@ -83,6 +101,19 @@ public:
         if (t == QAccessible::Name || t == QAccessible::Value)
             return widget()->accessibleName();
         return QAccessibleWidget::text(t);
+    }
+
+private:
+    QList<QWidget *> parts() const
+    {
+        QList<QWidget *> focusable;
+        for (QWidget *descendant : widget()->findChildren<QWidget *>()) {
+            const bool inside = std::any_of(focusable.cbegin(), focusable.cend(),
+                                            [descendant](QWidget *part) { return part->isAncestorOf(descendant); });
+            if (descendant->focusPolicy() != Qt::NoFocus && !descendant->isHidden() && !inside)
+                focusable << descendant;
+        }
+        return focusable;
     }
 };
 
