@@ -10,7 +10,7 @@
 class QWidget;
 
 /*
-    The kit's screens keep the white page of their design under any system palette, a dark
+    The kit's screens keep their white page under any system palette, a dark
     one included: they set every colour they paint with, on the role that paints it.
 */
 namespace TVRPalette {
