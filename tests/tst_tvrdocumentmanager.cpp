@@ -91,6 +91,7 @@ private Q_SLOTS:
     void wrongTypesNeverCrash();
     void delegateIsHeldWeakly();
     void lastDelegateHearsBothDocuments();
+    void signalsReachEveryListener();
     void managerGoneStillCaches();
     void documentSurvivesARestart();
 
@@ -387,6 +388,43 @@ void tst_TVRDocumentManager::lastDelegateHearsBothDocuments()
     QVERIFY(first.calls.isEmpty());
     QCOMPARE(last.titlesHeld,
              QStringList({u"- + /api/privacy-policy"_s, u"/api/terms-of-service + /api/privacy-policy"_s}));
+}
+
+void tst_TVRDocumentManager::signalsReachEveryListener()
+{
+    using Document = TVRDocumentManager::Document;
+    RecordingDelegate delegate;
+    m_manager->setDelegate(&delegate);
+    // Two listeners besides the delegate, as a page and a model would be.
+    QSignalSpy changedForPage(m_manager.get(), &TVRDocumentManager::documentChanged);
+    QSignalSpy changedForModel(m_manager.get(), &TVRDocumentManager::documentChanged);
+    QSignalSpy failed(m_manager.get(), &TVRDocumentManager::fetchFailed);
+
+    m_server.setHandler([](const TestRequest &request) {
+        if (request.path == u"/api/privacy-policy"_s)
+            return TestReply::dropped();
+        return TestReply::json(200, compact(sampleDocument(u"Fresh terms"_s)));
+    });
+    m_manager->fetch(Document::TermsOfService);
+    QTRY_COMPARE(changedForPage.size(), 1);
+    QCOMPARE(changedForModel.size(), 1);
+    QCOMPARE(changedForPage[0][0].value<Document>(), Document::TermsOfService);
+    QCOMPARE(m_manager->documentFor(Document::TermsOfService)->title(), u"Fresh terms"_s);
+    QCOMPARE(delegate.calls, QStringList{u"finished"_s}); // the delegate is heard as before
+
+    const std::shared_ptr<TVRDocument> privacyBefore = m_manager->privacyPolicy();
+    m_manager->fetch(Document::PrivacyPolicy);
+    QTRY_COMPARE(failed.size(), 1);
+    QCOMPARE(failed[0][0].value<Document>(), Document::PrivacyPolicy);
+    QCOMPARE(failed[0][1].value<TVRError>().domain(), TVRError::networkDomain());
+    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
+    QCOMPARE(changedForPage.size(), 1);
+    QCOMPARE(m_manager->privacyPolicy(), privacyBefore);
+
+    // Setting a document tells the listeners too.
+    m_manager->setPrivacyPolicy(std::make_shared<TVRDocument>(sampleDocument(u"Set"_s)));
+    QCOMPARE(changedForModel.size(), 2);
+    QCOMPARE(changedForModel[1][0].value<Document>(), Document::PrivacyPolicy);
 }
 
 void tst_TVRDocumentManager::managerGoneStillCaches()

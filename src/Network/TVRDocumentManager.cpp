@@ -84,7 +84,7 @@ QJsonValue readCache(const QString &key)
 
 } // namespace
 
-enum class Kind { TermsOfService, PrivacyPolicy };
+using Kind = TVRDocumentManager::Document;
 
 class TVRDocumentManagerPrivate
 {
@@ -114,12 +114,16 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
             guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
             if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerDidFinishWithSuccess(guard, true);
+            if (guard)
+                Q_EMIT guard->documentChanged(kind);
         },
-        [guard](const TVRHTTPResponse &, const TVRError &error) {
+        [guard, kind](const TVRHTTPResponse &, const TVRError &error) {
             if (!guard)
                 return;
             if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerFailedWithError(guard, error);
+            if (guard)
+                Q_EMIT guard->fetchFailed(kind, error);
         });
 }
 
@@ -176,6 +180,7 @@ std::shared_ptr<TVRDocument> TVRDocumentManager::termsOfService()
 void TVRDocumentManager::setTermsOfService(std::shared_ptr<TVRDocument> document)
 {
     d->termsOfService.held = std::move(document);
+    Q_EMIT documentChanged(Document::TermsOfService);
 }
 
 std::shared_ptr<TVRDocument> TVRDocumentManager::privacyPolicy()
@@ -186,4 +191,15 @@ std::shared_ptr<TVRDocument> TVRDocumentManager::privacyPolicy()
 void TVRDocumentManager::setPrivacyPolicy(std::shared_ptr<TVRDocument> document)
 {
     d->privacyPolicy.held = std::move(document);
+    Q_EMIT documentChanged(Document::PrivacyPolicy);
+}
+
+std::shared_ptr<TVRDocument> TVRDocumentManager::documentFor(Document document)
+{
+    return d->document(document);
+}
+
+void TVRDocumentManager::fetch(Document document)
+{
+    TVRDocumentManagerPrivate::fetch(this, document);
 }

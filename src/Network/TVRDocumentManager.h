@@ -39,6 +39,10 @@ class TOVRA_EXPORT TVRDocumentManager : public TVRNetworkManager
     Q_OBJECT
 
 public:
+    //! Which of the two documents a signal is about.
+    enum class Document { TermsOfService, PrivacyPolicy };
+    Q_ENUM(Document)
+
     //! The one manager the kit's screens use, made on the first call, kept until exit.
     static TVRDocumentManager *sharedInstance();
 
@@ -59,6 +63,21 @@ public:
 
     std::shared_ptr<TVRDocument> privacyPolicy();
     void setPrivacyPolicy(std::shared_ptr<TVRDocument> document);
+
+    //! The document held for \a document, as termsOfService() or privacyPolicy() gives it.
+    std::shared_ptr<TVRDocument> documentFor(Document document);
+    //! Fetches \a document, as fetchTermsOfService() or fetchPrivacyPolicy() does.
+    void fetch(Document document);
+
+Q_SIGNALS:
+    /*!
+        \a document is held anew: a fetch brought a reply, or it was set. Sent after the
+        delegate heard of the reply, to every connected listener: screens, models and host
+        code alike, whichever of them is the delegate.
+    */
+    void documentChanged(TVRDocumentManager::Document document);
+    //! A fetch of \a document failed with \a error; the document held is as it was.
+    void fetchFailed(TVRDocumentManager::Document document, const TVRError &error);
 
 private:
     friend class TVRDocumentManagerPrivate;
