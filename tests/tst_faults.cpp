@@ -105,9 +105,15 @@ void tst_Faults::thousandFetches()
     QTRY_COMPARE(m_session.liveReplies(), 0);
     QCOMPARE(recorder.finished, 1000);
     QCOMPARE(recorder.failed, 0);
+#if defined(__SANITIZE_ADDRESS__)
+    // AddressSanitizer keeps freed memory in quarantine, up to 256 MB, so the resident size
+    // says nothing here; its leak checker looks at what is left when the process ends.
+    Q_UNUSED(warm)
+#else
     // After the first 200, 800 more fetches may not make the process grow by 2 MB.
     const long growth = processStatusKiB("VmRSS") - warm;
     QVERIFY2(growth < 2048, qPrintable(u"grew by %1 KiB over 800 fetches"_s.arg(growth)));
+#endif
 }
 
 void tst_Faults::keychainOutOfReach_data()
