@@ -7,9 +7,10 @@
 #   Model      documents, sections, the date parser
 #   Network    requests, errors and responses, the document, user and agreement managers
 #   UI         appearance, header, cells, the document and agreement screens
-#   Core       TVRManager, the facade, the one folder that reaches every other
+#   Core       TVRManager, the facade, the one folder of the kit that reaches every other
+#   Quick      the QML module, a library of its own on top of the kit
 #   cmake -DSOURCE_DIR=src -P cmake/check_layers.cmake
-set(layers Platform Settings Model Network UI Core)
+set(layers Platform Settings Model Network UI Core Quick)
 if(NOT SOURCE_DIR)
     get_filename_component(SOURCE_DIR "${CMAKE_CURRENT_LIST_DIR}/../src" ABSOLUTE)
 endif()
@@ -24,7 +25,9 @@ endforeach()
 
 set(violations "")
 set(checked 0)
-foreach(rank RANGE 5)
+list(LENGTH layers layer_count)
+math(EXPR top "${layer_count} - 1")
+foreach(rank RANGE ${top})
     list(GET layers ${rank} layer)
     file(GLOB sources ${SOURCE_DIR}/${layer}/*.h ${SOURCE_DIR}/${layer}/*.cpp)
     foreach(source IN LISTS sources)

@@ -5,6 +5,7 @@
 
 #include "TVRDateFormatter_p.h"
 #include "TVRJSONText_p.h"
+#include "TVRSettings_p.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -55,6 +56,14 @@ QDateTime TVRDocument::date() const
         return QDateTime::currentDateTime();
     // Only a text can name a date; JSON null and other kinds read as no date.
     return TVRDateFormatter::dateFromString(updatedAt.toString());
+}
+
+QString TVRDocument::dateText() const
+{
+    const QDateTime when = date();
+    if (!when.isValid())
+        return {};
+    return TVRSettings::effectiveLocale().toString(when.toLocalTime().date(), QLocale::LongFormat);
 }
 
 void TVRDocument::setDate(const QDateTime &date)

@@ -53,6 +53,12 @@ public:
     */
     QDateTime date() const;
     void setDate(const QDateTime &date);
+    /*!
+        The date as the screens show it over the document: its day in local time, in the long
+        format of the language the kit was given with TVRManager::installTranslations(), else
+        of the default locale. Empty for an invalid date.
+    */
+    QString dateText() const;
 
     /*!
         One section per element of the "sections" array, in order, none skipped; made at

@@ -9,7 +9,6 @@
 #include "TVRPalette_p.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
-#include "TVRSettings_p.h"
 #include "TVRSubview_p.h"
 #include "TVRTableView.h"
 
@@ -45,7 +44,7 @@ QString TVRDocumentViewController::dateText(const std::shared_ptr<TVRDocument> &
 {
     if (!document)
         return {};
-    return TVRSettings::effectiveLocale().toString(document->date().toLocalTime().date(), QLocale::LongFormat);
+    return document->dateText();
 }
 
 TVRDocumentViewController::TVRDocumentViewController(const QString &titleOnLoad, QWidget *parent)

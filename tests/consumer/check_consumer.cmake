@@ -29,6 +29,10 @@ run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/installed -G ${GENERAT
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/installed)
 run(${WORK_DIR}/installed/consumer)
 message(STATUS "installed kit: ${last_output}")
+if(EXISTS ${WORK_DIR}/installed/consumer_quick)
+    run(${WORK_DIR}/installed/consumer_quick)
+    message(STATUS "installed QML module: ${last_output}")
+endif()
 
 # 2. As a subdirectory of the host's build.
 run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/subdirectory -G ${GENERATOR}

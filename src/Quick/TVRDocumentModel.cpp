@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#include "TVRDocumentModel.h"
+
+#include "TVRDocumentManager.h"
+
+class TVRDocumentModelPrivate
+{
+public:
+    TVRDocumentManager::Document document() const
+    {
+        return kind == TVRDocumentModel::TermsOfService ? TVRDocumentManager::Document::TermsOfService
+                                                        : TVRDocumentManager::Document::PrivacyPolicy;
+    }
+
+    TVRDocumentModel::Kind kind = TVRDocumentModel::TermsOfService;
+    std::shared_ptr<TVRDocument> shown;
+    TVRSectionList sections;
+    bool loading = false;
+    QString error;
+};
+
+TVRDocumentModel::TVRDocumentModel(QObject *parent)
+    : QAbstractListModel(parent)
+    , d(std::make_unique<TVRDocumentModelPrivate>())
+{
+    TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+    const auto reload = [this] {
+        beginResetModel();
+        d->shown = TVRDocumentManager::sharedInstance()->documentFor(d->document());
+        d->sections = d->shown ? d->shown->sections() : TVRSectionList();
+        endResetModel();
+        Q_EMIT documentChanged();
+    };
+    connect(manager, &TVRDocumentManager::documentChanged, this, [this, reload](TVRDocumentManager::Document which) {
+        if (which != d->document())
+            return;
+        reload();
+        if (!d->error.isEmpty()) {
+            d->error.clear();
+            Q_EMIT errorChanged();
+        }
+        if (d->loading) {
+            d->loading = false;
+            Q_EMIT loadingChanged();
+        }
+    });
+    connect(manager, &TVRDocumentManager::fetchFailed, this,
+            [this](TVRDocumentManager::Document which, const TVRError &error) {
+                if (which != d->document())
+                    return;
+                d->error = error.message();
+                Q_EMIT errorChanged();
+                if (d->loading) {
+                    d->loading = false;
+                    Q_EMIT loadingChanged();
+                }
+            });
+    connect(this, &TVRDocumentModel::kindChanged, this, reload);
+    reload();
+}
+
+TVRDocumentModel::~TVRDocumentModel() = default;
+
+TVRDocumentModel::Kind TVRDocumentModel::kind() const
+{
+    return d->kind;
+}
+
+void TVRDocumentModel::setKind(Kind kind)
+{
+    if (d->kind == kind)
+        return;
+    d->kind = kind;
+    Q_EMIT kindChanged();
+}
+
+QString TVRDocumentModel::title() const
+{
+    return d->shown ? d->shown->title() : QString();
+}
+
+QDateTime TVRDocumentModel::date() const
+{
+    return d->shown ? d->shown->date() : QDateTime();
+}
+
+QString TVRDocumentModel::dateText() const
+{
+    return d->shown ? d->shown->dateText() : QString();
+}
+
+bool TVRDocumentModel::isLoading() const
+{
+    return d->loading;
+}
+
+QString TVRDocumentModel::error() const
+{
+    return d->error;
+}
+
+void TVRDocumentModel::fetch()
+{
+    if (!d->loading) {
+        d->loading = true;
+        Q_EMIT loadingChanged();
+    }
+    TVRDocumentManager::sharedInstance()->fetch(d->document());
+}
+
+int TVRDocumentModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(d->sections.size());
+}
+
+QVariant TVRDocumentModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const std::shared_ptr<TVRSection> &section = d->sections.at(index.row());
+    if (!section)
+        return {};
+    switch (role) {
+    case TitleRole:
+        return section->title();
+    case BodyRole:
+        return section->body();
+    case Qt::DisplayRole:
+        return section->title().isEmpty() ? section->body() : section->title();
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TVRDocumentModel::roleNames() const
+{
+    return {{TitleRole, "title"}, {BodyRole, "body"}, {Qt::DisplayRole, "display"}};
+}

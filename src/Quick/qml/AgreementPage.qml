@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Tovra
+
+// The agreement screen: the Terms of Service with "Disagree" and "Agree" under them. The
+// buttons are enabled once the last section has been shown. The page only reports which one
+// was pressed; what follows is the host's.
+DocumentPage {
+    id: page
+
+    signal agreeClicked()
+    signal disagreeClicked()
+
+    //: The title of the screen on which the user accepts or refuses the terms of service.
+    title: qsTranslate("TVRTermsViewController", "Terms of Service")
+    kind: DocumentModel.TermsOfService
+
+    footer: ToolBar {
+        height: 52
+        background: Rectangle { color: "#F7F7F7" }
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 8
+            anchors.rightMargin: 8
+            ToolButton {
+                objectName: "disagreeButton"
+                //: The button that refuses the terms of service shown above it.
+                text: qsTranslate("TVRTermsViewController", "Disagree")
+                enabled: page.view.reachedEnd
+                palette.buttonText: "#0055CC"
+                onClicked: page.disagreeClicked()
+            }
+            Item { Layout.fillWidth: true }
+            ToolButton {
+                objectName: "agreeButton"
+                //: The button that accepts the terms of service shown above it.
+                text: qsTranslate("TVRTermsViewController", "Agree")
+                enabled: page.view.reachedEnd
+                palette.buttonText: "#0055CC"
+                onClicked: page.agreeClicked()
+            }
+        }
+    }
+}

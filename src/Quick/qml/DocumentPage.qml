@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+import QtQuick
+import QtQuick.Controls
+import Tovra
+
+// What the Terms of Service and Privacy Policy pages share: a light bar with the title and,
+// when the page was opened modally, "Close"; the document under it. The model shows the kept
+// copy at once and fetches the document when the page is made.
+Page {
+    id: page
+
+    // Set when the page is opened modally: the bar then offers "Close".
+    property bool modal: false
+    property alias document: documentModel
+    property alias kind: documentModel.kind
+    readonly property alias view: documentView
+
+    // "Close" was pressed; a page in a StackView is also popped.
+    signal closed()
+
+    function close() {
+        page.closed();
+        if (page.StackView.view)
+            page.StackView.view.pop();
+    }
+
+    background: Rectangle { color: "white" }
+    Keys.onEscapePressed: if (page.modal) page.close()
+
+    header: ToolBar {
+        height: 44
+        background: Rectangle { color: "#F7F7F7" }
+        ToolButton {
+            id: closeButton
+            objectName: "closeButton"
+            visible: page.modal
+            anchors.verticalCenter: parent.verticalCenter
+            x: page.mirrored ? parent.width - width - 8 : 8
+            //: Closes a terms of service or privacy policy screen that was opened over the application.
+            text: qsTranslate("TVRReadOnlyDocumentViewController", "Close")
+            font.bold: true
+            palette.buttonText: "#0055CC"
+            onClicked: page.close()
+        }
+        Label {
+            anchors.centerIn: parent
+            width: Math.min(implicitWidth, parent.width - 2 * (closeButton.visible ? closeButton.width + 16 : 8))
+            text: page.title
+            font.bold: true
+            color: "black"
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignHCenter
+        }
+    }
+
+    DocumentView {
+        id: documentView
+        anchors.fill: parent
+        document: documentModel
+        focus: true
+    }
+
+    DocumentModel {
+        id: documentModel
+        Component.onCompleted: fetch()
+    }
+}

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+import QtQuick
+import Tovra
+
+// A document as the widget screens show it: the date over the sections, each section a bold
+// title (when it has one) and its body, on a white page. Delegates are reused as they scroll.
+ListView {
+    id: view
+
+    // The DocumentModel shown.
+    required property var document
+    // Set once the last section has been shown.
+    property bool reachedEnd: count === 0
+
+    readonly property int sectionSpacing: 18
+
+    model: document
+    clip: true
+    reuseItems: true
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: true
+    keyNavigationEnabled: true
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_End) {
+            view.positionViewAtEnd();
+            event.accepted = true;
+        } else if (event.key === Qt.Key_Home) {
+            view.positionViewAtBeginning();
+            event.accepted = true;
+        } else if (event.key === Qt.Key_PageDown || event.key === Qt.Key_Space) {
+            view.contentY = Math.min(view.contentY + view.height, Math.max(view.originY, view.contentHeight + view.originY - view.height));
+            event.accepted = true;
+        } else if (event.key === Qt.Key_PageUp) {
+            view.contentY = Math.max(view.originY, view.contentY - view.height);
+            event.accepted = true;
+        }
+    }
+
+    header: Item {
+        width: view.width
+        height: 44
+        Text {
+            anchors.fill: parent
+            text: view.document ? view.document.dateText : ""
+            font: Appearance.dateFont
+            color: Appearance.dateColor
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+        }
+    }
+
+    delegate: Column {
+        id: row
+
+        required property int index
+        required property string title
+        required property string body
+
+        width: ListView.view.width
+        topPadding: view.sectionSpacing
+
+        Component.onCompleted: if (index === view.count - 1) view.reachedEnd = true
+        ListView.onReused: if (index === view.count - 1) view.reachedEnd = true
+
+        Text {
+            visible: row.title !== ""
+            x: 12
+            width: row.width - 40
+            height: visible ? Math.max(40, Math.ceil(implicitHeight)) : 0
+            text: row.title
+            textFormat: Text.PlainText
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+            font: Appearance.titleFont
+            color: Appearance.titleColor
+        }
+        TextEdit {
+            x: 12
+            width: row.width - 24
+            height: Math.max(40, Math.ceil(implicitHeight))
+            text: row.body
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+            font: Appearance.bodyFont
+            color: Appearance.bodyColor
+            selectByMouse: true
+            activeFocusOnPress: true
+            // Editable, as the widget screens' bodies are, but Tab moves on.
+            KeyNavigation.priority: KeyNavigation.BeforeItem
+            Keys.onTabPressed: event => { event.accepted = false; }
+        }
+    }
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+import QtQuick
+import QtTest
+import Tovra
+
+TestCase {
+    id: testCase
+    name: "Pages"
+    width: 390
+    height: 844
+    visible: true
+    when: windowShown
+
+    Component { id: termsPage; TermsOfServicePage { width: 390; height: 844 } }
+    Component { id: privacyPage; PrivacyPolicyPage { width: 390; height: 844 } }
+    Component { id: agreementPage; AgreementPage { width: 390; height: 844 } }
+    Component { id: documentModel; DocumentModel {} }
+    Component { id: spy; SignalSpy {} }
+
+    function init() {
+        service.setSections(30);
+    }
+
+    function find(item, objectName) {
+        if (item.objectName === objectName)
+            return item;
+        for (let i = 0; i < item.children.length; ++i) {
+            const found = find(item.children[i], objectName);
+            if (found)
+                return found;
+        }
+        return null;
+    }
+
+    function showPage(component, properties) {
+        const page = createTemporaryObject(component, testCase, properties || {});
+        verify(page);
+        tryVerify(() => page.view.count > 0, 5000, "the document arrived");
+        waitForRendering(page);
+        return page;
+    }
+
+    // The darkest pixel of a grabbed image in a rectangle: the ink of any text there.
+    function darkest(image, x0, y0, w, h) {
+        let best = 255 * 3;
+        for (let y = y0; y < y0 + h; y += 1) {
+            for (let x = x0; x < x0 + w; x += 1) {
+                const c = image.pixel(x, y);
+                best = Math.min(best, Math.round((c.r + c.g + c.b) * 255));
+            }
+        }
+        return best;
+    }
+
+    function screenshot(page, name) {
+        const path = service.screenshotPath(name);
+        if (path !== "")
+            grabImage(page).save(path);
+    }
+
+    function test_applicationHasNoWidgets() {
+        compare(service.isWidgetApplication(), false);
+    }
+
+    function test_termsPageShowsTheDocument() {
+        const page = showPage(termsPage);
+        compare(page.title, "Terms of Service");
+        compare(page.view.count, 30);
+        compare(find(page, "closeButton").visible, false);
+        compare(page.document.dateText, "Tuesday, July 4, 2017");
+        compare(page.view.headerItem.children[0].text, page.document.dateText);
+
+        // A titled section shows its bold title, then the body with the app's name in place.
+        const first = page.view.itemAtIndex(0);
+        compare(first.children[0].visible, true);
+        compare(first.children[0].text, "Terms heading 1");
+        compare(first.children[0].font.bold, true);
+        verify(first.children[1].text.startsWith("Body 1: Acme keeps"));
+        // A section without a title shows only its body.
+        const third = page.view.itemAtIndex(2);
+        compare(third.children[0].visible, false);
+        compare(third.children[0].height, 0);
+
+        // Painted: dark ink in the title row, the page white where nothing is drawn.
+        const image = grabImage(page);
+        const titleTop = first.mapToItem(page, 0, first.topPadding).y;
+        verify(darkest(image, 12, Math.round(titleTop), 200, 30) < 100, "no ink in the title row");
+        compare(image.pixel(380, Math.round(titleTop) - 6), Qt.rgba(1, 1, 1, 1));
+        screenshot(page, "terms-of-service");
+    }
+
+    function test_bodiesAreNotClipped() {
+        const page = showPage(termsPage);
+        for (let i = 0; i < 4; ++i) {
+            const body = page.view.itemAtIndex(i).children[1];
+            verify(body.height >= body.contentHeight, "body " + i + " is cut off");
+            verify(body.height - body.contentHeight < Math.max(40 - body.contentHeight, 0) + 1);
+        }
+    }
+
+    function test_privacyPageClosesWhenModal() {
+        const page = showPage(privacyPage, { modal: true });
+        compare(page.title, "Privacy Policy");
+        const close = find(page, "closeButton");
+        compare(close.visible, true);
+        compare(close.text, "Close");
+        screenshot(page, "privacy-policy-modal");
+        const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
+        mouseClick(close);
+        compare(closed.count, 1);
+    }
+
+    function test_agreementButtonsWaitForTheEnd() {
+        const page = showPage(agreementPage);
+        const agree = find(page, "agreeButton");
+        const disagree = find(page, "disagreeButton");
+        compare(agree.text, "Agree");
+        compare(disagree.text, "Disagree");
+        compare(agree.enabled, false);
+        compare(disagree.enabled, false);
+
+        page.view.forceActiveFocus();
+        keyClick(Qt.Key_End);
+        tryCompare(agree, "enabled", true);
+        compare(disagree.enabled, true);
+        waitForRendering(page);
+        screenshot(page, "agreement-at-the-end");
+
+        const agreed = createTemporaryObject(spy, testCase, { target: page, signalName: "agreeClicked" });
+        const disagreed = createTemporaryObject(spy, testCase, { target: page, signalName: "disagreeClicked" });
+        mouseClick(agree);
+        mouseClick(disagree);
+        compare(agreed.count, 1);
+        compare(disagreed.count, 1);
+    }
+
+    function test_everyModelHearsEveryReply() {
+        service.setSections(5);
+        const first = createTemporaryObject(documentModel, testCase, { kind: DocumentModel.PrivacyPolicy });
+        const second = createTemporaryObject(documentModel, testCase, { kind: DocumentModel.PrivacyPolicy });
+        const before = service.requests();
+        first.fetch();
+        compare(first.loading, true);
+        tryCompare(first, "loading", false);
+        compare(service.requests(), before + 1);
+        compare(first.rowCount(), 5);
+        compare(second.rowCount(), 5);
+        compare(second.title, "Privacy");
+        compare(first.error, "");
+
+        service.failNext();
+        second.fetch();
+        tryCompare(second, "loading", false);
+        verify(second.error !== "", "no error after a broken reply: " + service.requests());
+        compare(second.rowCount(), 5); // the document held stays
+    }
+}

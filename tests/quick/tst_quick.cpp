@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+// The QML pages in a QGuiApplication, against the loopback HTTPS service. The QML test cases
+// are in this folder; this file starts the service and hands the pages' engine the module.
+
+#include "TestFixture.h"
+#include "TestHttpsServer.h"
+#include "TestSession.h"
+
+#include <Tovra.h>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QtQuickTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QJsonObject documentJson(const QString &title, int sections)
+{
+    QJsonArray list;
+    for (int i = 0; i < sections; ++i) {
+        QJsonObject section{
+            {u"body"_s, u"Body %1: ##### keeps what you write on your device. "_s.arg(i + 1).repeated(2)}};
+        if (i % 3 != 2)
+            section.insert(u"title"_s, u"%1 heading %2"_s.arg(title).arg(i + 1));
+        list.append(section);
+    }
+    return QJsonObject{{u"title"_s, title}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, list}};
+}
+
+} // namespace
+
+// What the QML tests may ask of the service and the application.
+class Service : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Service(TestHttpsServer *server)
+        : m_server(server)
+    {
+    }
+
+    //! The next reply breaks off in its body: the fetch fails.
+    Q_INVOKABLE void failNext() { m_failNext = true; }
+    //! The next replies hold \a sections sections.
+    Q_INVOKABLE void setSections(int sections) { m_sections = sections; }
+    Q_INVOKABLE int requests() const { return int(m_server->requests().size()); }
+    //! Where a screenshot called \a name goes, or empty without TOVRA_SCREENSHOT_DIR.
+    Q_INVOKABLE QString screenshotPath(const QString &name) const
+    {
+        const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
+        if (dir.isEmpty() || !QDir().mkpath(dir))
+            return {};
+        return dir + u"/quick-"_s + name + u"-390x844.png"_s;
+    }
+    Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
+
+    TestReply reply(const TestRequest &request)
+    {
+        const bool terms = request.path == u"/api/terms-of-service"_s;
+        TestReply reply = TestReply::json(
+            200,
+            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections)).toJson(QJsonDocument::Compact));
+        // A body cut short fails for good; a connection dropped before any answer would be
+        // tried again by Qt on a fresh connection.
+        if (std::exchange(m_failNext, false))
+            reply.cutBodyAt = 10;
+        return reply;
+    }
+
+private:
+    TestHttpsServer *m_server;
+    bool m_failNext = false;
+    int m_sections = 30;
+};
+
+class Setup : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void applicationAvailable()
+    {
+        if (!startLoopbackService(u"tst_quick"_s, m_server, m_session))
+            qFatal("the loopback service did not start");
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        TVRManager::setAppName(u"Acme"_s);
+        TVRDocumentManager::sharedInstance()->setSession(&m_session);
+        m_server.setHandler([this](const TestRequest &request) { return m_service.reply(request); });
+    }
+
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        engine->addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
+        engine->rootContext()->setContextProperty(u"service"_s, &m_service);
+    }
+
+private:
+    TestHttpsServer m_server;
+    TestSession m_session;
+    Service m_service{&m_server};
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(tst_quick, Setup)
+
+#include "tst_quick.moc"
