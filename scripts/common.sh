@@ -7,6 +7,9 @@ tovra_packages=(
     cmake g++ ninja-build pkgconf
     qt6-base-dev qt6-httpserver-dev qt6-websockets-dev qtkeychain-qt6-dev qt6-qpa-plugins
     qt6-l10n-tools qt6-tools-dev
+    qt6-declarative-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
+    qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qttest
     libsecret-1-0 libsecret-tools libssl3 ca-certificates
     gnome-keyring dbus dbus-bin dbus-daemon
     fonts-dejavu-core fonts-noto-cjk

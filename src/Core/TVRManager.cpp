@@ -5,6 +5,7 @@
 
 #include "RQKeychain.h"
 #include "TVRDocument.h"
+#include "TVRDocumentManager.h"
 #include "TVRLogging_p.h"
 #include "TVRNavigationController.h"
 #include "TVRPrivacyPolicyViewController.h"
@@ -13,6 +14,7 @@
 #include "TVRTermsViewController.h"
 #include "TVRUserManager.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QPointer>
@@ -198,12 +200,40 @@ TVRPrivacyPolicyViewController *TVRManager::privacyPolicyViewController()
     return new TVRPrivacyPolicyViewController;
 }
 
+namespace {
+TVRManager::AgreementPresenter &agreementPresenterSlot()
+{
+    static TVRManager::AgreementPresenter presenter;
+    return presenter;
+}
+} // namespace
+
+void TVRManager::setAgreementPresenter(AgreementPresenter presenter)
+{
+    agreementPresenterSlot() = std::move(presenter);
+}
+
+TVRManager::AgreementPresenter TVRManager::agreementPresenter()
+{
+    return agreementPresenterSlot();
+}
+
 void TVRManager::userManagerDidRespondWithCompliance(TVRUserManager *, bool compliance,
                                                      std::shared_ptr<TVRDocument> document)
 {
     qCInfo(lcTovra, "DOCUMENT: %s", qUtf8Printable(describe(document)));
     if (compliance)
         return;
+    if (const AgreementPresenter &presenter = agreementPresenterSlot()) {
+        TVRDocumentManager::sharedInstance()->setTermsOfService(document);
+        if (presenter(document))
+            return;
+    }
+    // Widgets need a QApplication; without one the document is all there is to keep.
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
+        return;
+    }
     // Made first: the screen hands the document to the shared document manager, shown or not.
     auto agreement = std::make_unique<TVRTermsViewController>(std::move(document));
 

@@ -18,6 +18,9 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+#include <memory>
+
 //! The keychain key under which the signed-in user's identifier is kept.
 TOVRA_EXPORT extern const QString kTVRUserIdentifier;
 
@@ -90,6 +93,19 @@ public:
         instance's userManagerDidRespondWithCompliance().
     */
     static void activateApp();
+
+    //! Shows the agreement screen for a document; returns whether it did.
+    using AgreementPresenter = std::function<bool(const std::shared_ptr<TVRDocument> &document)>;
+    /*!
+        Replaces how the agreement screen is shown when the user has not agreed. The kit
+        first makes \a presenter's document the shared document manager's Terms of Service,
+        then calls \a presenter; when there is none or it returns false, the kit presents its
+        widget screen over the key window (in a QApplication). The QML module sets one, unless
+        the host set its own first, that shows AgreementPage over the Qt Quick window in front.
+        An empty function restores the kit's own behaviour.
+    */
+    static void setAgreementPresenter(AgreementPresenter presenter);
+    static AgreementPresenter agreementPresenter();
 
     /*!
         Shows the kit in \a locale's language: installs the kit's own translations for it

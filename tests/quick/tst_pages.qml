@@ -93,6 +93,7 @@ TestCase {
 
     function test_bodiesAreNotClipped() {
         const page = showPage(termsPage);
+        tryVerify(() => page.view.itemAtIndex(3) !== null);
         for (let i = 0; i < 4; ++i) {
             const body = page.view.itemAtIndex(i).children[1];
             verify(body.height >= body.contentHeight, "body " + i + " is cut off");
@@ -113,7 +114,7 @@ TestCase {
     }
 
     function test_agreementButtonsWaitForTheEnd() {
-        const page = showPage(agreementPage);
+        const page = showPage(agreementPage, { fetchOnLoad: true });
         const agree = find(page, "agreeButton");
         const disagree = find(page, "disagreeButton");
         compare(agree.text, "Agree");
@@ -134,6 +135,30 @@ TestCase {
         mouseClick(disagree);
         compare(agreed.count, 1);
         compare(disagreed.count, 1);
+    }
+
+    function test_agreementCheckShowsThePageOverThisWindow() {
+        const content = testCase.Window.window.contentItem;
+        const pages = () => Array.from(content.children).filter(item => item.objectName === "TovraAgreementPage");
+        compare(pages().length, 0);
+        service.answerNotCompliant(3);
+        compare(pages().length, 1);
+        const page = pages()[0];
+        compare(page.title, "Terms of Service");
+        compare(page.width, content.width);
+        tryCompare(page.view, "count", 3);
+        tryVerify(() => page.view.itemAtIndex(0) !== null);
+        compare(page.view.itemAtIndex(0).children[0].text, "Agreement heading 1");
+        // Three sections fit: the end is in view, the answers are open.
+        tryCompare(find(page, "agreeButton"), "enabled", true);
+        // A second answer while the page is up shows no second page.
+        service.answerNotCompliant(4);
+        compare(pages().length, 1);
+        compare(service.isWidgetApplication(), false);
+        // The host takes it away once answered.
+        page.visible = false;
+        page.parent = null;
+        compare(pages().length, 0);
     }
 
     function test_everyModelHearsEveryReply() {

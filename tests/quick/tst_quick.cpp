@@ -60,6 +60,13 @@ public:
             return {};
         return dir + u"/quick-"_s + name + u"-390x844.png"_s;
     }
+    //! The user's status arrives: not agreed to a document of \a sections sections.
+    Q_INVOKABLE void answerNotCompliant(int sections)
+    {
+        TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(
+            TVRUserManager::sharedInstance(), false,
+            std::make_shared<TVRDocument>(documentJson(u"Agreement"_s, sections)));
+    }
     Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 
     TestReply reply(const TestRequest &request)

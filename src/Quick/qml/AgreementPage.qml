@@ -8,9 +8,12 @@ import Tovra
 
 // The agreement screen: the Terms of Service with "Disagree" and "Agree" under them. The
 // buttons are enabled once the last section has been shown. The page only reports which one
-// was pressed; what follows is the host's.
+// was pressed; what follows is the host's. It shows the Terms of Service the shared document
+// manager holds, the ones the user is asked to agree to, without fetching others.
 DocumentPage {
     id: page
+
+    fetchOnLoad: false
 
     signal agreeClicked()
     signal disagreeClicked()

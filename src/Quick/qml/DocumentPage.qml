@@ -13,6 +13,9 @@ Page {
 
     // Set when the page is opened modally: the bar then offers "Close".
     property bool modal: false
+    // Whether the page asks the service for its document when it is made; the kept or held
+    // copy shows either way.
+    property bool fetchOnLoad: true
     property alias document: documentModel
     property alias kind: documentModel.kind
     readonly property alias view: documentView
@@ -64,6 +67,6 @@ Page {
 
     DocumentModel {
         id: documentModel
-        Component.onCompleted: fetch()
+        Component.onCompleted: if (page.fetchOnLoad) fetch()
     }
 }
