@@ -5,6 +5,7 @@
 //   tovra-demo                       open the window (renders screenshots without a display)
 //   tovra-demo --screenshots DIR     render each screen to DIR as PNG at phone size, then exit
 //   tovra-demo --documents DIR       serve DIR/terms-of-service.json and DIR/privacy-policy.json
+//   tovra-demo --quick [...]         the same in QML, with the kit's QML module
 
 #include "DemoService.h"
 #include "HomeScreen.h"
@@ -23,6 +24,14 @@
 #include <QMenuBar>
 #include <QTemporaryDir>
 #include <QTextStream>
+
+#include <memory>
+
+#if defined(TOVRA_DEMO_QUICK)
+#include "QuickDemo.h"
+
+#include <QQuickWindow>
+#endif
 
 namespace {
 
@@ -47,10 +56,10 @@ bool hasDisplay()
 #endif
 }
 
-bool wantsScreenshots(int argc, char *argv[])
+bool hasOption(int argc, char *argv[], const char *option)
 {
     for (int i = 1; i < argc; ++i) {
-        if (qstrcmp(argv[i], "--screenshots") == 0)
+        if (qstrcmp(argv[i], option) == 0)
             return true;
     }
     return false;
@@ -61,7 +70,9 @@ bool wantsScreenshots(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     QTemporaryDir scratch;
-    const bool headless = wantsScreenshots(argc, argv) || !hasDisplay();
+    const bool headless = hasOption(argc, argv, "--screenshots") || !hasDisplay();
+    // The QML demo runs without QApplication: no widget can be made in it.
+    const bool quick = hasOption(argc, argv, "--quick");
     // Screenshots are taken offscreen on a phone-sized screen.
     if (headless) {
         if (!useOffscreenScreen(scratch.path(), QSize(390, 844)))
@@ -69,7 +80,19 @@ int main(int argc, char *argv[])
         defaultHandler = qInstallMessageHandler(quietOffscreen);
     }
 
-    QApplication app(argc, argv);
+#if !defined(TOVRA_DEMO_QUICK)
+    if (quick) {
+        QTextStream(stderr) << "tovra-demo: built without the QML module" << Qt::endl;
+        return 2;
+    }
+#else
+    // Offscreen, Qt Quick draws with its software renderer.
+    if (quick && headless)
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+#endif
+    const std::unique_ptr<QGuiApplication> application(quick ? new QGuiApplication(argc, argv)
+                                                             : new QApplication(argc, argv));
+    QGuiApplication &app = *application;
     QCoreApplication::setOrganizationName(QStringLiteral("Tovra"));
     QCoreApplication::setApplicationName(QStringLiteral("Tovra Demo"));
     QTextStream out(stdout);
@@ -84,8 +107,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption documents(
         QStringLiteral("documents"), QStringLiteral("Serve terms-of-service.json and privacy-policy.json from <dir>."),
         QStringLiteral("dir"));
+    const QCommandLineOption quickOption(QStringLiteral("quick"), QStringLiteral("Show the kit's QML pages instead."));
     options.addOption(screenshots);
     options.addOption(documents);
+    options.addOption(quickOption);
     options.process(app);
 
     // The documents to serve: the samples, or the user's own, checked first.
@@ -124,7 +149,12 @@ int main(int argc, char *argv[])
         const QString directory =
             options.isSet(screenshots) ? options.value(screenshots) : QStringLiteral("tovra-demo-screenshots");
         QString problem;
+#if defined(TOVRA_DEMO_QUICK)
+        const QStringList written = quick ? takeQuickScreenshots(directory, terms, &problem)
+                                          : takeScreenshots(directory, service, session, terms, &problem);
+#else
         const QStringList written = takeScreenshots(directory, service, session, terms, &problem);
+#endif
         if (written.isEmpty()) {
             err << "tovra-demo: " << problem << Qt::endl;
             return 1;
@@ -136,6 +166,10 @@ int main(int argc, char *argv[])
 
     out << "Sample service on https://127.0.0.1:" << service.port() << " as "
         << TVRNetworkManager::baseURLComponents().host() << Qt::endl;
+#if defined(TOVRA_DEMO_QUICK)
+    if (quick)
+        return runQuickDemo(terms);
+#endif
     QMainWindow window;
     auto *home = new HomeScreen(terms);
     window.setCentralWidget(new TVRNavigationController(home));
@@ -144,5 +178,5 @@ int main(int argc, char *argv[])
     window.setWindowTitle(QStringLiteral("Tovra demo"));
     window.resize(420, 800);
     window.show();
-    return app.exec();
+    return QApplication::exec();
 }

@@ -35,6 +35,7 @@ DocumentPage {
                 text: qsTranslate("TVRTermsViewController", "Disagree")
                 enabled: page.view.reachedEnd
                 palette.buttonText: "#0055CC"
+                palette.disabled.buttonText: "#6E6E73"
                 onClicked: page.disagreeClicked()
             }
             Item { Layout.fillWidth: true }
@@ -44,6 +45,7 @@ DocumentPage {
                 text: qsTranslate("TVRTermsViewController", "Agree")
                 enabled: page.view.reachedEnd
                 palette.buttonText: "#0055CC"
+                palette.disabled.buttonText: "#6E6E73"
                 onClicked: page.agreeClicked()
             }
         }
