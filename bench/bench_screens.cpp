@@ -29,6 +29,12 @@
 #include <QTextBrowser>
 #include <QTextLayout>
 #include <QTextStream>
+#if defined(TOVRA_BENCH_QUICK)
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#endif
 
 #include <algorithm>
 #include <functional>
@@ -257,6 +263,88 @@ ScrollResult scrollBrowser(const QByteArray &json)
     return scroll(&browser);
 }
 
+#if defined(TOVRA_BENCH_QUICK)
+// 3q and 4q. The QML Terms of Service page, drawn by Qt Quick's software renderer, made in
+// the application's Qt Quick window as a QML host opens a page; a frame is rendered whole
+// into an image, as the screen would get it.
+class QuickPage
+{
+public:
+    QuickPage()
+    {
+        m_engine.addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
+        m_component = std::make_unique<QQmlComponent>(&m_engine);
+        m_component->setData("import Tovra\nTermsOfServicePage { width: 390; height: 844; fetchOnLoad: false }\n",
+                             QUrl());
+        m_window.setGeometry(phone());
+        m_window.show();
+        m_window.grabWindow();
+    }
+
+    // Made, shown, and one frame rendered with rows in it.
+    void show()
+    {
+        m_page.reset(qobject_cast<QQuickItem *>(m_component->create()));
+        if (!m_page)
+            qFatal("the QML page did not load: %s", qPrintable(m_component->errorString()));
+        m_page->setParentItem(m_window.contentItem());
+        for (int pass = 0; pass < 20 && view()->property("count").toInt() == 0; ++pass)
+            QCoreApplication::processEvents();
+        if (view()->property("count").toInt() == 0)
+            qFatal("the QML page showed no rows");
+        m_window.grabWindow();
+    }
+
+    void hide() { m_page.reset(); }
+
+    QQuickItem *view() const { return m_page->property("view").value<QQuickItem *>(); }
+    QQuickWindow *window() { return &m_window; }
+
+private:
+    QQmlEngine m_engine;
+    std::unique_ptr<QQmlComponent> m_component;
+    QQuickWindow m_window;
+    std::unique_ptr<QQuickItem> m_page;
+};
+
+double firstFrameQuick(QuickPage &page, const QByteArray &json, int runs)
+{
+    cache(json);
+    return timeIt(runs, [&] {
+        TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr); // read the copy again
+        page.show();
+        page.hide();
+    });
+}
+
+ScrollResult scrollQuick(QuickPage &page, const QByteArray &json)
+{
+    cache(json);
+    page.show();
+    QQuickItem *view = page.view();
+    QList<double> frames;
+    for (int round = 0; round < 3; ++round) {
+        QMetaObject::invokeMethod(view, "positionViewAtBeginning");
+        settle();
+        for (;;) {
+            const qreal contentY = view->property("contentY").toReal();
+            const qreal bottom = view->property("contentHeight").toReal() + view->property("originY").toReal();
+            const qreal next = std::min(contentY + view->height(), bottom - view->height());
+            QElapsedTimer timer;
+            timer.start();
+            view->setProperty("contentY", next);
+            page.window()->grabWindow();
+            frames << timer.nsecsElapsed() / 1e6;
+            // Estimated heights firm up on the way: the end is reached when nothing moves.
+            if (view->property("atYEnd").toBool() || qFuzzyCompare(next, contentY))
+                break;
+        }
+    }
+    page.hide();
+    return {median(frames), percentile(frames, 0.99), int(frames.size()), -1};
+}
+#endif
+
 // 5. From fetchTermsOfService() to the table reloaded with the reply.
 double fetchToRefresh(const QByteArray &json, int runs)
 {
@@ -360,6 +448,9 @@ int main(int argc, char *argv[])
         return 1;
     qputenv("QT_LOGGING_RULES", "tovra.info=false");
 
+#if defined(TOVRA_BENCH_QUICK)
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+#endif
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tovra Bench"));
     QCoreApplication::setApplicationName(QStringLiteral("bench_screens"));
@@ -496,6 +587,25 @@ int main(int argc, char *argv[])
         << Qt::endl;
     report.insert(QStringLiteral("4 cells alive"), tovraScroll.cellsAlive);
     report.insert(QStringLiteral("4 most visible rows"), visibleMost);
+
+#if defined(TOVRA_BENCH_QUICK)
+    // The QML page against the widget screen: the first column is the QML page here, the
+    // second the widget screen.
+    {
+        QuickPage page;
+        for (const Size &size : sizes) {
+            const QByteArray json = makeDocument(size);
+            row(QStringLiteral("3q QML page first frame / widgets"), size.name, firstFrameQuick(page, json, 15),
+                firstFrameTovra(json, 15), QStringLiteral("ms"));
+        }
+        const ScrollResult quickScroll = scrollQuick(page, largeJson);
+        row(QStringLiteral("4q QML scroll frame, median / widg."), large.name, quickScroll.median, tovraScroll.median,
+            QStringLiteral("ms"));
+        row(QStringLiteral("4q QML scroll frame, p99 / widgets"), large.name, quickScroll.p99, tovraScroll.p99,
+            QStringLiteral("ms"));
+        out << QStringLiteral("  %1 QML frames, each rendered whole into an image").arg(quickScroll.frames) << Qt::endl;
+    }
+#endif
 
     for (const Size &size : sizes)
         row(QStringLiteral("5 fetch to refreshed table"), size.name, fetchToRefresh(makeDocument(size), 20), -1,

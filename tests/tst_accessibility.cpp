@@ -4,6 +4,7 @@
 // through Qt's QAccessible interfaces, real key presses, and the focus as it is painted.
 
 #include "OffscreenTest.h"
+#include "ScreenHelpers.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -94,31 +95,6 @@ QStringList announced(QAccessibleInterface *root)
         lines << line;
     }
     return lines;
-}
-
-// A host application's screen, to push and present from.
-class HostScreen : public TVRViewController
-{
-protected:
-    void loadView() override
-    {
-        auto *root = new QWidget;
-        new QVBoxLayout(root);
-        setView(root);
-    }
-};
-
-double luminance(const QColor &color)
-{
-    const auto channel = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const double la = luminance(a);
-    const double lb = luminance(b);
-    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
 }
 
 // The strongest contrast between two pictures of the same widget, pixel against pixel.

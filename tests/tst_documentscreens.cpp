@@ -4,6 +4,7 @@
 // (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
 
 #include "OffscreenTest.h"
+#include "ScreenHelpers.h"
 #include "Screenshot.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
@@ -57,25 +58,6 @@ void cache(const QString &key, const QJsonObject &document)
 {
     QSettings().setValue(key, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
 }
-
-// A host application's own screen, which can hold other screens in its view.
-class HostScreen : public TVRViewController
-{
-public:
-    void embed(QWidget *child)
-    {
-        view()->layout()->addWidget(child);
-        child->show();
-    }
-
-protected:
-    void loadView() override
-    {
-        auto *root = new QWidget;
-        new QVBoxLayout(root);
-        setView(root);
-    }
-};
 
 class TableModel : public TVRTableViewDataSource, public TVRTableViewDelegate
 {

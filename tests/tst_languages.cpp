@@ -4,6 +4,7 @@
 // screens show them, the date in the chosen language, and which side each part is drawn on.
 
 #include "OffscreenTest.h"
+#include "ScreenHelpers.h"
 #include "Screenshot.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
@@ -38,17 +39,6 @@ QJsonObject documentJson()
     return QJsonObject{
         {u"title"_s, u"Policy"_s}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, sections}};
 }
-
-class HostScreen : public TVRViewController
-{
-protected:
-    void loadView() override
-    {
-        auto *root = new QWidget;
-        new QVBoxLayout(root);
-        setView(root);
-    }
-};
 
 QStringList buttonTexts(QWidget *root)
 {

@@ -8,6 +8,7 @@
 
 #include "LoopbackSession.h"
 #include "OffscreenTest.h"
+#include "ScreenHelpers.h"
 #include "Screenshot.h"
 #include "TestFixture.h"
 
@@ -179,23 +180,6 @@ QRect inkBounds(const QImage &image, const QRect &logicalArea)
     const qreal ratio = image.devicePixelRatio();
     return QRect(QPoint(int(device.left() / ratio), int(device.top() / ratio)),
                  QPoint(int(device.right() / ratio), int(device.bottom() / ratio)));
-}
-
-double luminance(QRgb color)
-{
-    auto channel = [](int value) {
-        const double c = value / 255.0;
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * channel(qRed(color)) + 0.7152 * channel(qGreen(color)) + 0.0722 * channel(qBlue(color));
-}
-
-// The contrast ratio of WCAG 2, from 1 (none) to 21 (black on white).
-double contrast(QRgb a, QRgb b)
-{
-    const double la = luminance(a);
-    const double lb = luminance(b);
-    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
 // The appearance settings of one part of a document screen.

@@ -3,6 +3,8 @@
 
 #include "QuickDemo.h"
 
+#include "Waiting.h"
+
 #include <Tovra.h>
 
 #include <QDeadlineTimer>
@@ -14,15 +16,6 @@
 #include <QQuickWindow>
 
 namespace {
-
-template <typename Predicate>
-bool waitFor(Predicate done, int ms = 10000)
-{
-    const QDeadlineTimer deadline(ms);
-    while (!done() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 void answerNotAgreed(const QJsonObject &currentTerms);
 

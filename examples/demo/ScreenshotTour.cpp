@@ -3,6 +3,8 @@
 
 #include "ScreenshotTour.h"
 
+#include "Waiting.h"
+
 #include "DemoService.h"
 #include "HomeScreen.h"
 #include "LoopbackSession.h"
@@ -18,16 +20,6 @@
 #include <QScreen>
 
 namespace {
-
-// Serves events until \a done holds, for at most \a ms milliseconds.
-template <typename Predicate>
-bool waitFor(Predicate done, int ms = 10000)
-{
-    const QDeadlineTimer deadline(ms);
-    while (!done() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 // Lets layouts and queued updates settle, then grabs \a widget.
 bool save(QWidget *widget, const QString &path)

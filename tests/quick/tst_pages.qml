@@ -34,6 +34,10 @@ TestCase {
         return null;
     }
 
+    // A row's title and body texts, and the boxes that hold them.
+    function titleOf(row) { return row.children[0].children[0]; }
+    function bodyOf(row) { return row.children[1].children[0]; }
+
     function showPage(component, properties) {
         const page = createTemporaryObject(component, testCase, properties || {});
         verify(page);
@@ -75,9 +79,9 @@ TestCase {
         // A titled section shows its bold title, then the body with the app's name in place.
         const first = page.view.itemAtIndex(0);
         compare(first.children[0].visible, true);
-        compare(first.children[0].text, "Terms heading 1");
-        compare(first.children[0].font.bold, true);
-        verify(first.children[1].text.startsWith("Body 1: Acme keeps"));
+        compare(titleOf(first).text, "Terms heading 1");
+        compare(titleOf(first).font.bold, true);
+        verify(bodyOf(first).text.startsWith("Body 1: Acme keeps"));
         // A section without a title shows only its body.
         const third = page.view.itemAtIndex(2);
         compare(third.children[0].visible, false);
@@ -91,13 +95,42 @@ TestCase {
         screenshot(page, "terms-of-service");
     }
 
+    function test_appearanceReachesThePixels() {
+        service.setAppearance("#C00000", 24);
+        const page = showPage(termsPage);
+        service.setAppearance("", 0); // back to the defaults for the others
+        const first = page.view.itemAtIndex(0);
+        const title = titleOf(first);
+        const body = bodyOf(first);
+        compare(body.font.pixelSize, 24);
+        const image = grabImage(page);
+        const origin = title.mapToItem(page, 0, 0);
+        // The darkest ink of the title is the host's red.
+        let reddest = null;
+        let darkestSum = 3;
+        for (let y = Math.round(origin.y); y < origin.y + 30; ++y) {
+            for (let x = Math.round(origin.x); x < origin.x + 150; ++x) {
+                const c = image.pixel(x, y);
+                if (c.r + c.g + c.b < darkestSum) {
+                    darkestSum = c.r + c.g + c.b;
+                    reddest = c;
+                }
+            }
+        }
+        verify(reddest !== null, "no ink in the title");
+        verify(reddest.r > 0.6 && reddest.g < 0.2 && reddest.b < 0.2, "title ink " + reddest);
+        // A 24 px body runs to more lines than a 16 px one of the same text.
+        verify(body.lineCount >= 4, "body of " + body.lineCount + " lines");
+    }
+
     function test_bodiesAreNotClipped() {
         const page = showPage(termsPage);
         tryVerify(() => page.view.itemAtIndex(3) !== null);
         for (let i = 0; i < 4; ++i) {
-            const body = page.view.itemAtIndex(i).children[1];
-            verify(body.height >= body.contentHeight, "body " + i + " is cut off");
-            verify(body.height - body.contentHeight < Math.max(40 - body.contentHeight, 0) + 1);
+            const box = page.view.itemAtIndex(i).children[1];
+            const body = bodyOf(page.view.itemAtIndex(i));
+            verify(box.height >= body.contentHeight, "body " + i + " is cut off");
+            verify(box.height - body.contentHeight < Math.max(40 - body.contentHeight, 0) + 1);
         }
     }
 
@@ -148,7 +181,7 @@ TestCase {
         compare(page.width, content.width);
         tryCompare(page.view, "count", 3);
         tryVerify(() => page.view.itemAtIndex(0) !== null);
-        compare(page.view.itemAtIndex(0).children[0].text, "Agreement heading 1");
+        compare(titleOf(page.view.itemAtIndex(0)).text, "Agreement heading 1");
         // Three sections fit: the end is in view, the answers are open.
         tryCompare(find(page, "agreeButton"), "enabled", true);
         // A second answer while the page is up shows no second page.

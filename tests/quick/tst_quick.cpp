@@ -67,6 +67,15 @@ public:
             TVRUserManager::sharedInstance(), false,
             std::make_shared<TVRDocument>(documentJson(u"Agreement"_s, sections)));
     }
+    //! The host's appearance settings: titles in \a titleColor, bodies at \a bodyPixelSize px;
+    //! an empty colour and a size of 0 go back to the defaults.
+    Q_INVOKABLE void setAppearance(const QString &titleColor, int bodyPixelSize)
+    {
+        TVRDesignClass::setSectionTitleColor(titleColor.isEmpty() ? QColor() : QColor(titleColor));
+        QFont body = TVRDesignClass::sectionBodyFont();
+        body.setPixelSize(bodyPixelSize);
+        TVRDesignClass::setSectionBodyFont(bodyPixelSize > 0 ? std::optional<QFont>(body) : std::nullopt);
+    }
     Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 
     TestReply reply(const TestRequest &request)
@@ -93,26 +102,39 @@ class Setup : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
+    // The service lives within the application's lifetime: made once it exists, gone before
+    // it ends, so that Qt's network and TLS state is released with it.
     void applicationAvailable()
     {
-        if (!startLoopbackService(u"tst_quick"_s, m_server, m_session))
+        m_server = std::make_unique<TestHttpsServer>();
+        m_session = std::make_unique<TestSession>();
+        m_service = std::make_unique<Service>(m_server.get());
+        if (!startLoopbackService(u"tst_quick"_s, *m_server, *m_session))
             qFatal("the loopback service did not start");
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         TVRManager::setAppName(u"Acme"_s);
-        TVRDocumentManager::sharedInstance()->setSession(&m_session);
-        m_server.setHandler([this](const TestRequest &request) { return m_service.reply(request); });
+        TVRDocumentManager::sharedInstance()->setSession(m_session.get());
+        m_server->setHandler([this](const TestRequest &request) { return m_service->reply(request); });
     }
 
     void qmlEngineAvailable(QQmlEngine *engine)
     {
         engine->addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
-        engine->rootContext()->setContextProperty(u"service"_s, &m_service);
+        engine->rootContext()->setContextProperty(u"service"_s, m_service.get());
+    }
+
+    void cleanupTestCase()
+    {
+        TVRDocumentManager::sharedInstance()->setSession(nullptr);
+        m_service.reset();
+        m_session.reset();
+        m_server.reset();
     }
 
 private:
-    TestHttpsServer m_server;
-    TestSession m_session;
-    Service m_service{&m_server};
+    std::unique_ptr<TestHttpsServer> m_server;
+    std::unique_ptr<TestSession> m_session;
+    std::unique_ptr<Service> m_service;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(tst_quick, Setup)

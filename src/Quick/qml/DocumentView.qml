@@ -65,31 +65,39 @@ ListView {
         Component.onCompleted: if (index === view.count - 1) view.reachedEnd = true
         ListView.onReused: if (index === view.count - 1) view.reachedEnd = true
 
-        Text {
+        // A row is as tall as its text, 40 px at least, as the widget screens' rows are.
+        Item {
             visible: row.title !== ""
-            x: 12
-            width: row.width - 40
-            height: visible ? Math.max(40, Math.ceil(implicitHeight)) : 0
-            text: row.title
-            textFormat: Text.PlainText
-            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-            font: Appearance.titleFont
-            color: Appearance.titleColor
+            width: row.width
+            height: visible ? Math.max(40, Math.ceil(titleText.implicitHeight)) : 0
+            Text {
+                id: titleText
+                x: 12
+                width: row.width - 40
+                text: row.title
+                textFormat: Text.PlainText
+                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                font: Appearance.titleFont
+                color: Appearance.titleColor
+            }
         }
-        TextEdit {
-            x: 12
-            width: row.width - 24
-            height: Math.max(40, Math.ceil(implicitHeight))
-            text: row.body
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
-            font: Appearance.bodyFont
-            color: Appearance.bodyColor
-            selectByMouse: true
-            activeFocusOnPress: true
-            // Editable, as the widget screens' bodies are, but Tab moves on.
-            KeyNavigation.priority: KeyNavigation.BeforeItem
-            Keys.onTabPressed: event => { event.accepted = false; }
+        Item {
+            width: row.width
+            height: Math.max(40, Math.ceil(bodyText.implicitHeight))
+            TextEdit {
+                id: bodyText
+                x: 12
+                width: row.width - 24
+                text: row.body
+                textFormat: TextEdit.PlainText
+                wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+                font: Appearance.bodyFont
+                color: Appearance.bodyColor
+                selectByMouse: true
+                activeFocusOnPress: true
+                // Editable, as the widget screens' bodies are, but Tab moves on.
+                Keys.onTabPressed: event => { event.accepted = false; }
+            }
         }
     }
 }
