@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 import QtQuick
+import QtQuick.Controls
 import QtTest
 import Tovra
 
@@ -18,6 +19,7 @@ TestCase {
     Component { id: agreementPage; AgreementPage { width: 390; height: 844 } }
     Component { id: documentModel; DocumentModel {} }
     Component { id: spy; SignalSpy {} }
+    Component { id: stackView; StackView { width: 390; height: 844; initialItem: Item {} } }
 
     function init() {
         service.setSections(30);
@@ -144,6 +146,18 @@ TestCase {
         const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
         mouseClick(close);
         compare(closed.count, 1);
+    }
+
+    function test_closePopsAPagePushedModally() {
+        // As the README's example opens it.
+        const stack = createTemporaryObject(stackView, testCase);
+        stack.push(privacyPage, { modal: true });
+        tryCompare(stack, "busy", false);
+        compare(stack.depth, 2);
+        const page = stack.currentItem;
+        tryVerify(() => page.view.count > 0);
+        mouseClick(find(page, "closeButton"));
+        tryCompare(stack, "depth", 1);
     }
 
     function test_agreementButtonsWaitForTheEnd() {
