@@ -7,7 +7,6 @@
 
 #include <Tovra.h>
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>

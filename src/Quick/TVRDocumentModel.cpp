@@ -26,6 +26,13 @@ TVRDocumentModel::TVRDocumentModel(QObject *parent)
     , d(std::make_unique<TVRDocumentModelPrivate>())
 {
     TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+    // A fetch ends with the reply or the failure of this model's document, whoever asked.
+    const auto stopLoading = [this] {
+        if (d->loading) {
+            d->loading = false;
+            Q_EMIT loadingChanged();
+        }
+    };
     const auto reload = [this] {
         beginResetModel();
         d->shown = TVRDocumentManager::sharedInstance()->documentFor(d->document());
@@ -33,29 +40,24 @@ TVRDocumentModel::TVRDocumentModel(QObject *parent)
         endResetModel();
         Q_EMIT documentChanged();
     };
-    connect(manager, &TVRDocumentManager::documentChanged, this, [this, reload](TVRDocumentManager::Document which) {
-        if (which != d->document())
-            return;
-        reload();
-        if (!d->error.isEmpty()) {
-            d->error.clear();
-            Q_EMIT errorChanged();
-        }
-        if (d->loading) {
-            d->loading = false;
-            Q_EMIT loadingChanged();
-        }
-    });
+    connect(manager, &TVRDocumentManager::documentChanged, this,
+            [this, reload, stopLoading](TVRDocumentManager::Document which) {
+                if (which != d->document())
+                    return;
+                reload();
+                if (!d->error.isEmpty()) {
+                    d->error.clear();
+                    Q_EMIT errorChanged();
+                }
+                stopLoading();
+            });
     connect(manager, &TVRDocumentManager::fetchFailed, this,
-            [this](TVRDocumentManager::Document which, const TVRError &error) {
+            [this, stopLoading](TVRDocumentManager::Document which, const TVRError &error) {
                 if (which != d->document())
                     return;
                 d->error = error.message();
                 Q_EMIT errorChanged();
-                if (d->loading) {
-                    d->loading = false;
-                    Q_EMIT loadingChanged();
-                }
+                stopLoading();
             });
     connect(this, &TVRDocumentModel::kindChanged, this, reload);
     reload();
