@@ -6,6 +6,7 @@
 //   bench/run.sh                     build in release mode and run, isolated
 //   bench_screens [--json FILE]      run (inside tests/run-isolated.sh)
 //   bench_screens --quick [--size S] only the heights and the first frames (of size S)
+//   bench_screens --qml [--size S]   only the QML page's first frames against the widget screen's
 //   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
 
 #include "OffscreenScreen.h"
@@ -161,9 +162,10 @@ QRect phone()
 }
 
 // 3. A terms screen made, shown and painted once, its document in the cache.
-double firstFrameTovra(const QByteArray &json, int runs, bool neverMeasured = false)
+double firstFrameTovra(const QByteArray &json, int runs, bool neverMeasured = false, bool cached = false)
 {
-    cache(json);
+    if (!cached)
+        cache(json);
     int run = 0;
     const double result = timeIt(runs, [&] {
         if (neverMeasured)
@@ -277,8 +279,22 @@ public:
         m_component->setData("import Tovra\nTermsOfServicePage { width: 390; height: 844; fetchOnLoad: false }\n",
                              QUrl());
         m_window.setGeometry(phone());
+    }
+
+    // The application's window shown, one frame rendered, as it is before a page opens.
+    void enter()
+    {
         m_window.show();
         m_window.grabWindow();
+        settle();
+    }
+
+    // The window hidden: a shown Qt Quick window renders its pending frames in the event
+    // loop of whatever else is measured.
+    void leave()
+    {
+        m_window.hide();
+        settle();
     }
 
     // Made, shown, and one frame rendered with rows in it.
@@ -307,19 +323,40 @@ private:
     std::unique_ptr<QQuickItem> m_page;
 };
 
-double firstFrameQuick(QuickPage &page, const QByteArray &json, int runs)
+struct SideBySide
+{
+    double quick = 0;
+    double widgets = 0;
+};
+
+// 3q. The QML page's first frame and the widget screen's, measured in alternate rounds so
+// that both meet the machine in the same states; the Qt Quick window is hidden while the
+// widget screen is measured.
+SideBySide firstFramesSideBySide(QuickPage &page, const QByteArray &json, int rounds, int runs)
 {
     cache(json);
-    return timeIt(runs, [&] {
-        TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr); // read the copy again
-        page.show();
-        page.hide();
-    });
+    QList<double> quick;
+    QList<double> widgets;
+    for (int round = 0; round < rounds; ++round) {
+        page.enter();
+        for (int run = 0; run < runs; ++run) {
+            quick << timeIt(1, [&] {
+                TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr); // read the copy again
+                page.show();
+                page.hide();
+            });
+        }
+        page.leave();
+        for (int run = 0; run < runs; ++run)
+            widgets << firstFrameTovra(json, 1, false, true);
+    }
+    return {median(quick), median(widgets)};
 }
 
 ScrollResult scrollQuick(QuickPage &page, const QByteArray &json)
 {
     cache(json);
+    page.enter();
     page.show();
     QQuickItem *view = page.view();
     QList<double> frames;
@@ -497,6 +534,23 @@ int main(int argc, char *argv[])
     const bool quick = args.contains(QStringLiteral("--quick"));
     const qsizetype sizeAt = args.indexOf(QStringLiteral("--size"));
     const QString onlySize = sizeAt > 0 && sizeAt + 1 < args.size() ? args[sizeAt + 1] : QString();
+#if defined(TOVRA_BENCH_QUICK)
+    auto quickFirstFrames = [&](QuickPage &page) {
+        for (const Size &size : sizes) {
+            if (!onlySize.isEmpty() && onlySize != QLatin1String(size.name))
+                continue;
+            const SideBySide frames = firstFramesSideBySide(page, makeDocument(size), 3, 10);
+            row(QStringLiteral("3q QML page first frame / widgets"), size.name, frames.quick, frames.widgets,
+                QStringLiteral("ms"));
+        }
+    };
+    // --qml: the QML page's first frames only.
+    if (args.contains(QStringLiteral("--qml"))) {
+        QuickPage page;
+        quickFirstFrames(page);
+        return 0;
+    }
+#endif
     for (const Size &size : sizes) {
         if (!onlySize.isEmpty() && onlySize != QLatin1String(size.name))
             continue;
@@ -593,11 +647,7 @@ int main(int argc, char *argv[])
     // second the widget screen.
     {
         QuickPage page;
-        for (const Size &size : sizes) {
-            const QByteArray json = makeDocument(size);
-            row(QStringLiteral("3q QML page first frame / widgets"), size.name, firstFrameQuick(page, json, 15),
-                firstFrameTovra(json, 15), QStringLiteral("ms"));
-        }
+        quickFirstFrames(page);
         const ScrollResult quickScroll = scrollQuick(page, largeJson);
         row(QStringLiteral("4q QML scroll frame, median / widg."), large.name, quickScroll.median, tovraScroll.median,
             QStringLiteral("ms"));

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void followsTheManagerInAnItemView_data();
     void followsTheManagerInAnItemView();
     void dateReadsAsTheWidgetHeader();
+    void refreshChangesOnlyWhatChanged_data();
+    void refreshChangesOnlyWhatChanged();
 
 private:
     TestHttpsServer m_server;
@@ -118,6 +120,77 @@ void tst_DocumentModel::dateReadsAsTheWidgetHeader()
     QVERIFY(!header.isEmpty());
     QVERIFY2(header.contains(u"2018"_s), qPrintable(header));
     QCOMPARE(model.dateText(), header);
+}
+
+// A document of sections given as "title|body", or "body" alone.
+static std::shared_ptr<TVRDocument> documentOf(const QStringList &sections)
+{
+    QJsonArray array;
+    for (const QString &section : sections) {
+        const QStringList parts = section.split(u'|');
+        array.append(parts.size() == 2 ? QJsonObject{{u"title"_s, parts[0]}, {u"body"_s, parts[1]}}
+                                       : QJsonObject{{u"body"_s, parts[0]}});
+    }
+    return std::make_shared<TVRDocument>(QJsonObject{{u"title"_s, u"Terms"_s}, {u"sections"_s, array}});
+}
+
+void tst_DocumentModel::refreshChangesOnlyWhatChanged_data()
+{
+    QTest::addColumn<QStringList>("after");
+    QTest::addColumn<QList<int>>("changed"); // first and last row changed, or empty
+    QTest::addColumn<QList<int>>("inserted");
+    QTest::addColumn<QList<int>>("removed");
+    const QStringList before{u"A|one"_s, u"two"_s, u"C|three"_s};
+    QTest::newRow("same sections") << before << QList<int>() << QList<int>() << QList<int>();
+    QTest::newRow("a body changed") << QStringList{u"A|one"_s, u"2"_s, u"C|three"_s} << QList<int>{1, 1}
+                                    << QList<int>() << QList<int>();
+    QTest::newRow("a title given") << QStringList{u"A|one"_s, u"B|two"_s, u"C|three"_s} << QList<int>{1, 1}
+                                   << QList<int>() << QList<int>();
+    QTest::newRow("sections added") << before + QStringList{u"four"_s, u"E|five"_s} << QList<int>()
+                                    << QList<int>{3, 4} << QList<int>();
+    QTest::newRow("sections gone, one changed")
+        << QStringList{u"A|1"_s} << QList<int>{0, 0} << QList<int>() << QList<int>{1, 2};
+    QTest::newRow("no sections") << QStringList() << QList<int>() << QList<int>() << QList<int>{0, 2};
+}
+
+void tst_DocumentModel::refreshChangesOnlyWhatChanged()
+{
+    QFETCH(QStringList, after);
+    QFETCH(QList<int>, changed);
+    QFETCH(QList<int>, inserted);
+    QFETCH(QList<int>, removed);
+
+    TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+    manager->setTermsOfService(documentOf({u"A|one"_s, u"two"_s, u"C|three"_s}));
+    TVRDocumentModel model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+    QSignalSpy inserts(&model, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removals(&model, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy documentChanged(&model, &TVRDocumentModel::documentChanged);
+    const QPersistentModelIndex first = model.index(0);
+
+    manager->setTermsOfService(documentOf(after));
+
+    QCOMPARE(resets.size(), 0);
+    QCOMPARE(documentChanged.size(), 1);
+    QCOMPARE(changes.size(), changed.isEmpty() ? 0 : 1);
+    if (!changed.isEmpty()) {
+        QCOMPARE(changes[0][0].toModelIndex().row(), changed[0]);
+        QCOMPARE(changes[0][1].toModelIndex().row(), changed[1]);
+    }
+    QCOMPARE(inserts.size(), inserted.isEmpty() ? 0 : 1);
+    if (!inserted.isEmpty())
+        QCOMPARE((QList<int>{inserts[0][1].toInt(), inserts[0][2].toInt()}), inserted);
+    QCOMPARE(removals.size(), removed.isEmpty() ? 0 : 1);
+    if (!removed.isEmpty())
+        QCOMPARE((QList<int>{removals[0][1].toInt(), removals[0][2].toInt()}), removed);
+    // Whatever the way, the rows are the new document's.
+    QCOMPARE(model.rowCount(), after.size());
+    for (int row = 0; row < after.size(); ++row)
+        QCOMPARE(model.index(row).data().toString(), after[row].split(u'|').first());
+    QCOMPARE(first.isValid(), !after.isEmpty());
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_DocumentModel, QSize(390, 844))

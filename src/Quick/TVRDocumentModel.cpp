@@ -14,12 +14,50 @@ public:
                                                         : TVRDocumentManager::Document::PrivacyPolicy;
     }
 
+    // Shows the manager's document. Rows are changed, added and removed one by one rather than
+    // reset, so that a refresh that brings the same sections leaves the view as it is: the
+    // reader's place, and the rows' items with any text being edited in them.
+    void showDocument(TVRDocumentModel &model);
+
     TVRDocumentModel::Kind kind = TVRDocumentModel::TermsOfService;
     std::shared_ptr<TVRDocument> shown;
     TVRSectionList sections;
     bool loading = false;
     QString error;
 };
+
+void TVRDocumentModelPrivate::showDocument(TVRDocumentModel &model)
+{
+    shown = TVRDocumentManager::sharedInstance()->documentFor(document());
+    const TVRSectionList next = shown ? shown->sections() : TVRSectionList();
+    const int before = int(sections.size());
+    const int after = int(next.size());
+    if (after < before) {
+        model.beginRemoveRows({}, after, before - 1);
+        sections.resize(after);
+        model.endRemoveRows();
+    }
+    const auto same = [](const std::shared_ptr<TVRSection> &a, const std::shared_ptr<TVRSection> &b) {
+        return a == b || (a && b && a->title() == b->title() && a->body() == b->body());
+    };
+    int firstChanged = -1;
+    int lastChanged = -1;
+    for (int row = 0; row < std::min(before, after); ++row) {
+        if (!same(sections.at(row), next.at(row))) {
+            firstChanged = firstChanged < 0 ? row : firstChanged;
+            lastChanged = row;
+        }
+        sections[row] = next.at(row);
+    }
+    if (firstChanged >= 0)
+        Q_EMIT model.dataChanged(model.index(firstChanged), model.index(lastChanged));
+    if (after > before) {
+        model.beginInsertRows({}, before, after - 1);
+        sections = next;
+        model.endInsertRows();
+    }
+    Q_EMIT model.documentChanged();
+}
 
 TVRDocumentModel::TVRDocumentModel(QObject *parent)
     : QAbstractListModel(parent)
@@ -33,13 +71,7 @@ TVRDocumentModel::TVRDocumentModel(QObject *parent)
             Q_EMIT loadingChanged();
         }
     };
-    const auto reload = [this] {
-        beginResetModel();
-        d->shown = TVRDocumentManager::sharedInstance()->documentFor(d->document());
-        d->sections = d->shown ? d->shown->sections() : TVRSectionList();
-        endResetModel();
-        Q_EMIT documentChanged();
-    };
+    const auto reload = [this] { d->showDocument(*this); };
     connect(manager, &TVRDocumentManager::documentChanged, this,
             [this, reload, stopLoading](TVRDocumentManager::Document which) {
                 if (which != d->document())

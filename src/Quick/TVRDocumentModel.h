@@ -71,6 +71,7 @@ Q_SIGNALS:
     void errorChanged();
 
 private:
+    friend class TVRDocumentModelPrivate;
     std::unique_ptr<TVRDocumentModelPrivate> const d;
 };
 

@@ -43,8 +43,9 @@ TestCase {
     function showPage(component, properties) {
         const page = createTemporaryObject(component, testCase, properties || {});
         verify(page);
-        tryVerify(() => page.view.count > 0, 5000, "the document arrived");
-        waitForRendering(page);
+        tryVerify(() => page.view.count > 0 && !page.document.loading, 5000, "the document arrived");
+        // Laid out; grabImage() renders what it grabs.
+        waitForItemPolished(page.view);
         return page;
     }
 
@@ -74,7 +75,7 @@ TestCase {
         const page = showPage(termsPage);
         compare(page.title, "Terms of Service");
         compare(page.view.count, 30);
-        compare(find(page, "closeButton").visible, false);
+        compare(find(page, "closeButton"), null);
         compare(page.document.dateText, "Tuesday, July 4, 2017");
         compare(page.view.headerItem.children[0].text, page.document.dateText);
 
@@ -134,6 +135,59 @@ TestCase {
             verify(box.height >= body.contentHeight, "body " + i + " is cut off");
             verify(box.height - body.contentHeight < Math.max(40 - body.contentHeight, 0) + 1);
         }
+    }
+
+    // The editor a tap on a body put in its place, or null.
+    function editorOf(row) { return row.children[1].children[1].item; }
+
+    function test_aTappedBodyBecomesEditableWhereItWasTapped() {
+        const page = showPage(termsPage);
+        const row = page.view.itemAtIndex(0);
+        const body = bodyOf(row);
+        compare(editorOf(row), null);
+        const before = grabImage(page);
+
+        // A tap in the second line, on a letter of its first word.
+        const line = body.contentHeight / body.lineCount;
+        mouseClick(body, 6, line * 1.5);
+        const editor = editorOf(row);
+        verify(editor, "no editor after a tap");
+        verify(editor.activeFocus);
+        compare(editor.text, body.text);
+        const cursor = editor.cursorRectangle;
+        verify(cursor.y >= line * 0.9 && cursor.y < line * 2, "cursor at y " + cursor.y);
+        verify(cursor.x < 20, "cursor at x " + cursor.x);
+
+        // With the cursor hidden, the text is drawn exactly as it was before the tap.
+        editor.cursorVisible = false;
+        const after = grabImage(page);
+        const origin = body.mapToItem(page, 0, 0);
+        let differing = 0;
+        for (let y = Math.round(origin.y); y < origin.y + body.height; ++y) {
+            for (let x = 0; x < page.width; ++x) {
+                if (before.pixel(x, y) !== after.pixel(x, y))
+                    ++differing;
+            }
+        }
+        compare(differing, 0);
+
+        // Typing edits the body, and the row grows with what is typed.
+        const rowHeight = row.height;
+        for (let i = 0; i < 6; ++i)
+            keyClick(Qt.Key_Return);
+        keyClick("x");
+        verify(editor.text.includes("\n\n\n\n\n\nx"), "typed text not in the body");
+        tryVerify(() => row.height >= rowHeight + 5 * line, 5000, "row of " + row.height + " px after six new lines, was " + rowHeight);
+        verify(row.children[1].height >= editor.contentHeight);
+    }
+
+    function test_aDragOnABodyScrollsTheList() {
+        const page = showPage(termsPage);
+        const row = page.view.itemAtIndex(1);
+        const top = page.view.contentY;
+        mouseDrag(bodyOf(row), 100, 10, 0, -200);
+        verify(page.view.contentY > top + 30, "content moved from " + top + " to " + page.view.contentY);
+        compare(editorOf(row), null);
     }
 
     function test_privacyPageClosesWhenModal() {

@@ -72,9 +72,12 @@ public:
     Q_INVOKABLE void setAppearance(const QString &titleColor, int bodyPixelSize)
     {
         TVRDesignClass::setSectionTitleColor(titleColor.isEmpty() ? QColor() : QColor(titleColor));
-        QFont body = TVRDesignClass::sectionBodyFont();
-        body.setPixelSize(bodyPixelSize);
-        TVRDesignClass::setSectionBodyFont(bodyPixelSize > 0 ? std::optional<QFont>(body) : std::nullopt);
+        std::optional<QFont> body;
+        if (bodyPixelSize > 0) {
+            body = TVRDesignClass::sectionBodyFont();
+            body->setPixelSize(bodyPixelSize);
+        }
+        TVRDesignClass::setSectionBodyFont(body);
     }
     Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 

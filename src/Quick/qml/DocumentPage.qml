@@ -32,24 +32,27 @@ Page {
     background: Rectangle { color: "white" }
     Keys.onEscapePressed: if (page.modal) page.close()
 
-    header: ToolBar {
-        height: 44
-        background: Rectangle { color: "#F7F7F7" }
-        ToolButton {
+    // A plain bar: the title, and "Close" only when the page was opened modally.
+    header: Rectangle {
+        implicitHeight: 44
+        color: "#F7F7F7"
+        Loader {
             id: closeButton
-            objectName: "closeButton"
-            visible: page.modal
+            active: page.modal
             anchors.verticalCenter: parent.verticalCenter
             x: page.mirrored ? parent.width - width - 8 : 8
-            //: Closes a terms of service or privacy policy screen that was opened over the application.
-            text: qsTranslate("TVRReadOnlyDocumentViewController", "Close")
-            font.bold: true
-            palette.buttonText: "#0055CC"
-            onClicked: page.close()
+            sourceComponent: ToolButton {
+                objectName: "closeButton"
+                //: Closes a terms of service or privacy policy screen that was opened over the application.
+                text: qsTranslate("TVRReadOnlyDocumentViewController", "Close")
+                font.bold: true
+                palette.buttonText: "#0055CC"
+                onClicked: page.close()
+            }
         }
-        Label {
+        Text {
             anchors.centerIn: parent
-            width: Math.min(implicitWidth, parent.width - 2 * (closeButton.visible ? closeButton.width + 16 : 8))
+            width: Math.min(implicitWidth, parent.width - 2 * (closeButton.item ? closeButton.width + 16 : 8))
             text: page.title
             font.bold: true
             color: "black"

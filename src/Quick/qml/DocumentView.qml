@@ -81,23 +81,54 @@ ListView {
                 color: Appearance.titleColor
             }
         }
+        // The body is drawn as a Text, which is far cheaper to make than a TextEdit; a tap makes
+        // it editable, as the widget screens' bodies are, by putting a TextEdit laid out the
+        // same way in its place with the cursor where the tap was. Edits last while the row
+        // is on screen.
         Item {
             width: row.width
-            height: Math.max(40, Math.ceil(bodyText.implicitHeight))
-            TextEdit {
+            height: Math.max(40, Math.ceil(editor.item ? editor.item.implicitHeight : bodyText.implicitHeight))
+            Text {
                 id: bodyText
                 x: 12
                 width: row.width - 24
+                visible: !editor.item
                 text: row.body
-                textFormat: TextEdit.PlainText
-                wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+                textFormat: Text.PlainText
+                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                 font: Appearance.bodyFont
                 color: Appearance.bodyColor
-                selectByMouse: true
-                activeFocusOnPress: true
-                // Editable, as the widget screens' bodies are, but Tab moves on.
-                Keys.onTabPressed: event => { event.accepted = false; }
+                TapHandler {
+                    onTapped: eventPoint => row.edit(eventPoint.position)
+                }
+            }
+            Loader {
+                id: editor
+                x: 12
+                width: row.width - 24
+                active: false
+                sourceComponent: TextEdit {
+                    text: row.body
+                    textFormat: TextEdit.PlainText
+                    wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+                    font: Appearance.bodyFont
+                    color: Appearance.bodyColor
+                    selectByMouse: true
+                    activeFocusOnPress: true
+                    // Tab moves on, as from the widget screens' bodies.
+                    Keys.onTabPressed: event => { event.accepted = false; }
+                }
             }
         }
+
+        // Puts the body's editor in place, its cursor at \a point of the drawn text.
+        function edit(point) {
+            editor.active = true;
+            const textEdit = editor.item;
+            textEdit.cursorPosition = textEdit.positionAt(point.x, point.y);
+            textEdit.forceActiveFocus(Qt.MouseFocusReason);
+        }
+
+        ListView.onPooled: editor.active = false
     }
 }
