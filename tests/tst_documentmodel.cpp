@@ -142,12 +142,12 @@ void tst_DocumentModel::refreshChangesOnlyWhatChanged_data()
     QTest::addColumn<QList<int>>("removed");
     const QStringList before{u"A|one"_s, u"two"_s, u"C|three"_s};
     QTest::newRow("same sections") << before << QList<int>() << QList<int>() << QList<int>();
-    QTest::newRow("a body changed") << QStringList{u"A|one"_s, u"2"_s, u"C|three"_s} << QList<int>{1, 1}
-                                    << QList<int>() << QList<int>();
+    QTest::newRow("a body changed") << QStringList{u"A|one"_s, u"2"_s, u"C|three"_s} << QList<int>{1, 1} << QList<int>()
+                                    << QList<int>();
     QTest::newRow("a title given") << QStringList{u"A|one"_s, u"B|two"_s, u"C|three"_s} << QList<int>{1, 1}
                                    << QList<int>() << QList<int>();
-    QTest::newRow("sections added") << before + QStringList{u"four"_s, u"E|five"_s} << QList<int>()
-                                    << QList<int>{3, 4} << QList<int>();
+    QTest::newRow("sections added") << before + QStringList{u"four"_s, u"E|five"_s} << QList<int>() << QList<int>{3, 4}
+                                    << QList<int>();
     QTest::newRow("sections gone, one changed")
         << QStringList{u"A|1"_s} << QList<int>{0, 0} << QList<int>() << QList<int>{1, 2};
     QTest::newRow("no sections") << QStringList() << QList<int>() << QList<int>() << QList<int>{0, 2};
