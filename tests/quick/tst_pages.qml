@@ -190,6 +190,108 @@ TestCase {
         compare(editorOf(row), null);
     }
 
+    // What a screen reader finds, with each node's depth, under a shown page.
+    function test_screenReaderReadsThePages() {
+        const terms = showPage(termsPage);
+        let tree = service.announced(terms);
+        compare(tree.slice(0, 4), ['PageTab "Terms of Service"', '  StaticText "Terms of Service"',
+                                   '  List "Terms of Service"', '    StaticText "Tuesday, July 4, 2017"']);
+        // A titled section is a list item named by its title, its body the item's text; an
+        // untitled one is named by its body alone.
+        const first = tree.indexOf('    ListItem "Terms heading 1"');
+        verify(first > 0, tree.join("\n"));
+        verify(tree[first + 1].startsWith('      StaticText "Body 1: Acme keeps'), tree[first + 1]);
+        const third = tree.findIndex(line => line.startsWith('    ListItem "Body 3: Acme keeps'));
+        verify(third > first, tree.join("\n"));
+        verify(tree[third + 1].startsWith('    ListItem "Terms heading 4"'), tree[third + 1]);
+
+        // A tapped body reads as editable text.
+        mouseClick(bodyOf(terms.view.itemAtIndex(0)), 10, 10);
+        tree = service.announced(terms);
+        compare(tree[tree.indexOf('    ListItem "Terms heading 1"') + 1], '      EditableText "Terms heading 1", focused');
+
+        // Opened modally, the page offers Close, which the reader can press.
+        const privacy = showPage(privacyPage, { modal: true });
+        tree = service.announced(privacy);
+        compare(tree[0], 'PageTab "Privacy Policy"');
+        compare(tree[1], '  Button "Close"');
+        const closed = createTemporaryObject(spy, testCase, { target: privacy, signalName: "closed" });
+        verify(service.press(privacy, "Close"));
+        compare(closed.count, 1);
+
+        // The agreement's answers, pressed by the reader once the end was shown.
+        const agreement = showPage(agreementPage, { fetchOnLoad: true });
+        tree = service.announced(agreement);
+        verify(tree.includes('    Button "Disagree"') && tree.includes('    Button "Agree"'), tree.join("\n"));
+        const agreed = createTemporaryObject(spy, testCase, { target: agreement, signalName: "agreeClicked" });
+        service.press(agreement, "Agree");
+        compare(agreed.count, 0); // not before the end was shown
+        agreement.view.positionViewAtEnd();
+        tryCompare(find(agreement, "agreeButton"), "enabled", true);
+        verify(service.press(agreement, "Agree"));
+        compare(agreed.count, 1);
+    }
+
+    function test_keysScrollTheDocument_data() {
+        return [
+            { tag: "Page Down", keys: [Qt.Key_PageDown], screens: 1 },
+            { tag: "Space", keys: [Qt.Key_Space], screens: 1 },
+            { tag: "Page Down twice, Page Up", keys: [Qt.Key_PageDown, Qt.Key_PageDown, Qt.Key_PageUp], screens: 1 },
+            { tag: "Space twice, Shift+Space", keys: [Qt.Key_Space, Qt.Key_Space, -Qt.Key_Space], screens: 1 },
+            { tag: "Page Down, Home", keys: [Qt.Key_PageDown, Qt.Key_Home], screens: 0 },
+            { tag: "End", keys: [Qt.Key_End], screens: -1 },
+        ];
+    }
+
+    function test_keysScrollTheDocument(data) {
+        const page = showPage(termsPage);
+        page.forceActiveFocus();
+        verify(page.view.activeFocus, "the document does not have the focus");
+        const top = page.view.contentY;
+        for (const key of data.keys)
+            keyClick(Math.abs(key), key < 0 ? Qt.ShiftModifier : Qt.NoModifier);
+        if (data.screens < 0) {
+            tryVerify(() => page.view.atYEnd, 5000, "not at the end: " + page.view.contentY);
+        } else if (data.screens === 0) {
+            compare(page.view.contentY, page.view.originY);
+        } else {
+            compare(page.view.contentY, top + data.screens * page.view.height);
+        }
+    }
+
+    function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
+        const page = showPage(agreementPage, { fetchOnLoad: true, modal: true });
+        page.forceActiveFocus();
+        const view = page.view;
+        verify(view.activeFocus);
+        // Opened, the document has the focus without a ring; the ring's pixels are the page's.
+        const ringAt = item => grabImage(page).pixel(Math.round(item.mapToItem(page, 0, 0).x),
+                                                     Math.round(item.mapToItem(page, 0, item.height / 2).y));
+        compare(ringAt(view), Qt.rgba(1, 1, 1, 1));
+        keyClick(Qt.Key_End);
+        tryCompare(find(page, "agreeButton"), "enabled", true);
+        // Used from the keyboard, the document shows its ring: #0055CC.
+        compare(ringAt(view), Qt.rgba(0, 0x55 / 255, 0xCC / 255, 1));
+
+        const order = [find(page, "closeButton"), find(page, "disagreeButton"), find(page, "agreeButton"), view];
+        for (const item of order) {
+            keyClick(Qt.Key_Tab);
+            verify(item.activeFocus, "Tab did not reach " + (item.objectName || "the document"));
+        }
+        compare(ringAt(view), Qt.rgba(0, 0x55 / 255, 0xCC / 255, 1));
+        for (const item of order.slice(0, 3).reverse()) {
+            keyClick(Qt.Key_Backtab);
+            verify(item.activeFocus, "Shift+Tab did not reach " + item.objectName);
+        }
+        // Away from the document, no ring.
+        compare(ringAt(view), Qt.rgba(1, 1, 1, 1));
+
+        // Escape closes a page opened modally.
+        const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
+        keyClick(Qt.Key_Escape);
+        compare(closed.count, 1);
+    }
+
     function test_privacyPageClosesWhenModal() {
         const page = showPage(privacyPage, { modal: true });
         compare(page.title, "Privacy Policy");

@@ -9,12 +9,14 @@
 
 #include <Tovra.h>
 
+#include <QAccessible>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QtQuickTest>
 
 using namespace Qt::StringLiterals;
@@ -79,6 +81,26 @@ public:
         }
         TVRDesignClass::setSectionBodyFont(body);
     }
+    //! What a screen reader finds under \a item: a line "Role \"name\"" per node, indented by
+    //! its depth; a node's states follow its name (", unavailable", ", focused").
+    Q_INVOKABLE QStringList announced(QQuickItem *item) const
+    {
+        screenReaderStarts();
+        QStringList lines;
+        walk(QAccessible::queryAccessibleInterface(item), 0, lines);
+        return lines;
+    }
+    //! Presses the accessible button called \a name under \a item, as a screen reader does.
+    Q_INVOKABLE bool press(QQuickItem *item, const QString &name) const
+    {
+        screenReaderStarts();
+        QAccessibleInterface *button = findButton(QAccessible::queryAccessibleInterface(item), name);
+        if (!button || !button->actionInterface()
+            || !button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()))
+            return false;
+        button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        return true;
+    }
     Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 
     TestReply reply(const TestRequest &request)
@@ -95,6 +117,38 @@ public:
     }
 
 private:
+    // What Qt does when a screen reader starts: items that exist then give themselves
+    // accessible interfaces. (The offscreen platform has no screen reader to start.)
+    static void screenReaderStarts() { QAccessible::setActive(true); }
+
+    static void walk(QAccessibleInterface *node, int depth, QStringList &lines)
+    {
+        if (!node || node->state().invisible)
+            return;
+        QString line = QString(depth * 2, u' ')
+                       + QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(node->role()))
+                       + u" \""_s + node->text(QAccessible::Name) + u'"';
+        if (node->state().disabled)
+            line += u", unavailable"_s;
+        if (node->state().focused)
+            line += u", focused"_s;
+        lines << line;
+        for (int i = 0; i < node->childCount(); ++i)
+            walk(node->child(i), depth + 1, lines);
+    }
+    static QAccessibleInterface *findButton(QAccessibleInterface *node, const QString &name)
+    {
+        if (!node)
+            return nullptr;
+        if (node->role() == QAccessible::Button && node->text(QAccessible::Name) == name)
+            return node;
+        for (int i = 0; i < node->childCount(); ++i) {
+            if (QAccessibleInterface *found = findButton(node->child(i), name))
+                return found;
+        }
+        return nullptr;
+    }
+
     TestHttpsServer *m_server;
     bool m_failNext = false;
     int m_sections = 30;

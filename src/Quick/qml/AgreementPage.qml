@@ -21,6 +21,7 @@ DocumentPage {
     //: The title of the screen on which the user accepts or refuses the terms of service.
     title: qsTranslate("TVRTermsViewController", "Terms of Service")
     kind: DocumentModel.TermsOfService
+    footerFocusItems: [disagreeButton, agreeButton]
 
     footer: ToolBar {
         height: 52
@@ -30,22 +31,33 @@ DocumentPage {
             anchors.leftMargin: 8
             anchors.rightMargin: 8
             ToolButton {
+                id: disagreeButton
                 objectName: "disagreeButton"
                 //: The button that refuses the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Disagree")
                 enabled: page.view.reachedEnd
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
+                Accessible.name: text
+                // A screen reader's press, which Qt Quick Controls 6.4 does not turn into a click.
+                Accessible.onPressAction: if (enabled) page.disagreeClicked()
+                Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
+                Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
                 onClicked: page.disagreeClicked()
             }
             Item { Layout.fillWidth: true }
             ToolButton {
+                id: agreeButton
                 objectName: "agreeButton"
                 //: The button that accepts the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Agree")
                 enabled: page.view.reachedEnd
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
+                Accessible.name: text
+                Accessible.onPressAction: if (enabled) page.agreeClicked()
+                Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
+                Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
                 onClicked: page.agreeClicked()
             }
         }

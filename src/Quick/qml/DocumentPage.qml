@@ -30,6 +30,23 @@ Page {
     }
 
     background: Rectangle { color: "white" }
+    // What Tab goes through after the document and the bar's Close, such as a footer's buttons.
+    property list<Item> footerFocusItems
+
+    // Tab goes from the document to Close, then through the footer, and back to the document,
+    // as on the widget screens; Shift+Tab the other way. Unavailable items are passed over.
+    // Each item of the order hands Tab and Shift+Tab to this: Qt Quick moves the focus from
+    // the first item that takes Tab, before the page would see the key.
+    function moveFocus(step) {
+        const order = [documentView, closeButton.item].concat(Array.from(page.footerFocusItems))
+            .filter(item => item && item.visible && item.enabled);
+        const now = order.findIndex(item => item.activeFocus);
+        if (order.length === 0 || now < 0)
+            return false;
+        order[(now + step + order.length) % order.length].forceActiveFocus(step > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+        return true;
+    }
+    Accessible.name: page.title
     Keys.onEscapePressed: if (page.modal) page.close()
 
     // A plain bar: the title, and "Close" only when the page was opened modally.
@@ -47,6 +64,11 @@ Page {
                 text: qsTranslate("TVRReadOnlyDocumentViewController", "Close")
                 font.bold: true
                 palette.buttonText: "#0055CC"
+                Accessible.name: text
+                // A screen reader's press, which Qt Quick Controls 6.4 does not turn into a click.
+                Accessible.onPressAction: page.close()
+                Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
+                Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
                 onClicked: page.close()
             }
         }
@@ -58,6 +80,8 @@ Page {
             color: "black"
             elide: Text.ElideRight
             horizontalAlignment: Text.AlignHCenter
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 
@@ -66,6 +90,9 @@ Page {
         anchors.fill: parent
         document: documentModel
         focus: true
+        Accessible.name: page.title
+        Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
+        Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
     }
 
     DocumentModel {

@@ -16,24 +16,49 @@ ListView {
 
     readonly property int sectionSpacing: 18
 
+    // Whether the focus ring shows: once the keyboard is used on the document, or when focus
+    // comes back to it (by Tab: a tap on a body gives the focus to the body), not when a
+    // page gives it the focus as it opens.
+    property bool showsFocus: false
+    property bool focusedBefore: false
+
     model: document
     clip: true
     reuseItems: true
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true
     keyNavigationEnabled: true
+    Accessible.role: Accessible.List
+
+    onActiveFocusChanged: {
+        showsFocus = activeFocus && focusedBefore;
+        focusedBefore = focusedBefore || activeFocus;
+    }
+
+    // Drawn over the list, not in its content: it stays put as the document scrolls.
+    Rectangle {
+        parent: view
+        anchors.fill: parent
+        z: 1
+        visible: view.activeFocus && view.showsFocus
+        color: "transparent"
+        border.width: 2
+        border.color: "#0055CC"
+    }
+
     Keys.onPressed: event => {
+        view.showsFocus = true;
         if (event.key === Qt.Key_End) {
             view.positionViewAtEnd();
             event.accepted = true;
         } else if (event.key === Qt.Key_Home) {
             view.positionViewAtBeginning();
             event.accepted = true;
+        } else if (event.key === Qt.Key_PageUp || (event.key === Qt.Key_Space && (event.modifiers & Qt.ShiftModifier))) {
+            view.contentY = Math.max(view.originY, view.contentY - view.height);
+            event.accepted = true;
         } else if (event.key === Qt.Key_PageDown || event.key === Qt.Key_Space) {
             view.contentY = Math.min(view.contentY + view.height, Math.max(view.originY, view.contentHeight + view.originY - view.height));
-            event.accepted = true;
-        } else if (event.key === Qt.Key_PageUp) {
-            view.contentY = Math.max(view.originY, view.contentY - view.height);
             event.accepted = true;
         }
     }
@@ -49,6 +74,8 @@ ListView {
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 
@@ -61,6 +88,10 @@ ListView {
 
         width: ListView.view.width
         topPadding: view.sectionSpacing
+        // A screen reader names a row by its title, or by its body when it has none; the
+        // body of a titled row is read as the row's text.
+        Accessible.role: Accessible.ListItem
+        Accessible.name: title !== "" ? title : body
 
         Component.onCompleted: if (index === view.count - 1) view.reachedEnd = true
         ListView.onReused: if (index === view.count - 1) view.reachedEnd = true
@@ -79,6 +110,7 @@ ListView {
                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                 font: Appearance.titleFont
                 color: Appearance.titleColor
+                Accessible.ignored: true
             }
         }
         // The body is drawn as a Text, which is far cheaper to make than a TextEdit; a tap makes
@@ -98,6 +130,9 @@ ListView {
                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                 font: Appearance.bodyFont
                 color: Appearance.bodyColor
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+                Accessible.ignored: row.title === ""
                 TapHandler {
                     onTapped: eventPoint => row.edit(eventPoint.position)
                 }
@@ -115,6 +150,8 @@ ListView {
                     color: Appearance.bodyColor
                     selectByMouse: true
                     activeFocusOnPress: true
+                    Accessible.role: Accessible.EditableText
+                    Accessible.name: row.title
                     // Tab moves on, as from the widget screens' bodies.
                     Keys.onTabPressed: event => { event.accepted = false; }
                 }
