@@ -126,8 +126,8 @@ private:
         if (!node || node->state().invisible)
             return;
         QString line = QString(depth * 2, u' ')
-                       + QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(node->role()))
-                       + u" \""_s + node->text(QAccessible::Name) + u'"';
+            + QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(node->role())) + u" \""_s
+            + node->text(QAccessible::Name) + u'"';
         if (node->state().disabled)
             line += u", unavailable"_s;
         if (node->state().focused)
