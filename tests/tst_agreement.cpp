@@ -123,6 +123,7 @@ private Q_SLOTS:
     void nonCompliantAnswerPresents_data();
     void nonCompliantAnswerPresents();
     void noWindowNoScreen();
+    void declinedPresenterLeavesItToTheWidgets();
     void secondAnswerPresentsNothingMore();
     void presentsOverTheMainWindowNotADialog();
     void failureIsLogged();
@@ -397,6 +398,28 @@ void tst_Agreement::noWindowNoScreen()
     QVERIFY(visibleWindows().isEmpty());
     // Shown or not, the answer's document is the one the terms screens now show.
     QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+}
+
+void tst_Agreement::declinedPresenterLeavesItToTheWidgets()
+{
+    // As the QML module's presenter does when the window in front is not a Qt Quick one.
+    int asked = 0;
+    TVRManager::setAgreementPresenter([&asked](const std::shared_ptr<TVRDocument> &) {
+        ++asked;
+        return false;
+    });
+    QWidget *host = showHost();
+    QVERIFY(host);
+    QSignalSpy changed(TVRDocumentManager::sharedInstance(), &TVRDocumentManager::documentChanged);
+    const auto given = document(u"doc-declined"_s, 3);
+    answer(false, given);
+    TVRManager::setAgreementPresenter({});
+
+    QCOMPARE(asked, 1);
+    QVERIFY(host->findChild<TVRNavigationController *>());
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+    // Listeners hear of the answer's document once, not once per hand it passes through.
+    QCOMPARE(changed.size(), 1);
 }
 
 void tst_Agreement::secondAnswerPresentsNothingMore()

@@ -179,6 +179,9 @@ std::shared_ptr<TVRDocument> TVRDocumentManager::termsOfService()
 
 void TVRDocumentManager::setTermsOfService(std::shared_ptr<TVRDocument> document)
 {
+    // The document already held, handed over again, changes nothing to tell.
+    if (document && document == d->termsOfService.held)
+        return;
     d->termsOfService.held = std::move(document);
     Q_EMIT documentChanged(Document::TermsOfService);
 }
@@ -190,6 +193,8 @@ std::shared_ptr<TVRDocument> TVRDocumentManager::privacyPolicy()
 
 void TVRDocumentManager::setPrivacyPolicy(std::shared_ptr<TVRDocument> document)
 {
+    if (document && document == d->privacyPolicy.held)
+        return;
     d->privacyPolicy.held = std::move(document);
     Q_EMIT documentChanged(Document::PrivacyPolicy);
 }

@@ -59,9 +59,12 @@ public:
 
     //! The document held, else the one made from the cached copy; null if neither exists.
     std::shared_ptr<TVRDocument> termsOfService();
+    //! Holds \a document and sends documentChanged(), unless \a document is the one held
+    //! already; null lets the next read take the cached copy again.
     void setTermsOfService(std::shared_ptr<TVRDocument> document);
 
     std::shared_ptr<TVRDocument> privacyPolicy();
+    //! As setTermsOfService(), for the Privacy Policy.
     void setPrivacyPolicy(std::shared_ptr<TVRDocument> document);
 
     //! The document held for \a document, as termsOfService() or privacyPolicy() gives it.
@@ -71,7 +74,7 @@ public:
 
 Q_SIGNALS:
     /*!
-        \a document is held anew: a fetch brought a reply, or it was set. Sent after the
+        \a document is held anew: a fetch brought a reply, or another was set. Sent after the
         delegate heard of the reply, to every connected listener: screens, models and host
         code alike, whichever of them is the delegate.
     */
