@@ -56,6 +56,11 @@ run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/static -G ${GENERATOR}
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/static)
 run(${WORK_DIR}/static/consumer)
 message(STATUS "static kit: ${last_output}")
+if(NOT EXISTS ${WORK_DIR}/static/consumer_quick)
+    message(FATAL_ERROR "no QML host was built against the static kit")
+endif()
+run(${WORK_DIR}/static/consumer_quick)
+message(STATUS "static QML module: ${last_output}")
 
 # 4. No CMake on the host's side: the compiler with what pkg-config says, against the
 #    shared kit installed in step 1.

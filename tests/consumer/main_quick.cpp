@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
-// A QML host: "import Tovra" from the installed module, and the three pages made.
+// A QML host: "import Tovra" from the installed module, or from the module linked in with a
+// static kit, and the three pages made.
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -9,18 +10,26 @@
 #include <cstdio>
 #include <memory>
 
+#if defined(CONSUMER_STATIC_QML)
+#include <QtQml/qqmlextensionplugin.h>
+Q_IMPORT_QML_PLUGIN(TovraPlugin)
+#endif
+
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     QQmlEngine engine;
+#if !defined(CONSUMER_STATIC_QML)
     engine.addImportPath(QStringLiteral(CONSUMER_QML_IMPORT_PATH));
+#endif
     for (const char *page : {"TermsOfServicePage", "PrivacyPolicyPage", "AgreementPage"}) {
         QQmlComponent component(&engine);
         component.setData(QByteArray("import Tovra\n") + page + " {}\n", QUrl());
         std::unique_ptr<QObject> made(component.create());
         if (!made) {
-            std::fprintf(stderr, "%s\n", qPrintable(component.errorString()));
+            std::fprintf(stderr, "%s\nimport paths: %s\n", qPrintable(component.errorString()),
+                         qPrintable(engine.importPathList().join(u' ')));
             return 1;
         }
         std::printf("%s ", page);
