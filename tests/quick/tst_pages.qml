@@ -23,6 +23,7 @@ TestCase {
 
     function init() {
         service.setSections(30);
+        service.setScript("Latin");
     }
 
     function find(item, objectName) {
@@ -290,6 +291,42 @@ TestCase {
         const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
         keyClick(Qt.Key_Escape);
         compare(closed.count, 1);
+    }
+
+    function test_everyScriptFitsItsRows_data() {
+        return [
+            { tag: "Latin", rightToLeft: false, firstTitle: "Terms heading 1" },
+            { tag: "Arabic", rightToLeft: true, firstTitle: "1 كيف نستخدم بياناتك" },
+            { tag: "Hebrew", rightToLeft: true, firstTitle: "1 כיצד אנו משתמשים בנתונים שלך" },
+            { tag: "CJK", rightToLeft: false, firstTitle: "1 我们如何使用您的数据" },
+            { tag: "long words", rightToLeft: false, firstTitle: "1 Supercalifragilisticexpialidociousnessandbeyond" },
+        ];
+    }
+
+    function test_everyScriptFitsItsRows(data) {
+        service.setScript(data.tag);
+        const page = showPage(termsPage);
+        compare(titleOf(page.view.itemAtIndex(0)).text, data.firstTitle);
+        const image = grabImage(page);
+        screenshot(page, "terms-" + data.tag.replace(" ", "-").toLowerCase());
+        for (let i = 0; i < 3; ++i) {
+            const row = page.view.itemAtIndex(i);
+            for (const text of [titleOf(row), bodyOf(row)]) {
+                if (!text.visible || text.text === "")
+                    continue;
+                // The whole text inside its row, no line wider than the text's box.
+                verify(text.parent.height >= text.contentHeight, "row " + i + " cuts its text off");
+                verify(text.contentWidth <= text.width + 0.5, "row " + i + " runs " + text.contentWidth + " px wide");
+                // Painted on the side its script reads from.
+                const origin = text.mapToItem(page, 0, 0);
+                const firstLine = text.contentHeight / text.lineCount;
+                if (origin.y + firstLine > page.height)
+                    continue;
+                const leftInk = darkest(image, Math.round(origin.x), Math.round(origin.y), 16, Math.round(firstLine));
+                const rightInk = darkest(image, Math.round(origin.x + text.width - 16), Math.round(origin.y), 16, Math.round(firstLine));
+                verify((data.rightToLeft ? rightInk : leftInk) < 200, "row " + i + " has no ink where its first line starts");
+            }
+        }
     }
 
     function test_privacyPageClosesWhenModal() {

@@ -23,14 +23,36 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QJsonObject documentJson(const QString &title, int sections)
+// The texts of a script's documents: a heading and a sentence, each with a %1 for the
+// section's number.
+struct Script
+{
+    QString heading;
+    QString sentence;
+};
+
+Script script(const QString &name)
+{
+    if (name == u"Arabic"_s)
+        return {u"%1 كيف نستخدم بياناتك"_s, u"%1: يحتفظ ##### بما تكتبه على جهازك ولا يرسله إلى أي مكان آخر. "_s};
+    if (name == u"Hebrew"_s)
+        return {u"%1 כיצד אנו משתמשים בנתונים שלך"_s,
+                u"%1: האפליקציה ##### שומרת את מה שאתה כותב במכשיר שלך ולא שולחת אותו. "_s};
+    if (name == u"CJK"_s)
+        return {u"%1 我们如何使用您的数据"_s, u"%1：#####将您写下的内容保存在您的设备上，不会发送到其他地方。"_s};
+    if (name == u"long words"_s)
+        return {u"%1 Supercalifragilisticexpialidociousnessandbeyond"_s,
+                u"%1: see https://legal.example.com/"_s + QString(200, u'n') + u" for more. "_s};
+    return {u"%2 heading %1"_s, u"Body %1: ##### keeps what you write on your device. "_s};
+}
+
+QJsonObject documentJson(const QString &title, int sections, const Script &text = script({}))
 {
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
-        QJsonObject section{
-            {u"body"_s, u"Body %1: ##### keeps what you write on your device. "_s.arg(i + 1).repeated(2)}};
+        QJsonObject section{{u"body"_s, text.sentence.arg(i + 1).repeated(2)}};
         if (i % 3 != 2)
-            section.insert(u"title"_s, u"%1 heading %2"_s.arg(title).arg(i + 1));
+            section.insert(u"title"_s, text.heading.arg(i + 1).arg(title));
         list.append(section);
     }
     return QJsonObject{{u"title"_s, title}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, list}};
@@ -53,6 +75,9 @@ public:
     Q_INVOKABLE void failNext() { m_failNext = true; }
     //! The next replies hold \a sections sections.
     Q_INVOKABLE void setSections(int sections) { m_sections = sections; }
+    //! The next replies are written in \a name: Latin (the default), Arabic, Hebrew, CJK, or
+    //! "long words".
+    Q_INVOKABLE void setScript(const QString &name) { m_script = script(name); }
     Q_INVOKABLE int requests() const { return int(m_server->requests().size()); }
     //! Where a screenshot called \a name goes, or empty without TOVRA_SCREENSHOT_DIR.
     Q_INVOKABLE QString screenshotPath(const QString &name) const
@@ -106,9 +131,10 @@ public:
     TestReply reply(const TestRequest &request)
     {
         const bool terms = request.path == u"/api/terms-of-service"_s;
-        TestReply reply = TestReply::json(
-            200,
-            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections)).toJson(QJsonDocument::Compact));
+        TestReply reply =
+            TestReply::json(200,
+                            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script))
+                                .toJson(QJsonDocument::Compact));
         // A body cut short fails for good; a connection dropped before any answer would be
         // tried again by Qt on a fresh connection.
         if (std::exchange(m_failNext, false))
@@ -152,6 +178,7 @@ private:
     TestHttpsServer *m_server;
     bool m_failNext = false;
     int m_sections = 30;
+    Script m_script = script({});
 };
 
 class Setup : public QObject
