@@ -4,6 +4,13 @@
 #include "TVRDocumentModel.h"
 
 #include "TVRDocumentManager.h"
+#include "TVRQuickAgreement_p.h"
+
+// The agreement presenter is installed as the library loads: a shared library when a QML
+// engine first imports the module, a static one as the application starts. It is done from
+// this file because the module's type registrations make every host link it, which a file
+// of its own would not be in a static link.
+Q_CONSTRUCTOR_FUNCTION(tvrInstallQuickAgreementPresenter)
 
 class TVRDocumentModelPrivate
 {
@@ -40,17 +47,20 @@ void TVRDocumentModelPrivate::showDocument(TVRDocumentModel &model)
     const auto same = [](const std::shared_ptr<TVRSection> &a, const std::shared_ptr<TVRSection> &b) {
         return a == b || (a && b && a->title() == b->title() && a->body() == b->body());
     };
-    int firstChanged = -1;
-    int lastChanged = -1;
-    for (int row = 0; row < std::min(before, after); ++row) {
-        if (!same(sections.at(row), next.at(row))) {
-            firstChanged = firstChanged < 0 ? row : firstChanged;
-            lastChanged = row;
+    // One dataChanged() per run of changed rows: rows in between keep their items as they are.
+    const QList<int> roles{TVRDocumentModel::TitleRole, TVRDocumentModel::BodyRole, Qt::DisplayRole};
+    const int common = std::min(before, after);
+    for (int row = 0; row < common;) {
+        if (same(sections.at(row), next.at(row))) {
+            sections[row] = next.at(row);
+            ++row;
+            continue;
         }
-        sections[row] = next.at(row);
+        const int first = row;
+        for (; row < common && !same(sections.at(row), next.at(row)); ++row)
+            sections[row] = next.at(row);
+        Q_EMIT model.dataChanged(model.index(first), model.index(row - 1), roles);
     }
-    if (firstChanged >= 0)
-        Q_EMIT model.dataChanged(model.index(firstChanged), model.index(lastChanged));
     if (after > before) {
         model.beginInsertRows({}, before, after - 1);
         sections = next;

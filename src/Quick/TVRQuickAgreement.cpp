@@ -4,6 +4,8 @@
 // The agreement check in a Qt Quick application: AgreementPage over the content of the Qt
 // Quick window in front, made with that window's own QML engine.
 
+#include "TVRQuickAgreement_p.h"
+
 #include "TVRManager.h"
 
 #include <QGuiApplication>
@@ -76,12 +78,10 @@ bool presentAgreementPage(const std::shared_ptr<TVRDocument> &)
     return true;
 }
 
-// Installed as the library loads, which is when a QML engine first imports the module.
-void installAgreementPresenter()
+} // namespace
+
+void tvrInstallQuickAgreementPresenter()
 {
     if (!TVRManager::agreementPresenter())
         TVRManager::setAgreementPresenter(presentAgreementPage);
 }
-Q_CONSTRUCTOR_FUNCTION(installAgreementPresenter)
-
-} // namespace

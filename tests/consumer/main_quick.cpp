@@ -11,6 +11,8 @@
 #include <memory>
 
 #if defined(CONSUMER_STATIC_QML)
+#include <Tovra.h>
+
 #include <QtQml/qqmlextensionplugin.h>
 Q_IMPORT_QML_PLUGIN(TovraPlugin)
 #endif
@@ -34,5 +36,13 @@ int main(int argc, char *argv[])
         }
         std::printf("%s ", page);
     }
+#if defined(CONSUMER_STATIC_QML)
+    // Linked in, the module still shows the agreement page over a Qt Quick window.
+    if (!TVRManager::agreementPresenter()) {
+        std::fprintf(stderr, "no agreement presenter\n");
+        return 1;
+    }
+    std::printf("and the agreement presenter");
+#endif
     return 0;
 }

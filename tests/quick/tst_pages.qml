@@ -234,13 +234,16 @@ TestCase {
     }
 
     function test_keysScrollTheDocument_data() {
+        // Where each ends: screens and 40 px steps below the top, or -1 for the end.
         return [
-            { tag: "Page Down", keys: [Qt.Key_PageDown], screens: 1 },
-            { tag: "Space", keys: [Qt.Key_Space], screens: 1 },
-            { tag: "Page Down twice, Page Up", keys: [Qt.Key_PageDown, Qt.Key_PageDown, Qt.Key_PageUp], screens: 1 },
-            { tag: "Space twice, Shift+Space", keys: [Qt.Key_Space, Qt.Key_Space, -Qt.Key_Space], screens: 1 },
-            { tag: "Page Down, Home", keys: [Qt.Key_PageDown, Qt.Key_Home], screens: 0 },
-            { tag: "End", keys: [Qt.Key_End], screens: -1 },
+            { tag: "Page Down", keys: [Qt.Key_PageDown], screens: 1, steps: 0 },
+            { tag: "Space", keys: [Qt.Key_Space], screens: 1, steps: 0 },
+            { tag: "Page Down twice, Page Up", keys: [Qt.Key_PageDown, Qt.Key_PageDown, Qt.Key_PageUp], screens: 1, steps: 0 },
+            { tag: "Space twice, Shift+Space", keys: [Qt.Key_Space, Qt.Key_Space, -Qt.Key_Space], screens: 1, steps: 0 },
+            { tag: "Down twice", keys: [Qt.Key_Down, Qt.Key_Down], screens: 0, steps: 2 },
+            { tag: "Page Down, Down, Up, Up", keys: [Qt.Key_PageDown, Qt.Key_Down, Qt.Key_Up, Qt.Key_Up], screens: 1, steps: -1 },
+            { tag: "Page Down, Home", keys: [Qt.Key_PageDown, Qt.Key_Home], screens: 0, steps: 0 },
+            { tag: "End", keys: [Qt.Key_End], screens: -1, steps: 0 },
         ];
     }
 
@@ -251,13 +254,54 @@ TestCase {
         const top = page.view.contentY;
         for (const key of data.keys)
             keyClick(Math.abs(key), key < 0 ? Qt.ShiftModifier : Qt.NoModifier);
-        if (data.screens < 0) {
+        if (data.screens < 0)
             tryVerify(() => page.view.atYEnd, 5000, "not at the end: " + page.view.contentY);
-        } else if (data.screens === 0) {
+        else if (data.screens === 0 && data.steps === 0)
             compare(page.view.contentY, page.view.originY);
-        } else {
-            compare(page.view.contentY, top + data.screens * page.view.height);
-        }
+        else
+            compare(page.view.contentY, top + data.screens * page.view.height + data.steps * 40);
+    }
+
+    function test_tabLeavesAnEditedBodyAndComesBackToTheDocument() {
+        const page = showPage(privacyPage, { modal: true });
+        const row = page.view.itemAtIndex(0);
+        mouseClick(bodyOf(row), 10, 10);
+        const editor = editorOf(row);
+        verify(editor.activeFocus);
+        const text = editor.text;
+        keyClick(Qt.Key_Tab);
+        verify(find(page, "closeButton").activeFocus, "Tab stayed in the body");
+        compare(editor.text, text);
+        // Back on the document, keys scroll it and leave the body as it was.
+        keyClick(Qt.Key_Tab);
+        verify(page.view.activeFocus && !editor.activeFocus, "Tab went back into the body");
+        const top = page.view.contentY;
+        keyClick(Qt.Key_Space);
+        compare(page.view.contentY, top + page.view.height);
+        compare(editor.text, text);
+        keyClick(Qt.Key_Backtab);
+        verify(find(page, "closeButton").activeFocus, "Shift+Tab did not reach Close");
+    }
+
+    function test_agreementWaitsForTheEndOfTheDocumentItShows() {
+        const page = showPage(agreementPage, { fetchOnLoad: true });
+        const agree = find(page, "agreeButton");
+        compare(agree.enabled, false);
+        // A reply with fewer sections, all in view: the end is shown.
+        service.setSections(3);
+        page.document.fetch();
+        tryCompare(agree, "enabled", true);
+        // Sections added under the reader: they have not been read yet.
+        service.setSections(30);
+        page.document.fetch();
+        tryCompare(agree, "enabled", false);
+        page.view.positionViewAtEnd();
+        tryCompare(agree, "enabled", true);
+        // A refresh that brings the same sections changes nothing.
+        page.view.positionViewAtBeginning();
+        page.document.fetch();
+        tryCompare(page.document, "loading", false);
+        compare(agree.enabled, true);
     }
 
     function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
@@ -284,8 +328,13 @@ TestCase {
             keyClick(Qt.Key_Backtab);
             verify(item.activeFocus, "Shift+Tab did not reach " + item.objectName);
         }
-        // Away from the document, no ring.
+        // Away from the document, no ring; nor when a tap, not the keyboard, brings the focus
+        // back into it.
         compare(ringAt(view), Qt.rgba(1, 1, 1, 1));
+        mouseClick(bodyOf(view.itemAtIndex(view.count - 1)), 10, 10); // in view since End
+        verify(view.activeFocus);
+        compare(ringAt(view), Qt.rgba(1, 1, 1, 1));
+        keyClick(Qt.Key_Tab);
 
         // Escape closes a page opened modally.
         const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
@@ -354,7 +403,10 @@ TestCase {
     }
 
     function test_agreementButtonsWaitForTheEnd() {
+        // Nothing shown until the reply: its sections then show from the top.
+        service.forgetDocuments();
         const page = showPage(agreementPage, { fetchOnLoad: true });
+        compare(page.view.contentY, page.view.originY);
         const agree = find(page, "agreeButton");
         const disagree = find(page, "disagreeButton");
         compare(agree.text, "Agree");

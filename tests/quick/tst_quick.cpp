@@ -75,6 +75,12 @@ public:
     Q_INVOKABLE void failNext() { m_failNext = true; }
     //! The next replies hold \a sections sections.
     Q_INVOKABLE void setSections(int sections) { m_sections = sections; }
+    //! The documents held are empty ones, as in a first launch before any reply.
+    Q_INVOKABLE void forgetDocuments()
+    {
+        TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject()));
+        TVRDocumentManager::sharedInstance()->setPrivacyPolicy(std::make_shared<TVRDocument>(QJsonObject()));
+    }
     //! The next replies are written in \a name: Latin (the default), Arabic, Hebrew, CJK, or
     //! "long words".
     Q_INVOKABLE void setScript(const QString &name) { m_script = script(name); }

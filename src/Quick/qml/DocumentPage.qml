@@ -43,7 +43,12 @@ Page {
         const now = order.findIndex(item => item.activeFocus);
         if (order.length === 0 || now < 0)
             return false;
-        order[(now + step + order.length) % order.length].forceActiveFocus(step > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+        const next = order[(now + step + order.length) % order.length];
+        const reason = step > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason;
+        if (next === documentView)
+            documentView.takeFocus(reason);
+        else
+            next.forceActiveFocus(reason);
         return true;
     }
     Accessible.name: page.title
@@ -93,6 +98,7 @@ Page {
         Accessible.name: page.title
         Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
         Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
+        onFocusMoveRequested: step => page.moveFocus(step)
     }
 
     DocumentModel {

@@ -11,29 +11,69 @@ ListView {
 
     // The DocumentModel shown.
     required property var document
-    // Set once the last section has been shown.
-    property bool reachedEnd: count === 0
+    // Set once the end of the document has been in view; cleared when sections are added or
+    // changed, which the reader has not seen yet.
+    property bool reachedEnd: false
+    // Set while the keyboard is on the document: the focus ring shows.
+    property bool showsFocus: false
+    property int countSeen: 0
+
+    // Tab or Shift+Tab (step 1 or -1) pressed in a body being edited: the page decides where
+    // the focus goes.
+    signal focusMoveRequested(int step)
 
     readonly property int sectionSpacing: 18
-
-    // Whether the focus ring shows: once the keyboard is used on the document, or when focus
-    // comes back to it (by Tab: a tap on a body gives the focus to the body), not when a
-    // page gives it the focus as it opens.
-    property bool showsFocus: false
-    property bool focusedBefore: false
+    // How far Up and Down scroll.
+    readonly property int lineStep: 40
 
     model: document
     clip: true
     reuseItems: true
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true
-    keyNavigationEnabled: true
+    // Up and Down scroll by a step, as on the widget screens, rather than moving from row to
+    // row.
+    keyNavigationEnabled: false
     Accessible.role: Accessible.List
 
-    onActiveFocusChanged: {
-        showsFocus = activeFocus && focusedBefore;
-        focusedBefore = focusedBefore || activeFocus;
+    // Takes the focus for the document itself, not for a body once edited in it.
+    function takeFocus(reason) {
+        (currentItem || view).forceActiveFocus(reason);
+        showsFocus = true;
     }
+
+    // The end is in view once the view is laid out, scrolled to its end, and the last row
+    // made.
+    function checkEnd() {
+        if (count === 0 || (height > 0 && contentHeight > 0 && atYEnd && itemAtIndex(count - 1) !== null))
+            reachedEnd = true;
+    }
+    // Checked once the view has taken the change in, after the model's signal.
+    function sectionsChanged() {
+        reachedEnd = false;
+        Qt.callLater(view.checkEndLaidOut);
+    }
+    function checkEndLaidOut() {
+        forceLayout();
+        checkEnd();
+    }
+    onAtYEndChanged: checkEnd()
+    onContentHeightChanged: checkEnd()
+    onHeightChanged: checkEnd()
+    // More sections than were there: the new ones have not been read.
+    onCountChanged: {
+        if (count > countSeen)
+            reachedEnd = false;
+        countSeen = count;
+        Qt.callLater(view.checkEndLaidOut);
+    }
+    Connections {
+        target: view.document
+        function onDataChanged() { view.sectionsChanged(); }
+        function onModelReset() { view.sectionsChanged(); }
+    }
+
+    onActiveFocusChanged: if (!activeFocus) showsFocus = false
 
     // Drawn over the list, not in its content: it stays put as the document scrolls.
     Rectangle {
@@ -46,21 +86,30 @@ ListView {
         border.color: "#0055CC"
     }
 
+    // Scrolls to \a y, kept between the top of the header and the end.
+    function scrollTo(y) {
+        contentY = Math.max(originY, Math.min(y, contentHeight + originY - height));
+    }
+
     Keys.onPressed: event => {
         view.showsFocus = true;
+        const shift = event.modifiers & Qt.ShiftModifier;
         if (event.key === Qt.Key_End) {
             view.positionViewAtEnd();
-            event.accepted = true;
         } else if (event.key === Qt.Key_Home) {
             view.positionViewAtBeginning();
-            event.accepted = true;
-        } else if (event.key === Qt.Key_PageUp || (event.key === Qt.Key_Space && (event.modifiers & Qt.ShiftModifier))) {
-            view.contentY = Math.max(view.originY, view.contentY - view.height);
-            event.accepted = true;
+        } else if (event.key === Qt.Key_PageUp || (event.key === Qt.Key_Space && shift)) {
+            view.scrollTo(view.contentY - view.height);
         } else if (event.key === Qt.Key_PageDown || event.key === Qt.Key_Space) {
-            view.contentY = Math.min(view.contentY + view.height, Math.max(view.originY, view.contentHeight + view.originY - view.height));
-            event.accepted = true;
+            view.scrollTo(view.contentY + view.height);
+        } else if (event.key === Qt.Key_Up) {
+            view.scrollTo(view.contentY - view.lineStep);
+        } else if (event.key === Qt.Key_Down) {
+            view.scrollTo(view.contentY + view.lineStep);
+        } else {
+            return;
         }
+        event.accepted = true;
     }
 
     header: Item {
@@ -93,9 +142,6 @@ ListView {
         Accessible.role: Accessible.ListItem
         Accessible.name: title !== "" ? title : body
 
-        Component.onCompleted: if (index === view.count - 1) view.reachedEnd = true
-        ListView.onReused: if (index === view.count - 1) view.reachedEnd = true
-
         // A row is as tall as its text, 40 px at least, as the widget screens' rows are.
         Item {
             visible: row.title !== ""
@@ -116,7 +162,7 @@ ListView {
         // The body is drawn as a Text, which is far cheaper to make than a TextEdit; a tap makes
         // it editable, as the widget screens' bodies are, by putting a TextEdit laid out the
         // same way in its place with the cursor where the tap was. Edits last while the row
-        // is on screen.
+        // is on screen and its section does not change.
         Item {
             width: row.width
             height: Math.max(40, Math.ceil(editor.item ? editor.item.implicitHeight : bodyText.implicitHeight))
@@ -152,8 +198,15 @@ ListView {
                     activeFocusOnPress: true
                     Accessible.role: Accessible.EditableText
                     Accessible.name: row.title
-                    // Tab moves on, as from the widget screens' bodies.
-                    Keys.onTabPressed: event => { event.accepted = false; }
+                    // Tab moves on, as from the widget screens' bodies, and types nothing.
+                    Keys.onTabPressed: event => {
+                        view.focusMoveRequested(1);
+                        event.accepted = true;
+                    }
+                    Keys.onBacktabPressed: event => {
+                        view.focusMoveRequested(-1);
+                        event.accepted = true;
+                    }
                 }
             }
         }
@@ -164,6 +217,7 @@ ListView {
             const textEdit = editor.item;
             textEdit.cursorPosition = textEdit.positionAt(point.x, point.y);
             textEdit.forceActiveFocus(Qt.MouseFocusReason);
+            view.showsFocus = false;
         }
 
         ListView.onPooled: editor.active = false
