@@ -184,10 +184,25 @@ TestCase {
 
     function test_aDragOnABodyScrollsTheList() {
         const page = showPage(termsPage);
-        const row = page.view.itemAtIndex(1);
-        const top = page.view.contentY;
-        mouseDrag(bodyOf(row), 100, 10, 0, -200);
-        verify(page.view.contentY > top + 30, "content moved from " + top + " to " + page.view.contentY);
+        const view = page.view;
+        const row = view.itemAtIndex(1);
+        const top = view.contentY;
+        // Held mid-drag: the document follows, and a thin grey bar at its right edge shows
+        // where the reader is, with the page white beside it.
+        const body = bodyOf(row);
+        mousePress(body, 100, 10);
+        for (let dy = 10; dy <= 150; dy += 20)
+            mouseMove(body, 100, 10 - dy);
+        verify(view.moving, "the document does not move");
+        verify(view.contentY > top + 30, "content moved from " + top + " to " + view.contentY);
+        tryVerify(() => {
+            const image = grabImage(page);
+            const at = view.mapToItem(page, view.width - 3.5, view.visibleArea.yPosition * view.height + 5);
+            const bar = image.pixel(Math.round(at.x), Math.round(at.y));
+            const beside = image.pixel(Math.round(at.x) - 6, Math.round(at.y));
+            return bar.r < 0.7 && beside.r === 1;
+        }, 2000, "no position bar while the document moves");
+        mouseRelease(body, 100, -140);
         compare(editorOf(row), null);
     }
 
@@ -220,13 +235,14 @@ TestCase {
         verify(service.press(privacy, "Close"));
         compare(closed.count, 1);
 
-        // The agreement's answers, pressed by the reader once the end was shown.
-        const agreement = showPage(agreementPage, { fetchOnLoad: true });
+        // The agreement's answers, closed by the host until the end was shown, then pressed by
+        // the reader.
+        const agreement = showPage(agreementPage, { fetchOnLoad: true, agreeEnabled: false });
         tree = service.announced(agreement);
         verify(tree.includes('    Button "Disagree"') && tree.includes('    Button "Agree"'), tree.join("\n"));
         const agreed = createTemporaryObject(spy, testCase, { target: agreement, signalName: "agreeClicked" });
         service.press(agreement, "Agree");
-        compare(agreed.count, 0); // not before the end was shown
+        compare(agreed.count, 0); // closed
         agreement.view.positionViewAtEnd();
         tryCompare(find(agreement, "agreeButton"), "enabled", true);
         verify(service.press(agreement, "Agree"));
@@ -283,25 +299,27 @@ TestCase {
         verify(find(page, "closeButton").activeFocus, "Shift+Tab did not reach Close");
     }
 
-    function test_agreementWaitsForTheEndOfTheDocumentItShows() {
-        const page = showPage(agreementPage, { fetchOnLoad: true });
-        const agree = find(page, "agreeButton");
-        compare(agree.enabled, false);
-        // A reply with fewer sections, all in view: the end is shown.
-        service.setSections(3);
+    function test_agreementKnowsWhenTheEndOfItsDocumentWasShown() {
+        // A short copy kept from an earlier launch: all in view, so the end is shown and the
+        // answers the host closed open at once.
+        service.holdTerms(3);
+        const page = showPage(agreementPage, { agreeEnabled: false, disagreeEnabled: false });
+        tryCompare(page.view, "reachedEnd", true);
+        compare(find(page, "agreeButton").enabled, true);
+        compare(find(page, "disagreeButton").enabled, true);
+        // A reply adds sections under the reader: not read yet. The answers stay open, as
+        // nothing on the widget screen closes them either.
         page.document.fetch();
-        tryCompare(agree, "enabled", true);
-        // Sections added under the reader: they have not been read yet.
-        service.setSections(30);
-        page.document.fetch();
-        tryCompare(agree, "enabled", false);
+        tryCompare(page.view, "reachedEnd", false);
+        compare(page.view.count, 30);
+        compare(find(page, "agreeButton").enabled, true);
         page.view.positionViewAtEnd();
-        tryCompare(agree, "enabled", true);
+        tryCompare(page.view, "reachedEnd", true);
         // A refresh that brings the same sections changes nothing.
         page.view.positionViewAtBeginning();
         page.document.fetch();
         tryCompare(page.document, "loading", false);
-        compare(agree.enabled, true);
+        compare(page.view.reachedEnd, true);
     }
 
     function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
@@ -314,7 +332,7 @@ TestCase {
                                                      Math.round(item.mapToItem(page, 0, item.height / 2).y));
         compare(ringAt(view), Qt.rgba(1, 1, 1, 1));
         keyClick(Qt.Key_End);
-        tryCompare(find(page, "agreeButton"), "enabled", true);
+        tryCompare(view, "reachedEnd", true);
         // Used from the keyboard, the document shows its ring: #0055CC.
         compare(ringAt(view), Qt.rgba(0, 0x55 / 255, 0xCC / 255, 1));
 
@@ -402,18 +420,24 @@ TestCase {
         tryCompare(stack, "depth", 1);
     }
 
-    function test_agreementButtonsWaitForTheEnd() {
+    function test_agreementButtons() {
         // Nothing shown until the reply: its sections then show from the top.
         service.forgetDocuments();
-        const page = showPage(agreementPage, { fetchOnLoad: true });
-        compare(page.view.contentY, page.view.originY);
+        const open = showPage(agreementPage, { fetchOnLoad: true });
+        compare(open.view.contentY, open.view.originY);
+        // Open from the start, as on the widget screen.
+        compare(find(open, "agreeButton").enabled, true);
+        compare(find(open, "disagreeButton").enabled, true);
+        screenshot(open, "agreement-at-the-start");
+
+        // Closed by the host, they open when the end of the document is in view.
+        const page = showPage(agreementPage, { agreeEnabled: false, disagreeEnabled: false });
         const agree = find(page, "agreeButton");
         const disagree = find(page, "disagreeButton");
         compare(agree.text, "Agree");
         compare(disagree.text, "Disagree");
         compare(agree.enabled, false);
         compare(disagree.enabled, false);
-
         page.view.forceActiveFocus();
         keyClick(Qt.Key_End);
         tryCompare(agree, "enabled", true);
@@ -441,8 +465,8 @@ TestCase {
         tryCompare(page.view, "count", 3);
         tryVerify(() => page.view.itemAtIndex(0) !== null);
         compare(titleOf(page.view.itemAtIndex(0)).text, "Agreement heading 1");
-        // Three sections fit: the end is in view, the answers are open.
-        tryCompare(find(page, "agreeButton"), "enabled", true);
+        // Three sections fit: the end is in view.
+        tryCompare(page.view, "reachedEnd", true);
         // A second answer while the page is up shows no second page.
         service.answerNotCompliant(4);
         compare(pages().length, 1);

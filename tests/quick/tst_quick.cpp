@@ -75,6 +75,12 @@ public:
     Q_INVOKABLE void failNext() { m_failNext = true; }
     //! The next replies hold \a sections sections.
     Q_INVOKABLE void setSections(int sections) { m_sections = sections; }
+    //! The Terms of Service held have \a sections sections, as a copy kept from an earlier launch.
+    Q_INVOKABLE void holdTerms(int sections)
+    {
+        TVRDocumentManager::sharedInstance()->setTermsOfService(
+            std::make_shared<TVRDocument>(documentJson(u"Kept"_s, sections)));
+    }
     //! The documents held are empty ones, as in a first launch before any reply.
     Q_INVOKABLE void forgetDocuments()
     {

@@ -6,8 +6,10 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Tovra
 
-// The agreement screen: the Terms of Service with "Disagree" and "Agree" under them. The
-// buttons are enabled once the last section has been shown. The page only reports which one
+// The agreement screen: the Terms of Service with "Disagree" and "Agree" under them. As on
+// the widget screen, both answers are open from the start, and once the end of the document
+// has been in view the page opens them: a host that wants the whole document seen first
+// closes them when it opens the page (agreeEnabled: false). The page only reports which one
 // was pressed; what follows is the host's. It shows the Terms of Service the shared document
 // manager holds, the ones the user is asked to agree to, without fetching others.
 DocumentPage {
@@ -18,6 +20,19 @@ DocumentPage {
     signal agreeClicked()
     signal disagreeClicked()
 
+    property bool agreeEnabled: true
+    property bool disagreeEnabled: true
+
+    Connections {
+        target: page.view
+        function onReachedEndChanged() {
+            if (page.view.reachedEnd) {
+                page.agreeEnabled = true;
+                page.disagreeEnabled = true;
+            }
+        }
+    }
+
     //: The title of the screen on which the user accepts or refuses the terms of service.
     title: qsTranslate("TVRTermsViewController", "Terms of Service")
     kind: DocumentModel.TermsOfService
@@ -26,16 +41,15 @@ DocumentPage {
     footer: ToolBar {
         height: 52
         background: Rectangle { color: "#F7F7F7" }
+        // The buttons' texts 12 px from the edges, as on the widget screen.
         RowLayout {
             anchors.fill: parent
-            anchors.leftMargin: 8
-            anchors.rightMargin: 8
             ToolButton {
                 id: disagreeButton
                 objectName: "disagreeButton"
                 //: The button that refuses the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Disagree")
-                enabled: page.view.reachedEnd
+                enabled: page.disagreeEnabled
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
                 Accessible.name: text
@@ -51,7 +65,7 @@ DocumentPage {
                 objectName: "agreeButton"
                 //: The button that accepts the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Agree")
-                enabled: page.view.reachedEnd
+                enabled: page.agreeEnabled
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
                 Accessible.name: text

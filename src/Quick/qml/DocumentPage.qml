@@ -62,7 +62,7 @@ Page {
             id: closeButton
             active: page.modal
             anchors.verticalCenter: parent.verticalCenter
-            x: page.mirrored ? parent.width - width - 8 : 8
+            x: page.mirrored ? parent.width - width - 10 : 10
             sourceComponent: ToolButton {
                 objectName: "closeButton"
                 //: Closes a terms of service or privacy policy screen that was opened over the application.

@@ -43,9 +43,9 @@ ListView {
     }
 
     // The end is in view once the view is laid out, scrolled to its end, and the last row
-    // made.
+    // made. A document without sections has no end to reach.
     function checkEnd() {
-        if (count === 0 || (height > 0 && contentHeight > 0 && atYEnd && itemAtIndex(count - 1) !== null))
+        if (count > 0 && height > 0 && contentHeight > 0 && atYEnd && itemAtIndex(count - 1) !== null)
             reachedEnd = true;
     }
     // Checked once the view has taken the change in, after the model's signal.
@@ -86,6 +86,22 @@ ListView {
         border.color: "#0055CC"
     }
 
+    // Where the reader is in the document: a thin bar at the side, shown while the document
+    // moves. A plain rectangle, cheaper to make than a Qt Quick Controls indicator.
+    Rectangle {
+        parent: view
+        z: 1
+        width: 3
+        radius: 1.5
+        x: view.effectiveLayoutDirection === Qt.RightToLeft ? 2 : view.width - width - 2
+        y: view.visibleArea.yPosition * view.height
+        height: view.visibleArea.heightRatio * view.height
+        color: "#8E8E93"
+        opacity: view.moving ? 1 : 0
+        visible: opacity > 0 && view.visibleArea.heightRatio < 1
+        Behavior on opacity { NumberAnimation { duration: 250 } }
+    }
+
     // Scrolls to \a y, kept between the top of the header and the end.
     function scrollTo(y) {
         contentY = Math.max(originY, Math.min(y, contentHeight + originY - height));
@@ -110,6 +126,12 @@ ListView {
             return;
         }
         event.accepted = true;
+    }
+
+    // Space under the last section, as between sections.
+    footer: Item {
+        width: view.width
+        height: view.sectionSpacing
     }
 
     header: Item {
@@ -147,9 +169,11 @@ ListView {
             visible: row.title !== ""
             width: row.width
             height: visible ? Math.max(40, Math.ceil(titleText.implicitHeight)) : 0
+            // 12 px in from the side the title starts from, 28 from the side it ends, as on
+            // the widget screens: a right-to-left title is set against the right.
             Text {
                 id: titleText
-                x: 12
+                x: effectiveHorizontalAlignment === Text.AlignRight ? 28 : 12
                 width: row.width - 40
                 text: row.title
                 textFormat: Text.PlainText
