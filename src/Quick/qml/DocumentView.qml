@@ -29,6 +29,13 @@ ListView {
     model: document
     clip: true
     reuseItems: true
+    // Rows beyond the view are made once the first frame is out, not on the way to it.
+    cacheBuffer: 0
+    Connections {
+        target: view.Window.window
+        enabled: view.cacheBuffer === 0
+        function onFrameSwapped() { view.cacheBuffer = 320; }
+    }
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true
     // Up and Down scroll by a step, as on the widget screens, rather than moving from row to
