@@ -161,6 +161,18 @@ QRect phone()
     return QGuiApplication::primaryScreen()->geometry();
 }
 
+// Runs events as the application's loop would, until the terms screen on top of
+// \a navigation has laid out its rows, then paints the window once.
+void paintWhenLaidOut(TVRNavigationController &navigation)
+{
+    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
+    for (int pass = 0; pass < 20 && screen->tableView()->visibleCells().isEmpty(); ++pass)
+        QCoreApplication::processEvents();
+    if (screen->tableView()->visibleCells().isEmpty())
+        qFatal("the terms screen showed no rows");
+    navigation.repaint();
+}
+
 // 3. A terms screen made, shown and painted once, its document in the cache.
 double firstFrameTovra(const QByteArray &json, int runs, bool neverMeasured = false)
 {
@@ -173,13 +185,7 @@ double firstFrameTovra(const QByteArray &json, int runs, bool neverMeasured = fa
         TVRNavigationController navigation(TVRManager::termsOfServiceViewController());
         navigation.setGeometry(phone());
         navigation.show();
-        auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
-        // Events run as the application's loop would run them, until the rows are laid out.
-        for (int pass = 0; pass < 20 && screen->tableView()->visibleCells().isEmpty(); ++pass)
-            QCoreApplication::processEvents();
-        if (screen->tableView()->visibleCells().isEmpty())
-            qFatal("the first frame showed no rows");
-        navigation.repaint();
+        paintWhenLaidOut(navigation);
     });
     TVRManager::setAppName(QStringLiteral("Acme"));
     return result;
@@ -358,12 +364,7 @@ public:
     void firstFrame()
     {
         m_navigation.pushViewController(TVRManager::termsOfServiceViewController(), false);
-        auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(m_navigation.topViewController());
-        for (int pass = 0; pass < 20 && screen->tableView()->visibleCells().isEmpty(); ++pass)
-            QCoreApplication::processEvents();
-        if (screen->tableView()->visibleCells().isEmpty())
-            qFatal("the pushed screen showed no rows");
-        m_navigation.repaint();
+        paintWhenLaidOut(m_navigation);
         m_navigation.popViewControllerAnimated(false);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }

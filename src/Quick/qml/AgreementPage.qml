@@ -7,11 +7,12 @@ import QtQuick.Layouts
 import Tovra
 
 // The agreement screen: the Terms of Service with "Disagree" and "Agree" under them. As on
-// the widget screen, both answers are open from the start, and once the end of the document
-// has been in view the page opens them: a host that wants the whole document seen first
-// closes them when it opens the page (agreeEnabled: false). The page only reports which one
-// was pressed; what follows is the host's. It shows the Terms of Service the shared document
-// manager holds, the ones the user is asked to agree to, without fetching others.
+// the widget screen, both answers are open from the start, and the end of the document in
+// view opens them: a host that wants the whole document seen first closes them
+// (agreeEnabled: false), and they are open while view.reachedEnd holds. The page only
+// reports which one was pressed; what follows is the host's. It shows the Terms of Service the
+// shared document manager holds, the ones the user is asked to agree to, without fetching
+// others.
 DocumentPage {
     id: page
 
@@ -20,18 +21,9 @@ DocumentPage {
     signal agreeClicked()
     signal disagreeClicked()
 
+    // The host's wish; the end of the document in view opens the answers whatever it is.
     property bool agreeEnabled: true
     property bool disagreeEnabled: true
-
-    Connections {
-        target: page.view
-        function onReachedEndChanged() {
-            if (page.view.reachedEnd) {
-                page.agreeEnabled = true;
-                page.disagreeEnabled = true;
-            }
-        }
-    }
 
     //: The title of the screen on which the user accepts or refuses the terms of service.
     title: qsTranslate("TVRTermsViewController", "Terms of Service")
@@ -49,7 +41,7 @@ DocumentPage {
                 objectName: "disagreeButton"
                 //: The button that refuses the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Disagree")
-                enabled: page.disagreeEnabled
+                enabled: page.disagreeEnabled || page.view.reachedEnd
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
                 Accessible.name: text
@@ -65,7 +57,7 @@ DocumentPage {
                 objectName: "agreeButton"
                 //: The button that accepts the terms of service shown above it.
                 text: qsTranslate("TVRTermsViewController", "Agree")
-                enabled: page.agreeEnabled
+                enabled: page.agreeEnabled || page.view.reachedEnd
                 palette.buttonText: "#0055CC"
                 palette.disabled.buttonText: "#6E6E73"
                 Accessible.name: text

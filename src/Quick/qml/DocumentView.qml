@@ -29,13 +29,6 @@ ListView {
     model: document
     clip: true
     reuseItems: true
-    // Rows beyond the view are made once the first frame is out, not on the way to it.
-    cacheBuffer: 0
-    Connections {
-        target: view.Window.window
-        enabled: view.cacheBuffer === 0
-        function onFrameSwapped() { view.cacheBuffer = 320; }
-    }
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true
     // Up and Down scroll by a step, as on the widget screens, rather than moving from row to
@@ -104,9 +97,13 @@ ListView {
         y: view.visibleArea.yPosition * view.height
         height: view.visibleArea.heightRatio * view.height
         color: "#8E8E93"
-        opacity: view.moving ? 1 : 0
-        visible: opacity > 0 && view.visibleArea.heightRatio < 1
-        Behavior on opacity { NumberAnimation { duration: 250 } }
+        visible: (view.moving || positionShown.running) && view.visibleArea.heightRatio < 1
+    }
+
+    // Keeps the position bar up for a moment after a scroll by the keyboard.
+    Timer {
+        id: positionShown
+        interval: 800
     }
 
     // Scrolls to \a y, kept between the top of the header and the end.
@@ -132,6 +129,7 @@ ListView {
         } else {
             return;
         }
+        positionShown.restart();
         event.accepted = true;
     }
 
