@@ -3,6 +3,7 @@
 // The screens as a screen reader and a keyboard user meet them: the accessible tree walked
 // through Qt's QAccessible interfaces, real key presses, and the focus as it is painted.
 
+#include "AccessibleTree.h"
 #include "OffscreenTest.h"
 #include "ScreenHelpers.h"
 #include "TestFixture.h"
@@ -53,27 +54,6 @@ QStringList rowTexts(const QJsonObject &document)
         texts << section[u"body"_s].toString().replace(u"#####"_s, appName);
     }
     return texts;
-}
-
-QList<QAccessibleInterface *> descendants(QAccessibleInterface *root)
-{
-    QList<QAccessibleInterface *> found;
-    for (int i = 0; root && i < root->childCount(); ++i) {
-        QAccessibleInterface *child = root->child(i);
-        if (!child || child->state().invisible)
-            continue;
-        found << child << descendants(child);
-    }
-    return found;
-}
-
-QAccessibleInterface *find(QAccessibleInterface *root, QAccessible::Role role, const QString &name = {})
-{
-    const QList<QAccessibleInterface *> all = descendants(root);
-    const auto it = std::find_if(all.cbegin(), all.cend(), [&](QAccessibleInterface *node) {
-        return node->role() == role && (name.isNull() || node->text(QAccessible::Name) == name);
-    });
-    return it == all.cend() ? nullptr : *it;
 }
 
 // What a screen reader announces, one line per node it can stop at.

@@ -3,6 +3,7 @@
 // The QML pages in a QGuiApplication, against the loopback HTTPS service. The QML test cases
 // are in this folder; this file starts the service and hands the pages' engine the module.
 
+#include "AccessibleTree.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -131,7 +132,7 @@ public:
     Q_INVOKABLE bool press(QQuickItem *item, const QString &name) const
     {
         screenReaderStarts();
-        QAccessibleInterface *button = findButton(QAccessible::queryAccessibleInterface(item), name);
+        QAccessibleInterface *button = find(QAccessible::queryAccessibleInterface(item), QAccessible::Button, name);
         if (!button || !button->actionInterface()
             || !button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()))
             return false;
@@ -174,19 +175,6 @@ private:
         for (int i = 0; i < node->childCount(); ++i)
             walk(node->child(i), depth + 1, lines);
     }
-    static QAccessibleInterface *findButton(QAccessibleInterface *node, const QString &name)
-    {
-        if (!node)
-            return nullptr;
-        if (node->role() == QAccessible::Button && node->text(QAccessible::Name) == name)
-            return node;
-        for (int i = 0; i < node->childCount(); ++i) {
-            if (QAccessibleInterface *found = findButton(node->child(i), name))
-                return found;
-        }
-        return nullptr;
-    }
-
     TestHttpsServer *m_server;
     bool m_failNext = false;
     int m_sections = 30;

@@ -19,6 +19,8 @@ Page {
     property alias document: documentModel
     property alias kind: documentModel.kind
     readonly property alias view: documentView
+    // What Tab goes through after the document and the bar's Close, such as a footer's buttons.
+    property list<Item> footerFocusItems
 
     // "Close" was pressed; a page in a StackView is also popped.
     signal closed()
@@ -30,8 +32,6 @@ Page {
     }
 
     background: Rectangle { color: "white" }
-    // What Tab goes through after the document and the bar's Close, such as a footer's buttons.
-    property list<Item> footerFocusItems
 
     // Tab goes from the document to Close, then through the footer, and back to the document,
     // as on the widget screens; Shift+Tab the other way. Unavailable items are passed over.

@@ -16,6 +16,7 @@ ListView {
     property bool reachedEnd: false
     // Set while the keyboard is on the document: the focus ring shows.
     property bool showsFocus: false
+    // The number of sections last seen, to tell sections added from sections gone.
     property int countSeen: 0
 
     // Tab or Shift+Tab (step 1 or -1) pressed in a body being edited: the page decides where
@@ -63,9 +64,10 @@ ListView {
     // More sections than were there: the new ones have not been read.
     onCountChanged: {
         if (count > countSeen)
-            reachedEnd = false;
+            sectionsChanged();
+        else
+            Qt.callLater(view.checkEndLaidOut);
         countSeen = count;
-        Qt.callLater(view.checkEndLaidOut);
     }
     Connections {
         target: view.document
