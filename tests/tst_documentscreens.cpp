@@ -18,7 +18,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QToolBar>
@@ -56,7 +55,7 @@ QJsonObject documentJson(const QString &title, int sections,
 
 void cache(const QString &key, const QJsonObject &document)
 {
-    QSettings().setValue(key, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+    keepCopy(key, document);
 }
 
 class TableModel : public TVRTableViewDataSource, public TVRTableViewDelegate
@@ -505,7 +504,7 @@ void tst_DocumentScreens::completionsGoToTheLastScreen()
 {
     manager()->setTermsOfService(nullptr);
     manager()->setPrivacyPolicy(nullptr);
-    QSettings().clear();
+    removeKeptCopies();
     auto *terms = new TVRTermsOfServiceViewController;
     showInNavigation(terms);
     QTRY_COMPARE(terms->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);

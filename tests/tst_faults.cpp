@@ -17,7 +17,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
-#include <QSettings>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -79,7 +78,7 @@ void tst_Faults::initTestCase()
 
 void tst_Faults::init()
 {
-    QSettings().clear();
+    removeKeptCopies();
 }
 
 void tst_Faults::cleanup()

@@ -16,6 +16,8 @@
 #include <QSettings>
 #include <QtTest>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -62,9 +64,9 @@ QJsonObject sampleDocument(const QString &title)
     };
 }
 
-QVariant cached(const QString &key)
+QJsonValue cached(const QString &key)
 {
-    return QSettings().value(key);
+    return keptCopy(key);
 }
 
 } // namespace
@@ -89,10 +91,13 @@ private Q_SLOTS:
     void noCacheAndNoNetwork();
     void wrongTypesNeverCrash_data();
     void wrongTypesNeverCrash();
+    void replyOverTheLimitFails_data();
+    void replyOverTheLimitFails();
     void delegateIsHeldWeakly();
     void lastDelegateHearsBothDocuments();
     void signalsReachEveryListener();
     void managerGoneStillCaches();
+    void documentSurvivesARestart_data();
     void documentSurvivesARestart();
 
 private:
@@ -113,7 +118,7 @@ void tst_TVRDocumentManager::initTestCase()
 
 void tst_TVRDocumentManager::init()
 {
-    QSettings().clear();
+    removeKeptCopies();
     m_server.reply(TestReply::json(200, compact(sampleDocument(u"Terms"_s))));
     m_manager = std::make_unique<TVRDocumentManager>();
     m_manager->setSession(&m_session);
@@ -166,8 +171,8 @@ void tst_TVRDocumentManager::fetchHoldsAndCaches()
     QVERIFY(sent.body.isEmpty());
     QCOMPARE(sent.header("Authorization"), QByteArray("Basic YTpi"));
 
-    QCOMPARE(cached(key), QVariant(QString::fromUtf8(compact(reply))));
-    QVERIFY(!cached(otherKey).isValid());
+    QCOMPARE(cached(key), QJsonValue(reply));
+    QVERIFY(cached(otherKey).isUndefined());
     const auto held = terms ? m_manager->termsOfService() : m_manager->privacyPolicy();
     QVERIFY(held);
     QCOMPARE(held->title(), u"Fresh"_s);
@@ -176,6 +181,7 @@ void tst_TVRDocumentManager::fetchHoldsAndCaches()
 
 void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
 {
+    // A copy that release 1.0 kept in the host's settings is read until a reply replaces it.
     QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(compact(sampleDocument(u"Cached"_s))));
     const auto first = m_manager->termsOfService();
     QVERIFY(first);
@@ -188,7 +194,7 @@ void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
     auto given = std::make_shared<TVRDocument>(sampleDocument(u"Given"_s));
     m_manager->setTermsOfService(given);
     QCOMPARE(m_manager->termsOfService(), given);
-    QVERIFY(!cached(kTVRTermsOfServiceDataPath).isValid());
+    QVERIFY(cached(kTVRTermsOfServiceDataPath).isUndefined());
     m_manager->setTermsOfService(nullptr);
     QVERIFY(!m_manager->termsOfService());
 }
@@ -200,7 +206,7 @@ void tst_TVRDocumentManager::errorStatusIsTakenAsDocument()
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
     QCOMPARE(delegate.calls, QStringList{u"finished"_s});
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QVariant(QString::fromUtf8(compact(error))));
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QJsonValue(error));
     QVERIFY(m_manager->termsOfService()->title().isNull());
 }
 
@@ -221,8 +227,8 @@ void tst_TVRDocumentManager::emptyReplyKeepsTheCache()
 
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
-    const QVariant before = cached(kTVRTermsOfServiceDataPath);
-    QVERIFY(before.isValid());
+    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
+    QVERIFY(before.isObject());
 
     m_server.reply(TestReply::json(200, body));
     QVERIFY(fetchTerms(delegate, 2));
@@ -257,7 +263,7 @@ void tst_TVRDocumentManager::transportFailureChangesNothing()
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
     const auto held = m_manager->termsOfService();
-    const QVariant before = cached(kTVRTermsOfServiceDataPath);
+    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
 
     m_server.reply(reply);
     QVERIFY(fetchTerms(delegate, 2));
@@ -280,7 +286,8 @@ void tst_TVRDocumentManager::noCacheAndNoNetwork()
     QTRY_COMPARE(delegate.calls, QStringList({u"failed"_s, u"failed"_s}));
     QVERIFY(!m_manager->termsOfService());
     QVERIFY(!m_manager->privacyPolicy());
-    QVERIFY(QSettings().allKeys().isEmpty());
+    QVERIFY(cached(kTVRTermsOfServiceDataPath).isUndefined());
+    QVERIFY(cached(kTVRPrivacyPolicyDataPath).isUndefined());
     QTRY_COMPARE(offline.liveReplies(), 0);
 }
 
@@ -308,8 +315,8 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
     typed.remove(u"_id"_s);
     QJsonObject large = sampleDocument(u"Large"_s);
     QJsonArray many;
-    const QString paragraph(2000, u'w');
-    for (int i = 0; i < 5000; ++i)
+    const QString paragraph(2400, u'w');
+    for (int i = 0; i < 2000; ++i)
         many.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, paragraph}});
     large.insert(u"sections"_s, many);
 
@@ -319,7 +326,7 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
     QTest::newRow("updatedAt a number") << numberDate;
     QTest::newRow("updatedAt JSON null") << nullDate;
     QTest::newRow("every JSON type") << typed;
-    QTest::newRow("10 MB document") << large;
+    QTest::newRow("4.8 MB document, under the limit") << large;
 }
 
 void tst_TVRDocumentManager::wrongTypesNeverCrash()
@@ -332,7 +339,7 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash()
     QCOMPARE(delegate.calls, QStringList{u"finished"_s});
 
     // Kept exactly, and every property of the held and the cached document can be read.
-    QCOMPARE(QJsonDocument::fromJson(cached(kTVRTermsOfServiceDataPath).toString().toUtf8()).object(), reply);
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QJsonValue(reply));
     TVRDocumentManager later;
     for (const auto &document : {m_manager->termsOfService(), later.termsOfService()}) {
         QVERIFY(document);
@@ -345,6 +352,58 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash()
         }
     }
     QCOMPARE(later.termsOfService()->sections().size(), m_manager->termsOfService()->sections().size());
+}
+
+void tst_TVRDocumentManager::replyOverTheLimitFails_data()
+{
+    QTest::addColumn<TestReply>("reply");
+    QTest::addColumn<QString>("message");
+
+    QJsonObject document = sampleDocument(u"Large"_s);
+    document.insert(u"padding"_s, QString(4000, u'p'));
+    const QByteArray json = compact(document);
+    const qint64 limit = 2048;
+
+    QTest::newRow("announced by Content-Length")
+        << TestReply::json(200, json)
+        << u"The reply of %1 bytes is larger than the limit of %2 bytes"_s.arg(json.size()).arg(limit);
+    // No length is announced: the bytes received tell.
+    TestReply chunked = TestReply::json(200, {});
+    chunked.headers.append(qMakePair(QByteArray("Transfer-Encoding"), QByteArray("chunked")));
+    for (qsizetype at = 0; at < json.size(); at += 1000) {
+        const QByteArray chunk = json.mid(at, 1000);
+        chunked.body += QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n";
+    }
+    chunked.body += "0\r\n\r\n";
+    QTest::newRow("chunked, no length") << chunked << u"more than the limit of %1 bytes"_s.arg(limit);
+}
+
+void tst_TVRDocumentManager::replyOverTheLimitFails()
+{
+    QFETCH(TestReply, reply);
+    QFETCH(QString, message);
+
+    RecordingDelegate delegate;
+    QVERIFY(fetchTerms(delegate));
+    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
+
+    TVRManager::setMaximumReplySize(2048);
+    m_server.reply(reply);
+    const bool ended = fetchTerms(delegate, 2);
+    TVRManager::setMaximumReplySize(0); // back to the default
+    QVERIFY(ended);
+    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
+    QVERIFY2(delegate.errors.constFirst().message().contains(message),
+             qPrintable(delegate.errors.constFirst().message()));
+    QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
+    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
+
+    // The same reply within the limit is a document.
+    TVRManager::setMaximumReplySize(1024 * 1024);
+    QVERIFY(fetchTerms(delegate, 3));
+    TVRManager::setMaximumReplySize(0);
+    QCOMPARE(delegate.calls.constLast(), u"finished"_s);
+    QCOMPARE(m_manager->termsOfService()->title(), u"Large"_s);
 }
 
 void tst_TVRDocumentManager::delegateIsHeldWeakly()
@@ -439,19 +498,38 @@ void tst_TVRDocumentManager::managerGoneStillCaches()
     QTRY_COMPARE(m_server.requests().size(), requests + 1);
     delete manager;
 
-    QTRY_VERIFY(cached(kTVRTermsOfServiceDataPath).isValid());
+    QTRY_VERIFY(cached(kTVRTermsOfServiceDataPath).isObject());
     QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
+}
+
+void tst_TVRDocumentManager::documentSurvivesARestart_data()
+{
+    QTest::addColumn<QString>("launch");
+
+    QTest::newRow("fetches and exits") << u"fetch-terms"_s;
+    // Whatever the delegate hears of is already on disk.
+    QTest::newRow("killed as the delegate hears of the reply") << u"fetch-terms-and-die"_s;
 }
 
 void tst_TVRDocumentManager::documentSurvivesARestart()
 {
+    QFETCH(QString, launch);
+
     QJsonObject reply = sampleDocument(u"Terms of Service"_s);
     reply.insert(u"updatedAt"_s, u"2016-03-01T12:30:00.000-0800"_s);
     m_server.reply(TestReply::json(200, compact(reply)));
 
-    // One launch fetches and exits; the next, with no server at all, has the document.
-    QCOMPARE(runHelper({u"fetch-terms"_s, QString::number(m_server.port())}), QStringList{u"fetched"_s});
-    m_server.stop();
+    // One launch fetches and ends; the next, which sends no request, has the document.
+    QProcess first;
+    first.start(QStringLiteral(TOVRA_TEST_HELPER), {launch, QString::number(m_server.port())});
+    QVERIFY(first.waitForStarted());
+    QVERIFY(QTest::qWaitFor([&first] { return first.state() == QProcess::NotRunning; }, 60000));
+    if (launch == u"fetch-terms-and-die"_s) {
+        QCOMPARE(first.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(first.exitCode(), SIGKILL);
+    } else {
+        QCOMPARE(first.readAllStandardOutput().trimmed(), QByteArray("fetched"));
+    }
     const QStringList expected{
         u"doc-Terms of Service"_s,
         u"Terms of Service"_s,

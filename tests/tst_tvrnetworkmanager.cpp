@@ -27,6 +27,8 @@ private Q_SLOTS:
     void init();
 
     void baseAddress();
+    void serviceAddress_data();
+    void serviceAddress();
     void credentials_data();
     void credentials();
     void body_data();
@@ -93,6 +95,52 @@ void tst_TVRNetworkManager::baseAddress()
     QVERIFY(base.path().isEmpty());
     QVERIFY(!base.hasQuery());
     QVERIFY(!base.hasFragment());
+}
+
+void tst_TVRNetworkManager::serviceAddress_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("taken"); // the address the kit then holds; empty when refused
+
+    const QString host = TVRNetworkManager::baseURLComponents().host();
+    QTest::newRow("https with a path prefix") << u"https://%1/app"_s.arg(host) << u"https://%1/app"_s.arg(host);
+    QTest::newRow("prefix with a trailing slash") << u"https://%1/a/b/"_s.arg(host) << u"https://%1/a/b"_s.arg(host);
+    QTest::newRow("root slash") << u"https://%1/"_s.arg(host) << u"https://%1"_s.arg(host);
+    QTest::newRow("http on 127.0.0.1") << u"http://127.0.0.1:8080/x"_s << u"http://127.0.0.1:8080/x"_s;
+    QTest::newRow("http on localhost") << u"http://localhost:8080"_s << u"http://localhost:8080"_s;
+    QTest::newRow("http on ::1") << u"http://[::1]:8080"_s << u"http://[::1]:8080"_s;
+    QTest::newRow("http elsewhere") << u"http://legal.example.com"_s << QString();
+    QTest::newRow("http on a LAN address") << u"http://192.168.1.2"_s << QString();
+    QTest::newRow("another scheme") << u"ftp://legal.example.com"_s << QString();
+    QTest::newRow("no host") << u"https:///app"_s << QString();
+    QTest::newRow("relative") << u"/app"_s << QString();
+    QTest::newRow("user information") << u"https://me:pw@legal.example.com"_s << QString();
+    QTest::newRow("query") << u"https://legal.example.com/?x=1"_s << QString();
+}
+
+void tst_TVRNetworkManager::serviceAddress()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, taken);
+
+    const QUrl before = TVRManager::serviceURL();
+    if (taken.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^SERVICE: refused "_s));
+    QCOMPARE(TVRManager::setServiceURL(QUrl(address)), !taken.isEmpty());
+    const QUrl now = TVRManager::serviceURL();
+    TVRManager::setServiceURL(before);
+    QCOMPARE(now, taken.isEmpty() ? before : QUrl(taken));
+    if (taken.isEmpty() || !taken.startsWith(u"https://"_s + m_host))
+        return;
+
+    // Every request starts with the prefix, and goes to the same server.
+    TVRManager::setServiceURL(QUrl(address));
+    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, u"q=1"_s, TVRHTTPMethodGET);
+    TVRManager::setServiceURL(before);
+    QVERIFY(settle(outcome));
+    QCOMPARE(outcome->successes, 1);
+    QCOMPARE(m_server.requests().constLast().path, QUrl(taken).path() + u"/api/terms-of-service"_s);
+    QCOMPARE(m_server.requests().constLast().query, u"q=1"_s);
 }
 
 void tst_TVRNetworkManager::credentials_data()
@@ -238,10 +286,10 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     QTest::newRow("407") << TestReply::json(407, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("418") << TestReply::json(418, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("599") << TestReply::json(599, "{}") << QJsonValue(QJsonObject());
-    // Qt stops reading at a redirect it cannot follow: the answer comes without its body.
+    // A redirect that names no place to go is an answer like any other, body and all.
     for (int status : {301, 302, 303, 307, 308})
         QTest::addRow("%d without Location", status)
-            << TestReply::json(status, "{}") << QJsonValue(QJsonValue::Undefined);
+            << TestReply::json(status, R"({"moved":false})") << QJsonValue(QJsonObject{{u"moved"_s, false}});
 }
 
 void tst_TVRNetworkManager::everyAnswerGoesToSuccess()

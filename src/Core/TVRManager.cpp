@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QHostAddress>
 #include <QPointer>
 #include <QTranslator>
 
@@ -117,6 +118,65 @@ void TVRManager::setUserImageUrl(const QVariant &imageUrl)
 QVariant TVRManager::userImageUrl()
 {
     return settings().userImageUrl;
+}
+
+namespace {
+
+bool isLoopback(const QString &host)
+{
+    if (host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
+        return true;
+    const QHostAddress address(host);
+    return !address.isNull() && address.isLoopback();
+}
+
+// Why \a url cannot be the service's address; null when it can.
+QString refusalOf(const QUrl &url)
+{
+    if (!url.isValid() || url.host().isEmpty())
+        return QStringLiteral("it is not an absolute URL with a host");
+    if (url.scheme() == QLatin1String("http")) {
+        if (!isLoopback(url.host()))
+            return QStringLiteral("plain http is taken only for a loopback host");
+    } else if (url.scheme() != QLatin1String("https")) {
+        return QStringLiteral("its scheme is neither https nor http");
+    }
+    if (!url.userInfo().isEmpty())
+        return QStringLiteral("it carries user information; the credentials are the API key and secret");
+    if (url.hasQuery() || url.hasFragment())
+        return QStringLiteral("it carries a query or a fragment");
+    return {};
+}
+
+} // namespace
+
+bool TVRManager::setServiceURL(const QUrl &url)
+{
+    const QString refusal = refusalOf(url);
+    if (!refusal.isNull()) {
+        qCWarning(lcTovra, "SERVICE: refused %s: %s", qUtf8Printable(url.toDisplayString()), qUtf8Printable(refusal));
+        return false;
+    }
+    QUrl address = url.adjusted(QUrl::StripTrailingSlash | QUrl::NormalizePathSegments);
+    if (address.path() == QLatin1String("/"))
+        address.setPath(QString());
+    settings().serviceURL = address;
+    return true;
+}
+
+QUrl TVRManager::serviceURL()
+{
+    return settings().serviceURL;
+}
+
+void TVRManager::setMaximumReplySize(qint64 bytes)
+{
+    settings().maximumReplySize = bytes > 0 ? bytes : TVRSettings::defaultMaximumReplySize;
+}
+
+qint64 TVRManager::maximumReplySize()
+{
+    return settings().maximumReplySize;
 }
 
 void TVRManager::setScrollToBottomEnabled(bool enabled)

@@ -16,6 +16,7 @@
 #include <QLocale>
 #include <QObject>
 #include <QString>
+#include <QUrl>
 #include <QVariant>
 
 #include <functional>
@@ -72,6 +73,32 @@ public:
 
     static void setUserImageUrl(const QVariant &imageUrl);
     static QVariant userImageUrl();
+
+    /*!
+        Points every request, screen and QML DocumentModel at the service at \a url: an
+        \c https address with an optional path prefix, for example
+        "https://legal.example.com/app", which makes the documents
+        "/app/api/terms-of-service" and "/app/api/privacy-policy". Plain \c http is taken
+        only for a loopback host (localhost, 127.0.0.0/8, ::1), where developers run a
+        local server. An address that is not such a URL, or that carries user
+        information, a query or a fragment, is refused: the kit logs why and keeps the
+        address it had. Returns whether \a url was taken. The credentials go to that
+        origin only. Requests under way keep the address they were sent to.
+    */
+    static bool setServiceURL(const QUrl &url);
+    //! The service's address; https://api.tovra.io (the build's service host) by default.
+    static QUrl serviceURL();
+
+    /*!
+        The largest reply body, in bytes, that the kit reads: 5 MiB (5,242,880 bytes) unless
+        set. A larger reply ends in the failure handler, and for a document in
+        TVRDocumentManagerDelegate::managerFailedWithError() with an error that names the
+        size and the limit; the copy kept from before stays. Reading stops as soon as the
+        size is known to pass the limit, from Content-Length or from the bytes received. A
+        limit of 0 or less brings back the default.
+    */
+    static void setMaximumReplySize(qint64 bytes);
+    static qint64 maximumReplySize();
 
     static void setScrollToBottomEnabled(bool enabled);
     static bool scrollToBottomEnabled();

@@ -4,16 +4,10 @@
 #include "TVRDocumentManager.h"
 
 #include "TVRDocumentManagerDelegate.h"
+#include "TVRJSONStore_p.h"
 #include "TVRWeakDelegate_p.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QPointer>
-#include <QSettings>
-#include <QTimer>
 
 const QString kTVRTermsOfServiceURLPath = QStringLiteral("/api/terms-of-service");
 const QString kTVRPrivacyPolicyURLPath = QStringLiteral("/api/privacy-policy");
@@ -29,58 +23,6 @@ struct DocumentSlot
     const QString &cacheKey;
     std::shared_ptr<TVRDocument> held;
 };
-
-// Keeps the copies in the application's settings. Every QSettings of the process reads a new
-// copy at once; the file itself is written on the event loop's next turn, or when the
-// application ends. QSettings takes about 10 ms to write a 300 KB document, and that turn
-// comes after the screens have been told and have reloaded, not before.
-class CacheWriter : public QSettings
-{
-public:
-    static void write(const QString &key, const QString &json)
-    {
-        if (!pending) {
-            static const bool flushAtExit = [] {
-                qAddPostRoutine(flush);
-                return true;
-            }();
-            Q_UNUSED(flushAtExit)
-            pending = new CacheWriter;
-            QTimer::singleShot(0, pending, &CacheWriter::flush);
-        }
-        pending->setValue(key, json);
-    }
-
-    // A QSettings writes its file when it is destroyed.
-    static void flush() { delete pending; }
-
-protected:
-    // QSettings would write at the first posted event, ahead of the reload the delegate queued.
-    bool event(QEvent *event) override { return event->type() == QEvent::UpdateRequest || QSettings::event(event); }
-
-private:
-    static inline QPointer<CacheWriter> pending;
-};
-
-void writeCache(const QString &key, const QJsonValue &reply)
-{
-    const QJsonDocument document = reply.isArray() ? QJsonDocument(reply.toArray()) : QJsonDocument(reply.toObject());
-    CacheWriter::write(key, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
-}
-
-// The cached reply; undefined when there is none, or when it is no longer JSON text.
-QJsonValue readCache(const QString &key)
-{
-    const QVariant entry = QSettings().value(key);
-    if (!entry.isValid())
-        return QJsonValue(QJsonValue::Undefined);
-    const QJsonDocument document = QJsonDocument::fromJson(entry.toString().toUtf8());
-    if (document.isArray())
-        return document.array();
-    if (document.isObject())
-        return document.object();
-    return QJsonValue(QJsonValue::Undefined);
-}
 
 } // namespace
 
@@ -106,9 +48,10 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
     manager->requestForPath(
         manager->d->slot(kind).path, QString(), TVRHTTPMethodGET, QJsonValue(QJsonValue::Undefined),
         [guard, kind, cacheKey](const TVRHTTPResponse &, const QJsonValue &reply) {
-            // The copy is kept even if the manager went away meanwhile.
+            // The copy is in its file before anyone hears of the reply, and is kept even if
+            // the manager went away meanwhile.
             if (!reply.isUndefined())
-                writeCache(cacheKey, reply);
+                TVRJSONStore::write(cacheKey, reply);
             if (!guard)
                 return;
             guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
@@ -131,7 +74,7 @@ std::shared_ptr<TVRDocument> TVRDocumentManagerPrivate::document(Kind kind)
 {
     DocumentSlot &documentSlot = slot(kind);
     if (!documentSlot.held) {
-        const QJsonValue cached = readCache(documentSlot.cacheKey);
+        const QJsonValue cached = TVRJSONStore::read(documentSlot.cacheKey);
         if (!cached.isUndefined())
             documentSlot.held = std::make_shared<TVRDocument>(cached);
     }

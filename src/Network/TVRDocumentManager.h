@@ -26,10 +26,13 @@ TOVRA_EXPORT extern const QString kTVRPrivacyPolicyDataPath;
     \brief Fetches the Terms of Service and the Privacy Policy and keeps the last of each.
 
     Each reply that arrives, whatever its HTTP status, becomes the document held and, unless
-    it was empty or not JSON, is written as compact JSON text to the host's default
-    QSettings under kTVRTermsOfServiceDataPath or kTVRPrivacyPolicyDataPath. While no
-    document is held, termsOfService() and privacyPolicy() read that copy, so a copy
-    fetched in an earlier run is there at once. The kit never removes the copies.
+    it was empty or not JSON, is kept as a copy under kTVRTermsOfServiceDataPath or
+    kTVRPrivacyPolicyDataPath: a file "Tovra/<key>.json" in the application's configuration
+    folder (QStandardPaths::AppConfigLocation), replaced whole. The copy is in the file
+    before the delegate and the listeners hear of the reply, so an application that ends,
+    or is killed, at any moment after that finds it at its next launch. While no document
+    is held, termsOfService() and privacyPolicy() read that copy, or the one that release
+    1.0 kept in the host's default QSettings. The kit never removes the copies.
 
     The delegate hears of every reply and transport failure, for both documents. Call the
     manager from the thread of its session; the delegate is called on that thread too.

@@ -18,11 +18,12 @@
 
 namespace {
 
-const QString serviceHost = QStringLiteral(TOVRA_SERVICE_HOST);
-
 // How long a request may go without sending or receiving anything before it fails with a
 // time-out, in the session the kit makes itself (the default of a platform URL session).
 constexpr int defaultTransferTimeoutMs = 60 * 1000;
+
+// Redirects followed for one request, as many as Qt follows by default.
+constexpr int maximumRedirects = 50;
 
 QByteArray bodyFor(const QJsonValue &parameters)
 {
@@ -66,12 +67,15 @@ struct Silence
     qint64 atError = -1;
 };
 
-// The handlers of one request, called at most once between them.
+// The handlers of one request, called at most once between them, and the redirects it
+// may still follow.
 struct PendingRequest
 {
     TVRRequestSuccessHandler success;
     TVRRequestFailureHandler failure;
     bool completed = false;
+    int redirectsLeft = maximumRedirects;
+    const QNetworkReply *current = nullptr; // the reply that owes the answer
 
     void succeed(const TVRHTTPResponse &response, const QJsonValue &json)
     {
@@ -92,6 +96,133 @@ struct PendingRequest
     }
 };
 
+bool sameOrigin(const QUrl &a, const QUrl &b)
+{
+    return a.scheme() == b.scheme() && a.host() == b.host()
+        && a.port(a.scheme() == QLatin1String("https") ? 443 : 80)
+        == b.port(b.scheme() == QLatin1String("https") ? 443 : 80);
+}
+
+bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+// Refuses a reply larger than the limit: the handler hears of it at once and the transfer
+// stops, so that no more than about the limit is ever held.
+void refuseTooLarge(QNetworkReply *reply, PendingRequest &pending, qint64 size, bool announced, qint64 limit)
+{
+    const QString message = announced
+        ? QStringLiteral("The reply of %1 bytes is larger than the limit of %2 bytes").arg(size).arg(limit)
+        : QStringLiteral("The reply passed %1 bytes, more than the limit of %2 bytes").arg(size).arg(limit);
+    pending.fail(TVRHTTPResponse(reply), TVRError(TVRError::kitDomain(), QNetworkReply::UnknownContentError, message));
+    reply->abort();
+}
+
+// Sends one request of \a pending to \a url; a redirect within the service's origin sends
+// the next one from here.
+void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> &pending, const QUrl &url,
+          const QByteArray &verb, const QByteArray &body)
+{
+    QNetworkRequest request = TVRNetworkManager::requestWithURL(url);
+    // The kit follows redirects itself: Qt drops the body of a redirect it cannot follow.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    const bool isGet = verb == "GET";
+    const bool isHead = verb == "HEAD";
+    QNetworkReply *reply = isGet ? carrier->get(request) : carrier->sendCustomRequest(request, verb, body);
+    pending->current = reply;
+
+    // Qt ends a transfer that stays silent for the session's time-out by aborting it, which
+    // it reports as a cancellation. Its timer restarts on the same progress as this one,
+    // and later, so a cancellation after that long a silence is the time-out (less the 5 %
+    // by which a coarse timer may fire early). The silence is read when the error comes,
+    // before the progress signals of the abort itself.
+    const int transferTimeout = carrier->transferTimeout();
+    auto silence = std::make_shared<Silence>();
+    silence->sinceActivity.start();
+    const auto restartSilence = [silence] { silence->sinceActivity.restart(); };
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, restartSilence);
+    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, restartSilence);
+    QObject::connect(reply, &QNetworkReply::uploadProgress, reply, restartSilence);
+    QObject::connect(reply, &QNetworkReply::errorOccurred, reply,
+                     [silence] { silence->atError = silence->sinceActivity.elapsed(); });
+
+    const qint64 limit = TVRSettings::current().maximumReplySize;
+    if (!isHead) {
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending, limit] {
+            const qint64 announced = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+            if (!pending->completed && announced > limit)
+                refuseTooLarge(reply, *pending, announced, true, limit);
+        });
+        QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, pending, limit] {
+            if (!pending->completed && reply->bytesAvailable() > limit)
+                refuseTooLarge(reply, *pending, reply->bytesAvailable(), false, limit);
+        });
+    }
+
+    const QPointer<QNetworkAccessManager> session(carrier);
+    QObject::connect(
+        reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout, url, verb, body, session] {
+            reply->deleteLater();
+            if (pending->completed)
+                return;
+            const TVRHTTPResponse response(reply);
+            const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+            if (isRedirect(response.statusCode()) && !target.isEmpty() && reply->error() == QNetworkReply::NoError) {
+                // Relative to the kit's own address, not to the one a session may route it to.
+                const QUrl next = url.resolved(target);
+                if (!sameOrigin(next, url)) {
+                    pending->fail(response,
+                                  TVRError(TVRError::networkDomain(), QNetworkReply::InsecureRedirectError,
+                                           QStringLiteral("Refused the redirect from %1 to %2, which leaves "
+                                                          "the service")
+                                               .arg(url.toString(), next.toString())));
+                } else if (--pending->redirectsLeft < 0 || !session) {
+                    pending->fail(response,
+                                  TVRError(TVRError::networkDomain(), QNetworkReply::TooManyRedirectsError,
+                                           QStringLiteral("Too many redirects from %1").arg(url.toString())));
+                } else if (response.statusCode() == 303) {
+                    send(session, pending, next, "GET", {});
+                } else {
+                    send(session, pending, next, verb, body);
+                }
+                return;
+            }
+            if (isAnswer(reply)) {
+                pending->succeed(response, jsonFor(reply->readAll()));
+            } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
+                       && silence->atError >= transferTimeout - transferTimeout / 20) {
+                pending->fail(
+                    response,
+                    TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
+                             QStringLiteral("The request timed out after %1 ms without data").arg(transferTimeout)));
+            } else {
+                pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
+            }
+        });
+    if (isHead) {
+        // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which
+        // would then wait for the body that the answer's Content-Length announces and a
+        // HEAD answer never sends. The headers are the whole answer.
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending] {
+            if (pending->completed || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
+                || reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid()) {
+                return;
+            }
+            pending->succeed(TVRHTTPResponse(reply), QJsonValue(QJsonValue::Undefined));
+            reply->abort();
+        });
+    }
+    // A reply destroyed unfinished, with its session, still owes the caller an answer.
+    QObject::connect(reply, &QObject::destroyed, [pending, url, reply] {
+        if (!pending->completed && pending->current == reply) {
+            pending->fail(TVRHTTPResponse(),
+                          TVRError(TVRError::networkDomain(), QNetworkReply::OperationCanceledError,
+                                   QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
+        }
+    });
+}
+
 } // namespace
 
 class TVRNetworkManagerPrivate
@@ -110,10 +241,7 @@ TVRNetworkManager::~TVRNetworkManager() = default;
 
 QUrl TVRNetworkManager::baseURLComponents()
 {
-    QUrl url;
-    url.setScheme(QStringLiteral("https"));
-    url.setHost(serviceHost);
-    return url;
+    return TVRSettings::current().serviceURL;
 }
 
 QNetworkRequest TVRNetworkManager::requestWithURL(const QUrl &url)
@@ -169,8 +297,9 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     pending->success = std::move(success);
     pending->failure = std::move(failure);
 
+    // The service's path prefix, if it has one, comes before every path.
     QUrl url = baseURLComponents();
-    url.setPath(path, QUrl::DecodedMode);
+    url.setPath(url.path(QUrl::FullyDecoded) + path, QUrl::DecodedMode);
     if (!query.isNull())
         url.setQuery(query, QUrl::DecodedMode);
 
@@ -182,64 +311,5 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
         QTimer::singleShot(0, [pending, response, error] { pending->fail(response, error); });
         return;
     }
-
-    const QNetworkRequest request = requestWithURL(url);
-    QNetworkAccessManager *const carrier = session();
-    QNetworkReply *reply = method == TVRHTTPMethodGET
-        ? carrier->get(request)
-        : carrier->sendCustomRequest(request, verb.toLatin1(), bodyFor(parameters));
-
-    // Qt ends a transfer that stays silent for the session's time-out by aborting it, which
-    // it reports as a cancellation. Its timer restarts on the same progress as this one,
-    // and later, so a cancellation after that long a silence is the time-out (less the 5 %
-    // by which a coarse timer may fire early). The silence is read when the error comes,
-    // before the progress signals of the abort itself.
-    const int transferTimeout = carrier->transferTimeout();
-    auto silence = std::make_shared<Silence>();
-    silence->sinceActivity.start();
-    const auto restartSilence = [silence] { silence->sinceActivity.restart(); };
-    connect(reply, &QNetworkReply::metaDataChanged, reply, restartSilence);
-    connect(reply, &QNetworkReply::downloadProgress, reply, restartSilence);
-    connect(reply, &QNetworkReply::uploadProgress, reply, restartSilence);
-    connect(reply, &QNetworkReply::errorOccurred, reply,
-            [silence] { silence->atError = silence->sinceActivity.elapsed(); });
-
-    connect(reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout] {
-        reply->deleteLater();
-        if (pending->completed)
-            return;
-        const TVRHTTPResponse response(reply);
-        if (isAnswer(reply)) {
-            pending->succeed(response, jsonFor(reply->readAll()));
-        } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
-                   && silence->atError >= transferTimeout - transferTimeout / 20) {
-            pending->fail(
-                response,
-                TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
-                         QStringLiteral("The request timed out after %1 ms without data").arg(transferTimeout)));
-        } else {
-            pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
-        }
-    });
-    if (method == TVRHTTPMethodHEAD) {
-        // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which
-        // would then wait for the body that the answer's Content-Length announces and a
-        // HEAD answer never sends. The headers are the whole answer.
-        connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending] {
-            if (pending->completed || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
-                || reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid()) {
-                return;
-            }
-            pending->succeed(TVRHTTPResponse(reply), QJsonValue(QJsonValue::Undefined));
-            reply->abort();
-        });
-    }
-    // A reply destroyed unfinished, with its session, still owes the caller an answer.
-    connect(reply, &QObject::destroyed, [pending, url] {
-        if (!pending->completed) {
-            pending->fail(TVRHTTPResponse(),
-                          TVRError(TVRError::networkDomain(), QNetworkReply::OperationCanceledError,
-                                   QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
-        }
-    });
+    send(session(), pending, url, verb.toLatin1(), method == TVRHTTPMethodGET ? QByteArray() : bodyFor(parameters));
 }

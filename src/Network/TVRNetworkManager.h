@@ -47,11 +47,15 @@ using TVRRequestFailureHandler = std::function<void(const TVRHTTPResponse &respo
     \brief Base class of the kit's service managers: sends authenticated JSON requests to
     the service and hands each answer to a completion handler.
 
-    Every request goes to https://\<service host\>\<path\> and carries "Content-Type:
-    application/json" and "Authorization: Basic ..." made from TVRManager's API key and
-    secret as they are when the request is built. A redirect is followed only to the same
-    origin; any other ends in the failure handler, so the credentials never leave the
-    service host, and TLS is always verified by the session.
+    Every request goes to the service's address (TVRManager::serviceURL(), by default
+    https://\<service host\>) with the path appended to the address's own path, and carries
+    "Content-Type: application/json" and "Authorization: Basic ..." made from TVRManager's
+    API key and secret as they are when the request is built. A redirect is followed only
+    within the service's origin (scheme, host and port); any other ends in the failure
+    handler with QNetworkReply::InsecureRedirectError, so the credentials never leave the
+    service, and TLS is always verified by the session. A reply body larger than
+    TVRManager::maximumReplySize() ends in the failure handler with a kitDomain() error
+    that names the size and the limit; the transfer stops as soon as it is known.
 
     The handlers run on the thread of the manager's session, from its event loop, and never
     before requestForPath() has returned. Exactly one of them is called, once, per request.
@@ -64,9 +68,13 @@ public:
     explicit TVRNetworkManager(QObject *parent = nullptr);
     ~TVRNetworkManager() override;
 
-    //! The service's address without a path: scheme "https" and the service host.
+    //! The service's address: TVRManager::serviceURL(), the scheme, host, port and path
+    //! prefix that every request starts with.
     static QUrl baseURLComponents();
-    //! A request for \a url with the JSON content type and the Basic credentials.
+    /*!
+        A request for \a url with the JSON content type and the Basic credentials; Qt follows
+        its redirects only within the origin of \a url.
+    */
     static QNetworkRequest requestWithURL(const QUrl &url);
     //! "GET", "POST", "PUT", "DELETE", "PATCH" or "HEAD"; null for any other value.
     static QString stringForHTTPMethod(TVRHTTPMethod method);

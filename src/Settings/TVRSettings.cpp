@@ -16,6 +16,14 @@ QString nameOrNull(const QString &name)
 
 } // namespace
 
+QUrl TVRSettings::defaultServiceURL()
+{
+    QUrl url;
+    url.setScheme(QStringLiteral("https"));
+    url.setHost(QStringLiteral(TOVRA_SERVICE_HOST));
+    return url;
+}
+
 TVRSettings &TVRSettings::current()
 {
     static TVRSettings instance;

@@ -6,6 +6,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <QUrl>
 #include <QVariant>
 
 #include <optional>
@@ -24,6 +25,11 @@ struct TVRSettings
     bool scrollToBottomEnabled = false;
     bool alertOnAgreeEnabled = false;
     std::optional<QLocale> locale; // the language the host chose for the kit, if any
+    QUrl serviceURL = defaultServiceURL(); // scheme, host, port and path prefix of every request
+    qint64 maximumReplySize = defaultMaximumReplySize; // bytes of a reply body, at most
+
+    static constexpr qint64 defaultMaximumReplySize = 5 * 1024 * 1024;
+    static QUrl defaultServiceURL();
 
     static TVRSettings &current();
 

@@ -32,18 +32,11 @@ public:
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
 
     /*!
-        The row height for \a text set in textFont(\a font) and wrapped at word boundaries
-        within \a width: the text's height, rounded up, never below 40. A null text is 40.
+        The row height for \a text set in \a font and wrapped at word boundaries (inside a
+        word longer than the line) within \a width, shaped as it is painted: the text's height, rounded up, never below 40. A null text is 40.
         The result depends on nothing else, so it is remembered for the texts measured last.
     */
     static qreal heightForText(const QString &text, const QFont &font, float width);
-
-    /*!
-        \a font as the cells set and measure their text: shaped only where the script needs
-        it, which makes laying out Latin text several times faster. Kerning and ligatures
-        of such text are what that costs.
-    */
-    static QFont textFont(QFont font);
 
 protected:
     explicit TVRSectionTableViewCell(const QString &reuseIdentifier);

@@ -5,6 +5,8 @@
 //   tovra_test_helper set-identifier VALUE | identifier
 //   tovra_test_helper appname-without-application
 //   tovra_test_helper fetch-terms PORT    fetch from the test server on PORT, then exit
+//   tovra_test_helper fetch-terms-and-die PORT
+//                                         fetch, then die by SIGKILL as the delegate hears of it
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 //   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
 //   tovra_test_helper timed save KEY VALUE | load KEY | delete KEY
@@ -26,6 +28,8 @@
 #include <QDBusConnection>
 #include <QElapsedTimer>
 #include <QTextStream>
+
+#include <csignal>
 
 namespace {
 
@@ -58,8 +62,11 @@ class QuitWhenFetched : public QObject, public TVRDocumentManagerDelegate
 {
 public:
     QString outcome;
+    bool dieAtOnce = false;
     void managerDidFinishWithSuccess(TVRDocumentManager *, bool success) override
     {
+        if (dieAtOnce)
+            std::raise(SIGKILL);
         outcome = success ? QStringLiteral("fetched") : QStringLiteral("not fetched");
         QCoreApplication::quit();
     }
@@ -132,12 +139,14 @@ int main(int argc, char *argv[])
             return 1;
         out << "owned" << Qt::endl;
         return app.exec();
-    } else if (command == QLatin1String("fetch-terms") && args.size() == 1) {
+    } else if (command.startsWith(QLatin1String("fetch-terms")) && command != QLatin1String("fetch-terms-forever")
+               && args.size() == 1) {
         TestSession session;
         session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
         TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
         manager->setSession(&session);
         QuitWhenFetched delegate;
+        delegate.dieAtOnce = command == QLatin1String("fetch-terms-and-die");
         manager->setDelegate(&delegate);
         manager->fetchTermsOfService();
         app.exec();

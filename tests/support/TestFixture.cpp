@@ -9,7 +9,12 @@
 #include <TVRNetworkManager.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSettings>
+#include <QStandardPaths>
 
 bool isolateTestHost(const QString &applicationName)
 {
@@ -32,6 +37,39 @@ bool startLoopbackService(const QString &applicationName, TestHttpsServer &serve
     }
     session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
     return true;
+}
+
+namespace {
+
+QString keptCopiesFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + QStringLiteral("/Tovra");
+}
+
+} // namespace
+
+QJsonValue keptCopy(const QString &key)
+{
+    QFile file(keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json"));
+    if (!file.open(QIODevice::ReadOnly))
+        return QJsonValue(QJsonValue::Undefined);
+    // The file holds a JSON array with the value as its one element.
+    const QJsonArray wrapper = QJsonDocument::fromJson(file.readAll()).array();
+    return wrapper.size() == 1 ? wrapper.first() : QJsonValue(QJsonValue::Undefined);
+}
+
+void keepCopy(const QString &key, const QJsonValue &value)
+{
+    QDir().mkpath(keptCopiesFolder());
+    QFile file(keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(QJsonArray{value}).toJson()) <= 0)
+        qFatal("could not keep a copy under %s", qPrintable(key));
+}
+
+void removeKeptCopies()
+{
+    QDir(keptCopiesFolder()).removeRecursively();
+    QSettings().clear();
 }
 
 long processStatusKiB(const char *field)

@@ -4,6 +4,7 @@
 #ifndef TESTFIXTURE_H
 #define TESTFIXTURE_H
 
+#include <QJsonValue>
 #include <QString>
 
 class TestHttpsServer;
@@ -17,6 +18,14 @@ class TestSession;
 // The same, then starts \a server and routes the kit's service host to it through
 // \a session. False, with the reason logged, when any of that fails.
 [[nodiscard]] bool startLoopbackService(const QString &applicationName, TestHttpsServer &server, TestSession &session);
+
+// The copy of a document the kit keeps under \a key, read from its file as a host would
+// find it: undefined when there is none.
+QJsonValue keptCopy(const QString &key);
+// Leaves \a value as the copy under \a key, as an earlier launch would have kept it.
+void keepCopy(const QString &key, const QJsonValue &value);
+// Removes every copy the kit keeps, and the host's settings.
+void removeKeptCopies();
 
 // A field of /proc/self/status in KiB ("VmRSS", "VmHWM"); -1 where there is none.
 long processStatusKiB(const char *field);

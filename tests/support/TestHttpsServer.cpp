@@ -108,7 +108,8 @@ void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
         bool hasLength = false;
         for (const auto &h : reply.headers) {
             head += h.first + ": " + h.second + "\r\n";
-            hasLength |= h.first.compare("Content-Length", Qt::CaseInsensitive) == 0;
+            hasLength |= h.first.compare("Content-Length", Qt::CaseInsensitive) == 0
+                || h.first.compare("Transfer-Encoding", Qt::CaseInsensitive) == 0;
         }
         if (!hasLength)
             head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";

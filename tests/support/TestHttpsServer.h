@@ -30,7 +30,7 @@ struct TestRequest
 
 // What the server answers: a status line, headers and a body, after an optional delay;
 // or no answer at all, the connection dropped. Content-Length follows the body unless
-// the headers give one.
+// the headers give one, or a Transfer-Encoding.
 struct TestReply
 {
     int status = 200;

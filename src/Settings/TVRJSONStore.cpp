@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#include "TVRJSONStore_p.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+// A file holds a one-element array, so that a value of any JSON type is a JSON document.
+QJsonValue unwrap(const QJsonDocument &document)
+{
+    if (!document.isArray() || document.array().size() != 1)
+        return QJsonValue(QJsonValue::Undefined);
+    return document.array().first();
+}
+
+// Release 1.0 kept a copy as compact JSON text in the default QSettings.
+QJsonValue readFromSettings(const QString &key)
+{
+    const QVariant entry = QSettings().value(key);
+    if (!entry.isValid())
+        return QJsonValue(QJsonValue::Undefined);
+    const QJsonDocument document = QJsonDocument::fromJson(entry.toString().toUtf8());
+    if (document.isArray())
+        return document.array();
+    if (document.isObject())
+        return document.object();
+    return QJsonValue(QJsonValue::Undefined);
+}
+
+} // namespace
+
+QString TVRJSONStore::fileFor(const QString &key)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + QStringLiteral("/Tovra/") + key
+        + QStringLiteral(".json");
+}
+
+QJsonValue TVRJSONStore::read(const QString &key)
+{
+    QFile file(fileFor(key));
+    if (!file.open(QIODevice::ReadOnly))
+        return file.exists() ? QJsonValue(QJsonValue::Undefined) : readFromSettings(key);
+    return unwrap(QJsonDocument::fromJson(file.readAll()));
+}
+
+bool TVRJSONStore::write(const QString &key, const QJsonValue &value)
+{
+    const QString path = fileFor(key);
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return false;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return file.write(json) == json.size() && file.commit();
+}

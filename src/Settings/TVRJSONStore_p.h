@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#ifndef TVRJSONSTORE_P_H
+#define TVRJSONSTORE_P_H
+
+#include <QJsonValue>
+#include <QString>
+
+/*
+    Keeps JSON values across restarts, one file per key, in the application's configuration
+    folder (QStandardPaths::AppConfigLocation, named from the host's organisation and
+    application like its QSettings), under "Tovra/<key>.json".
+
+    A write replaces the file whole through QSaveFile: once write() returns, the value is
+    in the file, and a process killed during the write leaves the old value or the new one,
+    never neither. Every JSON type keeps its type, null included.
+*/
+namespace TVRJSONStore {
+
+// The value kept under \a key; undefined when there is none or it cannot be read. A key
+// never written here is looked up in the host's default QSettings, where release 1.0 kept
+// it as JSON text.
+QJsonValue read(const QString &key);
+// Keeps \a value under \a key; false when the file could not be written.
+bool write(const QString &key, const QJsonValue &value);
+// The file that keeps \a key.
+QString fileFor(const QString &key);
+
+} // namespace TVRJSONStore
+
+#endif
