@@ -33,8 +33,9 @@ public:
 
     /*!
         The row height for \a text set in \a font and wrapped at word boundaries (inside a
-        word longer than the line) within \a width, shaped as it is painted: the text's height, rounded up, never below 40. A null text is 40.
-        The result depends on nothing else, so it is remembered for the texts measured last.
+        word longer than the line) within \a width, shaped as it is painted: the text's
+        height, rounded up, never below 40. A null text is 40. The result depends on nothing
+        else, so it is remembered for the texts measured last.
     */
     static qreal heightForText(const QString &text, const QFont &font, float width);
 
