@@ -11,7 +11,7 @@ tovra_packages=(
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qttest
     libsecret-1-0 libsecret-tools libssl3 ca-certificates
-    gnome-keyring dbus dbus-bin dbus-daemon
+    gnome-keyring dbus dbus-bin dbus-daemon nginx-light
     fonts-dejavu-core fonts-noto-cjk
 )
 

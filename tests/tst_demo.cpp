@@ -4,7 +4,11 @@
 // one phone-sized PNG per screen. And a folder of broken documents gets a clear message.
 
 #include <QDir>
+#include <QHttpServer>
+#include <QHttpServerRequest>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -23,6 +27,8 @@ private Q_SLOTS:
     void screenshots();
     void userDocuments_data();
     void userDocuments();
+    void ownService_data();
+    void ownService();
 
 private:
     static int run(const QStringList &arguments, QByteArray *output, QByteArray *errors = nullptr);
@@ -153,6 +159,64 @@ void tst_Demo::userDocuments()
     QCOMPARE(code, 2);
     QVERIFY2(errors.contains(message.toUtf8()), errors.constData());
     QVERIFY(errors.contains(documents.filePath(u"terms-of-service.json"_s).toUtf8()));
+}
+
+void tst_Demo::ownService_data()
+{
+    QTest::addColumn<QStringList>("front");
+    QTest::addColumn<QStringList>("pictures");
+
+    QTest::newRow("widgets") << QStringList() << QStringList{u"terms-of-service.png"_s, u"privacy-policy.png"_s};
+    QTest::newRow("QML") << QStringList{u"--quick"_s}
+                         << QStringList{u"quick-termsofservice.png"_s, u"quick-privacypolicy.png"_s};
+}
+
+// The demo shows the documents of a service given on its command line: here plain HTTP on
+// loopback, under a path prefix.
+void tst_Demo::ownService()
+{
+    QFETCH(QStringList, front);
+    QFETCH(QStringList, pictures);
+
+    QHttpServer server;
+    QStringList served;
+    const auto document = [&served](const QString &title) {
+        return [&served, title](const QHttpServerRequest &request) {
+            served << request.url().path() + u' ' + QString::fromLatin1(request.value("Authorization"));
+            return QJsonObject{{u"title"_s, title},
+                               {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, title}, {u"body"_s, u"Ours."_s}}}}};
+        };
+    };
+    server.route(u"/legal/api/terms-of-service"_s, document(u"Our terms"_s));
+    server.route(u"/legal/api/privacy-policy"_s, document(u"Our privacy"_s));
+    const quint16 port = server.listen(QHostAddress::LocalHost);
+    QVERIFY(port != 0);
+
+    QTemporaryDir shots;
+    QProcess demo;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(u"QT_QPA_PLATFORM"_s);
+    demo.setProcessEnvironment(env);
+    demo.start(QStringLiteral(TOVRA_DEMO),
+               front
+                   + QStringList{u"--service"_s, u"http://127.0.0.1:%1/legal"_s.arg(port), u"--key"_s, u"k"_s,
+                                 u"--secret"_s, u"s"_s, u"--screenshots"_s, shots.path()});
+    // This process serves the demo's requests while it runs.
+    QVERIFY(QTest::qWaitFor([&demo] { return demo.state() == QProcess::NotRunning; }, 60000));
+    QVERIFY2(demo.exitCode() == 0, demo.readAllStandardError().constData());
+    for (const QString &picture : pictures)
+        QVERIFY2(!QImage(shots.filePath(picture)).isNull(), qPrintable(picture));
+    const QString credentials = u"Basic "_s + QString::fromLatin1(QByteArray("k:s").toBase64());
+    QVERIFY(served.contains(u"/legal/api/terms-of-service "_s + credentials));
+    QVERIFY(served.contains(u"/legal/api/privacy-policy "_s + credentials));
+
+    // An address the kit refuses ends the demo with the reason.
+    QByteArray output;
+    QByteArray errors;
+    QCOMPARE(run(front + QStringList{u"--service"_s, u"http://legal.example.com"_s, u"--screenshots"_s, shots.path()},
+                 &output, &errors),
+             2);
+    QVERIFY2(errors.contains("not a service address the kit takes"), errors.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_Demo)

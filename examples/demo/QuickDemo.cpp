@@ -131,3 +131,38 @@ QStringList takeQuickScreenshots(const QString &directory, const QJsonObject &cu
 }
 
 #include "QuickDemo.moc"
+
+QStringList takeQuickServiceScreenshots(const QString &directory, QString *error)
+{
+    if (!QDir().mkpath(directory)) {
+        *error = directory + QStringLiteral(": cannot make the folder");
+        return {};
+    }
+    QQmlApplicationEngine engine;
+    QQuickWindow *window = load(engine, QJsonObject());
+    if (!window) {
+        *error = QStringLiteral("the QML demo did not load");
+        return {};
+    }
+    waitFor([window] { return window->isExposed(); });
+    QStringList written;
+    for (const char *page : {"TermsOfService", "PrivacyPolicy"}) {
+        call(window, (QByteArray("show") + page).constData());
+        if (!waitFor([window] { return pageReady(window); }, 70000)) {
+            *error = QString::fromLatin1(page) + QStringLiteral(": no document from ")
+                + TVRManager::serviceURL().toDisplayString();
+            return {};
+        }
+        for (int pass = 0; pass < 5; ++pass)
+            QCoreApplication::processEvents();
+        const QString path = QDir(directory).filePath(QStringLiteral("quick-") + QString::fromLatin1(page).toLower()
+                                                      + QStringLiteral(".png"));
+        if (!window->grabWindow().save(path)) {
+            *error = path + QStringLiteral(": cannot write the image");
+            return {};
+        }
+        written << path;
+        call(window, "back");
+    }
+    return written;
+}

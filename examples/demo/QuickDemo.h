@@ -13,5 +13,7 @@
 // files written (empty, with \a error set, on a problem).
 int runQuickDemo(const QJsonObject &currentTerms);
 QStringList takeQuickScreenshots(const QString &directory, const QJsonObject &currentTerms, QString *error);
+// The two document pages as the host's own service sends them.
+QStringList takeQuickServiceScreenshots(const QString &directory, QString *error);
 
 #endif

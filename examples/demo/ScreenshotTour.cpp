@@ -44,7 +44,9 @@ class Counter : public QObject, public TVRDocumentManagerDelegate
 {
 public:
     int finished = 0;
+    QString failure;
     void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++finished; }
+    void managerFailedWithError(TVRDocumentManager *, const TVRError &error) override { failure = error.message(); }
 };
 
 } // namespace
@@ -152,4 +154,50 @@ QStringList takeScreenshots(const QString &directory, DemoService &service, Loop
 
     delete navigation;
     return error->isEmpty() ? written : QStringList();
+}
+
+QStringList takeServiceScreenshots(const QString &directory, QString *error)
+{
+    if (!QDir().mkpath(directory)) {
+        *error = directory + QStringLiteral(": cannot make the folder");
+        return {};
+    }
+    TVRDocumentManager *documents = TVRDocumentManager::sharedInstance();
+    Counter counter;
+    documents->setDelegate(&counter);
+    documents->fetchTermsOfService();
+    documents->fetchPrivacyPolicy();
+    if (!waitFor([&] { return counter.finished == 2 || !counter.failure.isEmpty(); }, 70000)) {
+        *error = TVRManager::serviceURL().toDisplayString() + QStringLiteral(" did not answer");
+        return {};
+    }
+    if (!counter.failure.isEmpty()) {
+        *error = TVRManager::serviceURL().toDisplayString() + QStringLiteral(": ") + counter.failure;
+        return {};
+    }
+
+    // The screens make themselves the delegate; the manager's signals reach everyone.
+    int answers = 0;
+    QObject::connect(documents, &TVRDocumentManager::documentChanged, documents, [&answers] { ++answers; });
+    QObject::connect(documents, &TVRDocumentManager::fetchFailed, documents, [&answers] { ++answers; });
+    QStringList written;
+    const std::pair<TVRViewController *, QString> screens[] = {
+        {TVRManager::termsOfServiceViewController(), QStringLiteral("terms-of-service")},
+        {TVRManager::privacyPolicyViewController(), QStringLiteral("privacy-policy")},
+    };
+    for (const auto &[screen, name] : screens) {
+        TVRNavigationController navigation(screen);
+        navigation.setGeometry(QGuiApplication::primaryScreen()->geometry());
+        navigation.show();
+        // The screen fetches again when it is shown; it is drawn once that answer is in.
+        const int before = answers;
+        waitFor([&] { return answers > before; }, 70000);
+        const QString path = QDir(directory).filePath(name + QStringLiteral(".png"));
+        if (!save(&navigation, path)) {
+            *error = path + QStringLiteral(": cannot write the image");
+            return {};
+        }
+        written << path;
+    }
+    return written;
 }

@@ -19,4 +19,11 @@ class LoopbackSession;
 QStringList takeScreenshots(const QString &directory, DemoService &service, LoopbackSession &session,
                             const QJsonObject &currentTerms, QString *error);
 
+/*
+    Renders the Terms of Service and the Privacy Policy as the host's own service sends them
+    (TVRManager::serviceURL()): "terms-of-service.png" and "privacy-policy.png". Returns the
+    paths written, or an empty list and \a error.
+*/
+QStringList takeServiceScreenshots(const QString &directory, QString *error);
+
 #endif

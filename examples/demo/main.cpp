@@ -5,6 +5,8 @@
 //   tovra-demo                       open the window (renders screenshots without a display)
 //   tovra-demo --screenshots DIR     render each screen to DIR as PNG at phone size, then exit
 //   tovra-demo --documents DIR       serve DIR/terms-of-service.json and DIR/privacy-policy.json
+//   tovra-demo --service URL [--key KEY --secret SECRET]
+//                                    show the documents of the service at URL instead
 //   tovra-demo --quick [...]         the same in QML, with the kit's QML module
 
 #include "DemoService.h"
@@ -107,11 +109,59 @@ int main(int argc, char *argv[])
     const QCommandLineOption documents(
         QStringLiteral("documents"), QStringLiteral("Serve terms-of-service.json and privacy-policy.json from <dir>."),
         QStringLiteral("dir"));
+    const QCommandLineOption serviceOption(
+        QStringLiteral("service"),
+        QStringLiteral("Show the documents of the service at <url> (https, or http on loopback) instead of the "
+                       "samples."),
+        QStringLiteral("url"));
+    const QCommandLineOption keyOption(QStringLiteral("key"), QStringLiteral("The service's API key."),
+                                       QStringLiteral("key"));
+    const QCommandLineOption secretOption(QStringLiteral("secret"), QStringLiteral("The service's API secret."),
+                                          QStringLiteral("secret"));
     const QCommandLineOption quickOption(QStringLiteral("quick"), QStringLiteral("Show the kit's QML pages instead."));
     options.addOption(screenshots);
     options.addOption(documents);
     options.addOption(quickOption);
+    options.addOptions({serviceOption, keyOption, secretOption});
     options.process(app);
+
+    if (options.isSet(serviceOption)) {
+        // The host's own service: the kit's default session, the system's certificates.
+        if (!TVRManager::setServiceURL(QUrl(options.value(serviceOption)))) {
+            err << "tovra-demo: not a service address the kit takes: " << options.value(serviceOption) << Qt::endl;
+            return 2;
+        }
+        TVRManager::setAPIKey(options.value(keyOption), options.value(secretOption));
+        TVRManager::setAppName(QStringLiteral("Acme Notes"));
+        if (headless) {
+            QString problem;
+#if defined(TOVRA_DEMO_QUICK)
+            const QStringList written = quick ? takeQuickServiceScreenshots(options.value(screenshots), &problem)
+                                              : takeServiceScreenshots(options.value(screenshots), &problem);
+#else
+            const QStringList written = takeServiceScreenshots(options.value(screenshots), &problem);
+#endif
+            for (const QString &path : written)
+                out << QDir::current().absoluteFilePath(path) << Qt::endl;
+            if (written.isEmpty())
+                err << "tovra-demo: " << problem << Qt::endl;
+            return written.isEmpty() ? 1 : 0;
+        }
+        out << "Documents of " << TVRManager::serviceURL().toDisplayString() << Qt::endl;
+#if defined(TOVRA_DEMO_QUICK)
+        if (quick)
+            return runQuickDemo(SampleDocuments::termsOfService());
+#endif
+        QMainWindow window;
+        auto *home = new HomeScreen(SampleDocuments::termsOfService());
+        window.setCentralWidget(new TVRNavigationController(home));
+        QMenu *menu = window.menuBar()->addMenu(QStringLiteral("&Documents"));
+        menu->addActions({home->termsAction(), home->privacyAction()});
+        window.setWindowTitle(QStringLiteral("Tovra demo: ") + TVRManager::serviceURL().toDisplayString());
+        window.resize(420, 800);
+        window.show();
+        return QApplication::exec();
+    }
 
     // The documents to serve: the samples, or the user's own, checked first.
     QJsonObject terms = SampleDocuments::termsOfService();
