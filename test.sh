@@ -6,7 +6,8 @@
 #   1. builds in build/ and runs every test;
 #   2. builds in build-asan/ with AddressSanitizer and UBSan and runs them again;
 #   3. builds the fuzz targets with clang in build-fuzz/ and runs each for a minute;
-#   4. checks that src/'s folders include only downwards, the format (.clang-format),
+#   4. checks that src/'s folders include only downwards, that every function an installed
+#      header declares is defined by an installed library, the format (.clang-format),
 #      and lints src/ (.clang-tidy) on build/.
 # Safe to run again; later runs only rebuild what changed.
 #   ./test.sh            all three stages
@@ -45,8 +46,9 @@ CC=clang-14 CXX=clang++-14 tovra_build -DTOVRA_FUZZ=ON -DTOVRA_BUILD_TESTS=OFF \
     -DTOVRA_BUILD_EXAMPLES=OFF -DTOVRA_BUILD_BENCHMARKS=OFF
 bash tests/fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"
 
-echo "== 4. layers, format, lint and API reference"
+echo "== 4. layers, declarations, format, lint and API reference"
 cmake -P cmake/check_layers.cmake
+python3 scripts/check-declarations.py build clang++-14
 bash scripts/check-format.sh
 bash scripts/check-lint.sh build
 cmake -S . -B build >/dev/null

@@ -16,8 +16,9 @@ tovra_packages=(
 )
 
 # Only for the full run: clang and its libFuzzer runtime for the fuzzing stage, the format
-# and lint checks, and Doxygen for the API reference.
-tovra_fuzz_packages=(clang-14 libclang-rt-14-dev clang-format clang-tidy doxygen)
+# and lint checks, Python and clang for the check of installed declarations, and Doxygen
+# for the API reference.
+tovra_fuzz_packages=(clang-14 libclang-rt-14-dev clang-format clang-tidy doxygen python3)
 
 tovra_install_packages() {
     local missing=() package
