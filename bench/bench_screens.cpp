@@ -25,7 +25,6 @@
 #include <QProcess>
 #include <QScreen>
 #include <QScrollBar>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QTextLayout>
@@ -152,7 +151,7 @@ void settle()
 
 void cache(const QByteArray &json)
 {
-    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(json));
+    keepCopy(kTVRTermsOfServiceDataPath, QJsonDocument::fromJson(json).object());
     TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr);
 }
 
@@ -197,7 +196,7 @@ double firstFrameBrowser(const QByteArray &json, int runs)
     return timeIt(runs, [&] {
         QTextBrowser browser;
         browser.setGeometry(phone());
-        browser.setHtml(toHtml(QSettings().value(kTVRTermsOfServiceDataPath).toString().toUtf8()));
+        browser.setHtml(toHtml(QJsonDocument(keptCopy(kTVRTermsOfServiceDataPath).toObject()).toJson()));
         browser.show();
         for (int pass = 0; pass < 20 && browser.verticalScrollBar()->maximum() == 0; ++pass)
             QCoreApplication::processEvents();
@@ -714,7 +713,6 @@ int main(int argc, char *argv[])
             QStringLiteral("ms"));
 
     cache(largeJson);
-    QSettings().sync();
     const Memory tovraMemory = measureMemory(QStringLiteral("tovra"), large.name);
     const Memory browserMemory = measureMemory(QStringLiteral("browser"), large.name);
     row(QStringLiteral("6 peak memory, whole process"), large.name, tovraMemory.total / 1024.0,

@@ -15,7 +15,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -145,8 +144,7 @@ void bench_Tovra::documentFromCache()
         list.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, QString(1000, u'w') + u"#####"_s}});
     const QJsonObject document{
         {u"title"_s, u"Terms"_s}, {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}, {u"sections"_s, list}};
-    QSettings().setValue(kTVRTermsOfServiceDataPath,
-                         QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+    keepCopy(kTVRTermsOfServiceDataPath, document);
     qsizetype characters = 0;
     QBENCHMARK {
         TVRDocumentManager launch;
