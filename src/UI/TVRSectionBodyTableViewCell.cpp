@@ -11,10 +11,13 @@
 #include <QPointer>
 #include <QTextEdit>
 
+#include <optional>
+
 class TVRSectionBodyTableViewCellPrivate
 {
 public:
     QPointer<QTextEdit> bodyTextView;
+    std::optional<QString> shownText; // the text last set in bodyTextView, if any
 };
 
 namespace {
@@ -51,7 +54,13 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
 {
     TVRSectionTableViewCell::setSection(std::move(section));
     const QString body = this->section() ? this->section()->body() : QString();
-    bodyTextView()->setPlainText(body);
+    // Setting a text lays it out again, whole: a refresh that brings the text the view
+    // already shows, unedited, leaves the view as it is.
+    QTextEdit *textView = bodyTextView();
+    if (d->shownText != body || textView->document()->isModified()) {
+        textView->setPlainText(body);
+        d->shownText = body;
+    }
     setAccessibleName(body);
 }
 
@@ -82,6 +91,7 @@ void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
 {
     TVRSubview::replace(d->bodyTextView, textView);
     d->bodyTextView = textView;
+    d->shownText.reset();
     if (textView)
         setSection(section()); // the new text view shows the cell's body
 }
