@@ -68,6 +68,23 @@ TestCase {
             grabImage(page).save(path);
     }
 
+    // The end of the document in view, as the next frame paints it: the list at its end, the
+    // last section whole inside the list with its body's last line painted.
+    function verifyEndInView(page) {
+        const image = grabImage(page);
+        const view = page.view;
+        verify(view.atYEnd, "not at the end: " + view.contentY + " of " + (view.contentHeight + view.originY - view.height));
+        const last = view.itemAtIndex(view.count - 1);
+        verify(last, "the last section is not made");
+        const top = last.mapToItem(view, 0, 0).y;
+        verify(top >= 0 && top + last.height <= view.height, "the last section at " + top + ".." + (top + last.height) + " in " + view.height);
+        const body = bodyOf(last);
+        const line = body.contentHeight / body.lineCount;
+        const lastLine = body.mapToItem(page, 0, body.contentHeight - line);
+        verify(darkest(image, Math.round(lastLine.x), Math.round(lastLine.y), 150, Math.floor(line)) < 100,
+               "no ink in the last line");
+    }
+
     function test_applicationHasNoWidgets() {
         compare(service.isWidgetApplication(), false);
     }
@@ -260,10 +277,15 @@ TestCase {
             { tag: "Page Down, Down, Up, Up", keys: [Qt.Key_PageDown, Qt.Key_Down, Qt.Key_Up, Qt.Key_Up], screens: 1, steps: -1 },
             { tag: "Page Down, Home", keys: [Qt.Key_PageDown, Qt.Key_Home], screens: 0, steps: 0 },
             { tag: "End", keys: [Qt.Key_End], screens: -1, steps: 0 },
+            // Rows of many heights, known only once made.
+            { tag: "End, uneven sections", keys: [Qt.Key_End], screens: -1, steps: 0, unevenSections: 90 },
+            { tag: "Page Down, End, uneven sections", keys: [Qt.Key_PageDown, Qt.Key_End], screens: -1, steps: 0, unevenSections: 200 },
         ];
     }
 
     function test_keysScrollTheDocument(data) {
+        if (data.unevenSections)
+            service.setSections(data.unevenSections, true);
         const page = showPage(termsPage);
         page.forceActiveFocus();
         verify(page.view.activeFocus, "the document does not have the focus");
@@ -271,7 +293,7 @@ TestCase {
         for (const key of data.keys)
             keyClick(Math.abs(key), key < 0 ? Qt.ShiftModifier : Qt.NoModifier);
         if (data.screens < 0)
-            tryVerify(() => page.view.atYEnd, 5000, "not at the end: " + page.view.contentY);
+            verifyEndInView(page);
         else if (data.screens === 0 && data.steps === 0)
             compare(page.view.contentY, page.view.originY);
         else
@@ -431,6 +453,7 @@ TestCase {
 
     function test_agreementButtons() {
         // Nothing shown until the reply: its sections then show from the top.
+        service.setSections(45, true);
         service.forgetDocuments();
         const open = showPage(agreementPage, { fetchOnLoad: true });
         compare(open.view.contentY, open.view.originY);
@@ -447,19 +470,29 @@ TestCase {
         compare(disagree.text, "Disagree");
         compare(agree.enabled, false);
         compare(disagree.enabled, false);
-        page.view.forceActiveFocus();
-        keyClick(Qt.Key_End);
-        tryCompare(agree, "enabled", true);
-        compare(disagree.enabled, true);
-        waitForRendering(page);
-        screenshot(page, "agreement-at-the-end");
-
         const agreed = createTemporaryObject(spy, testCase, { target: page, signalName: "agreeClicked" });
         const disagreed = createTemporaryObject(spy, testCase, { target: page, signalName: "disagreeClicked" });
+        page.view.forceActiveFocus();
+        keyClick(Qt.Key_End);
+        verifyEndInView(page);
+        compare(agree.enabled, true);
+        compare(disagree.enabled, true);
+        screenshot(page, "agreement-at-the-end");
         mouseClick(agree);
         mouseClick(disagree);
         compare(agreed.count, 1);
         compare(disagreed.count, 1);
+
+        // A refresh adds sections under the end: closed until End shows the new end.
+        service.setSections(60, true);
+        page.document.fetch();
+        tryCompare(page.view, "count", 60);
+        compare(agree.enabled, false);
+        page.view.forceActiveFocus();
+        keyClick(Qt.Key_End);
+        verifyEndInView(page);
+        mouseClick(agree);
+        compare(agreed.count, 2);
     }
 
     function test_agreementCheckShowsThePageOverThisWindow() {

@@ -47,11 +47,14 @@ Script script(const QString &name)
     return {u"%2 heading %1"_s, u"Body %1: ##### keeps what you write on your device. "_s};
 }
 
-QJsonObject documentJson(const QString &title, int sections, const Script &text = script({}))
+// A document of \a sections sections; their bodies hold the sentence twice, or, when
+// \a unevenBodies, from once to twelve times, so that rows differ in height.
+QJsonObject documentJson(const QString &title, int sections, const Script &text = script({}), bool unevenBodies = false)
 {
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
-        QJsonObject section{{u"body"_s, text.sentence.arg(i + 1).repeated(2)}};
+        const int repeats = unevenBodies ? 1 + (i * 7) % 12 : 2;
+        QJsonObject section{{u"body"_s, text.sentence.arg(i + 1).repeated(repeats)}};
         if (i % 3 != 2)
             section.insert(u"title"_s, text.heading.arg(i + 1).arg(title));
         list.append(section);
@@ -74,8 +77,13 @@ public:
 
     //! The next reply breaks off in its body: the fetch fails.
     Q_INVOKABLE void failNext() { m_failNext = true; }
-    //! The next replies hold \a sections sections.
-    Q_INVOKABLE void setSections(int sections) { m_sections = sections; }
+    //! The next replies hold \a sections sections, their bodies of different lengths when
+    //! \a unevenBodies.
+    Q_INVOKABLE void setSections(int sections, bool unevenBodies = false)
+    {
+        m_sections = sections;
+        m_unevenBodies = unevenBodies;
+    }
     //! The Terms of Service held have \a sections sections, as a copy kept from an earlier launch.
     Q_INVOKABLE void holdTerms(int sections)
     {
@@ -144,10 +152,10 @@ public:
     TestReply reply(const TestRequest &request)
     {
         const bool terms = request.path == u"/api/terms-of-service"_s;
-        TestReply reply =
-            TestReply::json(200,
-                            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script))
-                                .toJson(QJsonDocument::Compact));
+        TestReply reply = TestReply::json(
+            200,
+            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script, m_unevenBodies))
+                .toJson(QJsonDocument::Compact));
         // A body cut short fails for good; a connection dropped before any answer would be
         // tried again by Qt on a fresh connection.
         if (std::exchange(m_failNext, false))
@@ -178,6 +186,7 @@ private:
     TestHttpsServer *m_server;
     bool m_failNext = false;
     int m_sections = 30;
+    bool m_unevenBodies = false;
     Script m_script = script({});
 };
 

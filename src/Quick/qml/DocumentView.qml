@@ -113,11 +113,23 @@ ListView {
         contentY = Math.max(originY, Math.min(y, contentHeight + originY - height));
     }
 
+    // Scrolls to the end: the last section and the space under it in view. The list places
+    // the rows it has not made by an estimate of their height, and keeps its end where that
+    // estimate put it until the rows are made; positioned again once they are, it stays.
+    function scrollToEnd() {
+        for (let tries = 0; tries < 10; ++tries) {
+            positionViewAtEnd();
+            forceLayout();
+            if (atYEnd)
+                return;
+        }
+    }
+
     Keys.onPressed: event => {
         view.showsFocus = true;
         const shift = event.modifiers & Qt.ShiftModifier;
         if (event.key === Qt.Key_End) {
-            view.positionViewAtEnd();
+            view.scrollToEnd();
         } else if (event.key === Qt.Key_Home) {
             view.positionViewAtBeginning();
         } else if (event.key === Qt.Key_PageUp || (event.key === Qt.Key_Space && shift)) {
@@ -157,15 +169,21 @@ ListView {
         }
     }
 
-    delegate: Column {
+    // A row's height follows from its texts through bindings, so the list knows it as soon as
+    // the row is made or reused; a Column would only take it when polished, after the list has
+    // placed the rows under it.
+    delegate: Item {
         id: row
 
         required property int index
         required property string title
         required property string body
 
+        // The space above the title, between sections.
+        readonly property int topPadding: view.sectionSpacing
+
         width: ListView.view.width
-        topPadding: view.sectionSpacing
+        height: topPadding + titleBox.height + bodyBox.height
         // A screen reader names a row by its title, or by its body when it has none; the
         // body of a titled row is read as the row's text.
         Accessible.role: Accessible.ListItem
@@ -173,9 +191,11 @@ ListView {
 
         // A row is as tall as its text, 40 px at least, as the widget screens' rows are.
         Item {
+            id: titleBox
+            y: row.topPadding
             visible: row.title !== ""
             width: row.width
-            height: visible ? Math.max(40, Math.ceil(titleText.implicitHeight)) : 0
+            height: row.title !== "" ? Math.max(40, Math.ceil(titleText.implicitHeight)) : 0
             // 12 px in from the side the title starts from, 28 from the side it ends, as on
             // the widget screens: a right-to-left title is set against the right.
             Text {
@@ -195,6 +215,8 @@ ListView {
         // same way in its place with the cursor where the tap was. Edits last while the row
         // is on screen and its section does not change.
         Item {
+            id: bodyBox
+            y: titleBox.y + titleBox.height
             width: row.width
             height: Math.max(40, Math.ceil(editor.item ? editor.item.implicitHeight : bodyText.implicitHeight))
             Text {
