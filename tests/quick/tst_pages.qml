@@ -20,10 +20,28 @@ TestCase {
     Component { id: documentModel; DocumentModel {} }
     Component { id: spy; SignalSpy {} }
     Component { id: stackView; StackView { width: 390; height: 844; initialItem: Item {} } }
+    // A host's item that mirrors what it holds, or keeps it left-to-right, whatever the
+    // application's direction.
+    Component {
+        id: mirroringHost
+        Item {
+            property bool mirrored
+            readonly property alias content: content
+            width: 390
+            height: 844
+            LayoutMirroring.enabled: mirrored
+            LayoutMirroring.childrenInherit: true
+            Item { id: content; anchors.fill: parent }
+        }
+    }
 
     function init() {
         service.setSections(30);
         service.setScript("Latin");
+    }
+
+    function cleanup() {
+        service.setRightToLeft(false);
     }
 
     function find(item, objectName) {
@@ -41,8 +59,8 @@ TestCase {
     function titleOf(row) { return row.children[0].children[0]; }
     function bodyOf(row) { return row.children[1].children[0]; }
 
-    function showPage(component, properties) {
-        const page = createTemporaryObject(component, testCase, properties || {});
+    function showPage(component, properties, parent) {
+        const page = createTemporaryObject(component, parent || testCase, properties || {});
         verify(page);
         tryVerify(() => page.view.count > 0 && !page.document.loading, 5000, "the document arrived");
         // Laid out; grabImage() renders what it grabs.
@@ -425,6 +443,50 @@ TestCase {
                 verify((data.rightToLeft ? rightInk : leftInk) < 200, "row " + i + " has no ink where its first line starts");
             }
         }
+    }
+
+    function test_pagesMirrorAsTheApplicationOrTheHostSays_data() {
+        // host: the LayoutMirroring.enabled of an item above the page; page: the host's own on
+        // the page.
+        return [
+            { tag: "right-to-left application", rightToLeft: true, mirrored: true },
+            { tag: "host mirrors", rightToLeft: false, host: true, mirrored: true },
+            { tag: "host keeps left-to-right in a right-to-left application", rightToLeft: true, host: false, mirrored: false },
+            { tag: "page kept left-to-right in a right-to-left application", rightToLeft: true, page: false, mirrored: false },
+        ];
+    }
+
+    function test_pagesMirrorAsTheApplicationOrTheHostSays(data) {
+        service.setRightToLeft(data.rightToLeft);
+        const host = data.host === undefined ? null : createTemporaryObject(mirroringHost, testCase, { mirrored: data.host });
+        const properties = { modal: true, fetchOnLoad: true };
+        if (data.page !== undefined)
+            properties["LayoutMirroring.enabled"] = data.page;
+        const page = showPage(agreementPage, properties, host ? host.content : testCase);
+        const view = page.view;
+        // An English title starts from the left, 12 px in, whichever way the page goes.
+        const title = titleOf(view.itemAtIndex(0)).mapToItem(page, 0, 0);
+        verify(darkest(grabImage(page), 12, Math.round(title.y), 16, 24) < 100, "the title does not start at the left");
+
+        page.forceActiveFocus();
+        keyClick(Qt.Key_PageDown);
+        const image = grabImage(page);
+        screenshot(page, "agreement-" + data.tag.replace(/ /g, "-"));
+        // Close leads the bar on the side the page starts from; Disagree leads the tool bar.
+        const close = find(page, "closeButton");
+        const closeLeft = close.mapToItem(page, 0, 0).x;
+        verify(data.mirrored ? closeLeft > page.width / 2 : closeLeft + close.width < page.width / 2, "Close at " + closeLeft);
+        const disagreeLeft = find(page, "disagreeButton").mapToItem(page, 0, 0).x;
+        const agree = find(page, "agreeButton");
+        const agreeLeft = agree.mapToItem(page, 0, 0).x;
+        verify(data.mirrored ? disagreeLeft > agreeLeft + agree.width : disagreeLeft < agreeLeft,
+               "Disagree at " + disagreeLeft + ", Agree at " + agreeLeft);
+        // The position bar on the side the page ends at, the other side white.
+        const barY = Math.round(view.mapToItem(page, 0, view.visibleArea.yPosition * view.height + 5).y);
+        const left = image.pixel(Math.round(view.mapToItem(page, 3.5, 0).x), barY);
+        const right = image.pixel(Math.round(view.mapToItem(page, view.width - 3.5, 0).x), barY);
+        verify((data.mirrored ? left : right).r < 0.7, "no position bar on the " + (data.mirrored ? "left" : "right"));
+        compare(data.mirrored ? right : left, Qt.rgba(1, 1, 1, 1));
     }
 
     function test_privacyPageClosesWhenModal() {

@@ -147,6 +147,11 @@ public:
         button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         return true;
     }
+    //! The application's layout direction, as a host in a right-to-left language sets it.
+    Q_INVOKABLE void setRightToLeft(bool rightToLeft)
+    {
+        QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    }
     Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 
     TestReply reply(const TestRequest &request)

@@ -33,6 +33,25 @@ Page {
 
     background: Rectangle { color: "white" }
 
+    // Mirrored as an item of the host's above the page passes its mirroring down
+    // (LayoutMirroring.childrenInherit), else when the application's layout direction is
+    // right-to-left, as the widget screens are: Close, the agreement's buttons and the position
+    // bar change sides, while texts align by their own direction. A host's own
+    // LayoutMirroring.enabled on the page replaces this. Reading an item's LayoutMirroring
+    // makes one for it when it had none, which changes nothing.
+    LayoutMirroring.enabled: {
+        for (let item = page.parent; item; item = item.parent) {
+            // A window's LayoutMirroring is its content item's, kept on the window: read there
+            // rather than make a second one for the item, which would take its notifications.
+            const window = item.parent ? null : item.Window.window;
+            const mirroring = window && window.contentItem === item ? window.LayoutMirroring : item.LayoutMirroring;
+            if (mirroring.childrenInherit)
+                return mirroring.enabled;
+        }
+        return Qt.application.layoutDirection === Qt.RightToLeft;
+    }
+    LayoutMirroring.childrenInherit: true
+
     // Tab goes from the document to Close, then through the footer, and back to the document,
     // as on the widget screens; Shift+Tab the other way. Unavailable items are passed over.
     // Each item of the order hands Tab and Shift+Tab to this: Qt Quick moves the focus from
