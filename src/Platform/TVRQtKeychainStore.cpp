@@ -3,6 +3,8 @@
 
 #include "TVRQtKeychainStore_p.h"
 
+#include "TVRKeychainLimits_p.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QMutex>
@@ -11,40 +13,13 @@
 
 #include <qt6keychain/keychain.h>
 
-#if defined(Q_OS_LINUX) && !defined(Q_OS_ANDROID)
-#define TOVRA_SECRET_SERVICE_SEARCH
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusObjectPath>
-#endif
-
 #include <functional>
 #include <memory>
 
 using namespace TVRSecItem;
+using namespace TVRKeychainLimits;
 
 namespace {
-
-// The longest a keychain call waits for the backend. A backend that has not answered by
-// then, a hung service or a locked keyring waiting on its unlock prompt, counts as
-// unavailable: the call gives false or null. The job itself goes on and its late result is
-// dropped.
-constexpr int waitLimitMs = 5000;
-
-// After a failure other than "no such item", calls fail at once for this long instead of
-// waiting for the backend again: without a keychain, every read would otherwise cost a
-// round trip, or the whole wait limit, on the caller's thread.
-constexpr int unavailableForMs = 30 * 1000;
-
-QString backendService(const QVariantMap &query)
-{
-    QString service = query.value(kSecAttrService).toString();
-    const QVariant group = query.value(kSecAttrAccessGroup);
-    if (!group.isValid())
-        return service;
-    return group.toString() + QLatin1Char('/') + service;
-}
 
 qint32 statusFor(QKeychain::Error error)
 {
@@ -100,9 +75,11 @@ struct Outcome
     synchronous. It is made by the first keychain call and lives until the process ends.
 
     QtKeychain runs every job of the process through one queue, which belongs to the thread
-    that started the first job and is not safe to use from two threads: a host that keeps
-    secrets of its own should use TVRSecureItemStore::defaultStore() rather than start
-    QtKeychain jobs on another thread.
+    that started the first job and is not safe to use from two threads. The kit's jobs start
+    here, so a host that started QtKeychain jobs of its own, on any thread and at any time,
+    would share that queue with this thread: its values or the kit's would be lost, or the
+    process would crash. Where this store is in use, a host keeps its own secrets through
+    TVRSecureItemStore::defaultStore() instead.
 */
 class KeychainThread
 {
@@ -138,37 +115,10 @@ private:
         m_thread.setObjectName(QStringLiteral("Tovra keychain"));
         m_context.moveToThread(&m_thread);
         m_thread.start();
-#ifdef TOVRA_SECRET_SERVICE_SEARCH
-        qDBusRegisterMetaType<QMap<QString, QString>>();
-#endif
     }
 
     QThread m_thread;
     QObject m_context;
-};
-
-class Unavailability
-{
-public:
-    bool remembered()
-    {
-        const QMutexLocker locker(&m_lock);
-        return !m_until.hasExpired();
-    }
-
-    // Notes \a status; a failure other than a missing item makes the next calls fail at once.
-    qint32 note(qint32 status)
-    {
-        if (status != errSecSuccess && status != errSecItemNotFound) {
-            const QMutexLocker locker(&m_lock);
-            m_until.setRemainingTime(unavailableForMs);
-        }
-        return status;
-    }
-
-private:
-    QMutex m_lock;
-    QDeadlineTimer m_until;
 };
 
 Unavailability unavailability;
@@ -204,51 +154,6 @@ KeychainWork jobFor(const QVariantMap &query, std::function<void(Job &)> prepare
             outcome->finish(statusFor(finished->error()), read ? read->binaryData() : QByteArray());
         });
         job->start();
-    };
-}
-
-#ifdef TOVRA_SECRET_SERVICE_SEARCH
-// QtKeychain uses KWallet on a KDE desktop and the Secret Service everywhere else.
-bool onKdeDesktop()
-{
-    return qEnvironmentVariable("XDG_CURRENT_DESKTOP") == QLatin1String("KDE")
-        || qEnvironmentVariable("DESKTOP_SESSION").startsWith(QLatin1String("kde"))
-        || qEnvironmentVariableIsSet("KDE_FULL_SESSION");
-}
-
-// Whether the Secret Service holds an item that QtKeychain wrote for \a query, under its
-// attributes "server" and "user". A search names items without unlocking or reading them.
-// errSecNotAvailable when the service does not answer.
-KeychainWork secretServiceSearch(const QVariantMap &query)
-{
-    const QString service = backendService(query);
-    const QString key = query.value(kSecAttrAccount).toString();
-    return [service, key](const std::shared_ptr<Outcome> &outcome) {
-        QDBusMessage search = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
-            QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("SearchItems"));
-        search << QVariant::fromValue(
-            QMap<QString, QString>{{QStringLiteral("server"), service}, {QStringLiteral("user"), key}});
-        // Blocks this thread only; the caller's wait limit bounds it.
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(search, QDBus::Block, waitLimitMs);
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) {
-            outcome->finish(errSecNotAvailable);
-            return;
-        }
-        qsizetype items = 0;
-        for (const QVariant &paths : reply.arguments())
-            items += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
-        outcome->finish(items > 0 ? errSecSuccess : errSecItemNotFound);
-    };
-}
-#endif
-
-QVariantMap attributesOf(const QVariantMap &query)
-{
-    return {
-        {kSecClass, query.value(kSecClass)},
-        {kSecAttrService, query.value(kSecAttrService)},
-        {kSecAttrAccount, query.value(kSecAttrAccount)},
     };
 }
 
@@ -288,15 +193,9 @@ qint32 TVRQtKeychainStore::copyMatching(const QVariantMap &query, QVariant *resu
 
 qint32 TVRQtKeychainStore::deleteMatching(const QVariantMap &query)
 {
-    // Deleting a missing entry succeeds in QtKeychain's Secret Service and KWallet
-    // backends, so a delete must first find out whether there is an item: with a search
-    // where the backend has one, which neither reads the secret nor asks to unlock it,
-    // else by reading the item.
-#ifdef TOVRA_SECRET_SERVICE_SEARCH
-    const qint32 found = onKdeDesktop() ? copyMatching(query, nullptr) : runFor(query, secretServiceSearch(query));
-#else
+    // Deleting a missing entry succeeds in some of QtKeychain's backends, so a delete
+    // first finds out, by reading the item, whether there is one.
     const qint32 found = copyMatching(query, nullptr);
-#endif
     if (found != errSecSuccess)
         return found;
     return runFor(query, jobFor<QKeychain::DeletePasswordJob>(query));

@@ -52,14 +52,17 @@ enum Status : qint32 {
     a status from TVRSecItem::Status: errSecSuccess, errSecItemNotFound when nothing matched,
     another negative value for any other failure. All three are synchronous.
 
-    The kit talks to the store returned by defaultStore(), which is backed by QtKeychain
-    (Keychain on Apple platforms, Keystore on Android, Credential Store on Windows, Secret
-    Service on Linux). Its calls block the caller for 5 s at most and run none of the
-    caller's events while they wait; after a failure other than a missing item, the calls
-    of the next 30 s fail at once. It runs QtKeychain on a thread of the kit's own, and
-    QtKeychain cannot be shared between threads: a host that keeps secrets of its own uses
-    this store for them rather than QtKeychain. A host may also put its own store in place,
-    for example one that injects failures in its tests.
+    The kit talks to the store returned by defaultStore(). On Linux that store speaks to the
+    Secret Service over D-Bus itself, on the caller's thread and over a connection of its
+    own; a host may keep items of its own with QtKeychain or libsecret, on any thread, at
+    any time. Its items are those QtKeychain writes, so each reads what the other wrote. On
+    Apple platforms, Android and Windows it goes through QtKeychain (Keychain, Keystore,
+    Credential Store) on a thread of the kit's own; QtKeychain's one job queue of a process
+    cannot be shared between threads, so a host there keeps its own secrets through this
+    store rather than through QtKeychain. Either way, calls block the caller for 5 s at
+    most and run none of the caller's events while they wait; after a failure other than a
+    missing item, the calls of the next 30 s fail at once. A host may also put its own store
+    in place, for example one that injects failures in its tests.
 */
 class TOVRA_EXPORT TVRSecureItemStore
 {
@@ -85,12 +88,12 @@ public:
 
     /*!
         The store the kit uses. Unless setDefaultStore() says otherwise, this is the
-        QtKeychain store, created on first use and kept until the process ends.
+        platform's store, created on first use and kept until the process ends.
     */
     static TVRSecureItemStore *defaultStore();
 
     /*!
-        Makes \a store the one the kit uses; \c nullptr brings back the QtKeychain store.
+        Makes \a store the one the kit uses; \c nullptr brings back the platform's store.
         The kit does not take ownership. Call it before the kit touches the keychain, from
         the thread that uses the kit.
     */
