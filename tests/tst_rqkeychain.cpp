@@ -40,6 +40,7 @@ private Q_SLOTS:
     void undecodableBytes();
     void unarchivableValueKeepsTheOldItem();
     void unavailableKeychain();
+    void lockedKeyring();
 };
 
 void tst_RQKeychain::initTestCase()
@@ -166,6 +167,28 @@ void tst_RQKeychain::unavailableKeychain()
     QCOMPARE(runHelper({u"save"_s, u"k"_s, u"v"_s}, noBus), QStringList{u"false"_s});
     QCOMPARE(runHelper({u"load"_s, u"k"_s}, noBus), QStringList{u"<null>"_s});
     QCOMPARE(runHelper({u"delete"_s, u"k"_s}, noBus), QStringList{u"false"_s});
+}
+
+void tst_RQKeychain::lockedKeyring()
+{
+    const QString key = u"tovrakit.locked"_s;
+    QVERIFY(RQKeychain::saveValue(u"kept"_s, key));
+    KeychainProbe::SecretServiceCalls watch;
+    QVERIFY(watch.start());
+    QVERIFY(KeychainProbe::setKeyringLocked(true));
+
+    // Unlocking would take the user's answer at a prompt, which a synchronous call cannot
+    // wait for: each call fails instead, in a launch of its own, as the failure keeps a
+    // process's calls away from the keychain for a while.
+    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
+    QCOMPARE(runHelper({u"save"_s, key, u"new"_s}), QStringList{u"false"_s});
+    QCOMPARE(runHelper({u"delete"_s, key}), QStringList{u"false"_s});
+    const QStringList calls = watch.calls();
+    QVERIFY2(calls.contains(u"Unlock"_s) && !calls.contains(u"Prompt"_s), qPrintable(calls.join(u' ')));
+
+    // Nothing was lost meanwhile.
+    QVERIFY(KeychainProbe::setKeyringLocked(false));
+    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
 }
 
 QTEST_MAIN(tst_RQKeychain)

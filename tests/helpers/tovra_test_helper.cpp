@@ -15,8 +15,18 @@
 //                                         N reads of the user identifier: the last result,
 //                                         the first read's ms and the other reads' ms
 //   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
+//   tovra_test_helper host-and-kit host-first|kit-first set|read|logout VALUE
+//                                         the host writes VALUE with QtKeychain before or after
+//                                         the kit's call: the call's answer, the kit's item
+//                                         and the host's item, each read back afterwards
+//   tovra_test_helper threads host-on-thread|kit-on-thread N
+//                                         N host QtKeychain writes and reads, and N saves and
+//                                         reads of the identifier, one side on a thread of the
+//                                         host's and the other on the main thread at the same
+//                                         time: how many of each came back
 // Prints one line per result; "<null>" stands for a null value.
 
+#include "HostKeychain.h"
 #include "TestSession.h"
 
 #include <RQKeychain.h>
@@ -27,7 +37,11 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QElapsedTimer>
+#include <QSemaphore>
 #include <QTextStream>
+#include <QThread>
+
+#include <memory>
 
 #include <csignal>
 
@@ -76,6 +90,16 @@ public:
         QCoreApplication::quit();
     }
 };
+
+const QString hostService = QStringLiteral("tovra.test.host");
+const QString hostKey = QStringLiteral("token");
+
+QString hostItem()
+{
+    QKeychain::Error error = QKeychain::NoError;
+    const QByteArray data = HostKeychain::read(hostService, hostKey, &error);
+    return error == QKeychain::NoError ? QString::fromUtf8(data) : QStringLiteral("<error %1>").arg(int(error));
+}
 
 } // namespace
 
@@ -134,6 +158,59 @@ int main(int argc, char *argv[])
         } else {
             return 2;
         }
+    } else if (command == QLatin1String("host-and-kit") && args.size() == 3) {
+        const auto host = [&] { HostKeychain::writeText(hostService, hostKey, args[2]); };
+        const auto kit = [&] {
+            if (args[1] == QLatin1String("set")) {
+                TVRManager::setUserIdentifier(QStringLiteral("user-0"));
+                return QStringLiteral("set");
+            }
+            if (args[1] == QLatin1String("logout")) {
+                TVRManager::logout();
+                return QStringLiteral("logged out");
+            }
+            return show(TVRManager::userIdentifier());
+        };
+        QString answer;
+        if (args[0] == QLatin1String("host-first")) {
+            host();
+            answer = kit();
+        } else {
+            answer = kit();
+            host();
+        }
+        out << answer << Qt::endl
+            << show(RQKeychain::loadValueForKey(kTVRUserIdentifier)) << Qt::endl
+            << hostItem() << Qt::endl;
+    } else if (command == QLatin1String("threads") && args.size() == 2) {
+        const int rounds = args[1].toInt();
+        int hostRight = 0;
+        int kitRight = 0;
+        const auto host = [&] {
+            for (int i = 0; i < rounds; ++i) {
+                const QString value = QStringLiteral("host-%1").arg(i);
+                HostKeychain::writeText(hostService, hostKey, value);
+                hostRight += hostItem() == value;
+            }
+        };
+        const auto kit = [&] {
+            for (int i = 0; i < rounds; ++i) {
+                const QString value = QStringLiteral("user-%1").arg(i);
+                TVRManager::setUserIdentifier(value);
+                kitRight += RQKeychain::loadValueForKey(kTVRUserIdentifier) == QVariant(value);
+            }
+        };
+        const bool hostOnThread = args[0] == QLatin1String("host-on-thread");
+        QSemaphore started;
+        std::unique_ptr<QThread> worker(QThread::create([&] {
+            started.release();
+            hostOnThread ? host() : kit();
+        }));
+        worker->start();
+        started.acquire();
+        hostOnThread ? kit() : host();
+        worker->wait();
+        out << "kit " << kitRight << '/' << rounds << Qt::endl << "host " << hostRight << '/' << rounds << Qt::endl;
     } else if (command == QLatin1String("own-secrets-name")) {
         if (!QDBusConnection::sessionBus().registerService(QStringLiteral("org.freedesktop.secrets")))
             return 1;

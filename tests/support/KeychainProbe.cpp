@@ -52,20 +52,80 @@ QByteArray KeychainProbe::readRaw(const QString &service, const QString &account
     return QByteArray::fromBase64(stored.trimmed());
 }
 
-int KeychainProbe::secretServiceItems(const QString &service, const QString &account)
+namespace {
+
+using Attributes = QMap<QString, QString>;
+
+// The items of (service, account), unlocked and locked alike; \a ok says whether the
+// service answered.
+QList<QDBusObjectPath> searchItems(const QString &service, const QString &account, bool *ok)
 {
-    using Attributes = QMap<QString, QString>;
     qDBusRegisterMetaType<Attributes>();
     QDBusInterface secrets(QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
                            QStringLiteral("org.freedesktop.Secret.Service"));
     const Attributes attributes{{QStringLiteral("server"), service}, {QStringLiteral("user"), account}};
     const QDBusMessage reply = secrets.call(QStringLiteral("SearchItems"), QVariant::fromValue(attributes));
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2)
-        return -1;
-    int count = 0;
-    for (const QVariant &paths : reply.arguments())
-        count += qdbus_cast<QList<QDBusObjectPath>>(paths).size();
-    return count;
+    *ok = reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2;
+    QList<QDBusObjectPath> items;
+    if (*ok) {
+        for (const QVariant &paths : reply.arguments())
+            items += qdbus_cast<QList<QDBusObjectPath>>(paths);
+    }
+    return items;
+}
+
+} // namespace
+
+int KeychainProbe::secretServiceItems(const QString &service, const QString &account)
+{
+    bool ok = false;
+    const qsizetype count = searchItems(service, account, &ok).size();
+    return ok ? int(count) : -1;
+}
+
+QMap<QString, QString> KeychainProbe::itemAttributes(const QString &service, const QString &account)
+{
+    bool ok = false;
+    const QList<QDBusObjectPath> items = searchItems(service, account, &ok);
+    if (items.size() != 1)
+        return {};
+    QDBusInterface item(QStringLiteral("org.freedesktop.secrets"), items.constFirst().path(),
+                        QStringLiteral("org.freedesktop.DBus.Properties"));
+    const QDBusMessage reply =
+        item.call(QStringLiteral("Get"), QStringLiteral("org.freedesktop.Secret.Item"), QStringLiteral("Attributes"));
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1)
+        return {};
+    return qdbus_cast<Attributes>(qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant());
+}
+
+bool KeychainProbe::setKeyringLocked(bool locked)
+{
+    const QString secrets = QStringLiteral("org.freedesktop.secrets");
+    QDBusInterface service(secrets, QStringLiteral("/org/freedesktop/secrets"),
+                           QStringLiteral("org.freedesktop.Secret.Service"));
+    const QDBusReply<QDBusObjectPath> collection = service.call(QStringLiteral("ReadAlias"), QStringLiteral("default"));
+    if (!collection.isValid() || collection.value().path() == QLatin1String("/"))
+        return false;
+    if (locked) {
+        const QDBusMessage reply =
+            service.call(QStringLiteral("Lock"), QVariant::fromValue(QList<QDBusObjectPath>{collection.value()}));
+        return reply.type() == QDBusMessage::ReplyMessage;
+    }
+    // Unlocking takes a prompt, or gnome-keyring's own interface and the password.
+    const QDBusMessage session = service.call(QStringLiteral("OpenSession"), QStringLiteral("plain"),
+                                              QVariant::fromValue(QDBusVariant(QString())));
+    if (session.type() != QDBusMessage::ReplyMessage || session.arguments().size() != 2)
+        return false;
+    QDBusArgument password;
+    password.beginStructure();
+    password << qdbus_cast<QDBusObjectPath>(session.arguments().at(1)) << QByteArray()
+             << QByteArray("tovra-test-keyring") << QStringLiteral("text/plain");
+    password.endStructure();
+    QDBusInterface keyring(secrets, QStringLiteral("/org/freedesktop/secrets"),
+                           QStringLiteral("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface"));
+    const QDBusMessage reply = keyring.call(QStringLiteral("UnlockWithMasterPassword"),
+                                            QVariant::fromValue(collection.value()), QVariant::fromValue(password));
+    return reply.type() == QDBusMessage::ReplyMessage;
 }
 
 KeychainProbe::SecretServiceCalls::~SecretServiceCalls()
@@ -81,6 +141,7 @@ bool KeychainProbe::SecretServiceCalls::start()
                      QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Service'"),
                      QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Item'"),
                      QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Collection'"),
+                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Prompt'"),
                      QStringLiteral("type='method_call',member='NameHasOwner'")});
     // The monitor may miss the first marks while it sets itself up.
     if (!m_monitor.waitForStarted())

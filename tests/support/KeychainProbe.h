@@ -5,6 +5,7 @@
 #define KEYCHAINPROBE_H
 
 #include <QByteArray>
+#include <QMap>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -21,6 +22,13 @@ bool writeRaw(const QString &service, const QString &account, const QByteArray &
 QByteArray readRaw(const QString &service, const QString &account, bool *found);
 // How many Secret Service items carry the QtKeychain attributes of (service, account).
 int secretServiceItems(const QString &service, const QString &account);
+// All attributes of the one Secret Service item of (service, account); empty unless there
+// is exactly one.
+QMap<QString, QString> itemAttributes(const QString &service, const QString &account);
+
+// Locks the keyring's default collection, or unlocks it with the password that
+// run-isolated.sh gave gnome-keyring, as the user would at its prompt; false on failure.
+bool setKeyringLocked(bool locked);
 
 /*
     Watches the session bus with dbus-monitor and lists the Secret Service methods called

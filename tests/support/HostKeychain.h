@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Tovra authors
+// SPDX-License-Identifier: MIT
+
+#ifndef HOSTKEYCHAIN_H
+#define HOSTKEYCHAIN_H
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QEventLoop>
+#include <QIODevice>
+#include <QString>
+#include <QVariant>
+
+#include <qt6keychain/keychain.h>
+
+/*
+    What a host application does with QtKeychain on its own: one job at a time, waited for
+    on a QEventLoop of the calling thread, as QtKeychain's documentation shows.
+*/
+namespace HostKeychain {
+
+// Runs \a job to its end on this thread; the job's error.
+inline QKeychain::Error run(QKeychain::Job &job)
+{
+    job.setAutoDelete(false);
+    QEventLoop loop;
+    QObject::connect(&job, &QKeychain::Job::finished, &loop, &QEventLoop::quit);
+    job.start();
+    loop.exec();
+    return job.error();
+}
+
+inline QKeychain::Error writeText(const QString &service, const QString &key, const QString &text)
+{
+    QKeychain::WritePasswordJob job(service);
+    job.setKey(key);
+    job.setTextData(text);
+    return run(job);
+}
+
+inline QKeychain::Error writeBinary(const QString &service, const QString &key, const QByteArray &data)
+{
+    QKeychain::WritePasswordJob job(service);
+    job.setKey(key);
+    job.setBinaryData(data);
+    return run(job);
+}
+
+// The item's bytes; \a error tells whether there was one.
+inline QByteArray read(const QString &service, const QString &key, QKeychain::Error *error)
+{
+    QKeychain::ReadPasswordJob job(service);
+    job.setKey(key);
+    *error = run(job);
+    return job.binaryData();
+}
+
+inline QKeychain::Error remove(const QString &service, const QString &key)
+{
+    QKeychain::DeletePasswordJob job(service);
+    job.setKey(key);
+    return run(job);
+}
+
+// \a value in the kit's archive format 1, as release 1.0 stored it: "TVRA", the format
+// number, then the value, in Qt 6.0's QDataStream encoding.
+inline QByteArray archived(const QVariant &value)
+{
+    QByteArray data;
+    QDataStream out(&data, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_6_0);
+    out << quint32(0x54565241) << quint16(1) << value;
+    return data;
+}
+
+} // namespace HostKeychain
+
+#endif
