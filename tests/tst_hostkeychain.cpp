@@ -107,7 +107,7 @@ void tst_HostKeychain::hostJobUnderWayDuringKitCall()
 
     const QString service = u"tovra.test.pending"_s;
     const QString key = u"token"_s;
-    QCOMPARE(HostKeychain::writeText(service, key, u"before"_s), QKeychain::NoError);
+    QCOMPARE(HostKeychain::write(service, key, "before"), QKeychain::NoError);
 
     std::unique_ptr<QKeychain::Job> pending;
     if (job == u"write"_s) {
@@ -166,8 +166,8 @@ void tst_HostKeychain::itemsReadAcrossQtKeychain()
     } else {
         // Release 1.0 kept the identifier with QtKeychain: binary data, the key as both
         // service and account.
-        QCOMPARE(HostKeychain::writeBinary(kTVRUserIdentifier, kTVRUserIdentifier, HostKeychain::archived(identifier)),
-                 QKeychain::NoError);
+        const QByteArray archive = HostKeychain::archived(identifier);
+        QCOMPARE(HostKeychain::write(kTVRUserIdentifier, kTVRUserIdentifier, archive, false), QKeychain::NoError);
     }
 
     // The same item either way, down to its attributes.

@@ -159,7 +159,7 @@ int main(int argc, char *argv[])
             return 2;
         }
     } else if (command == QLatin1String("host-and-kit") && args.size() == 3) {
-        const auto host = [&] { HostKeychain::writeText(hostService, hostKey, args[2]); };
+        const auto host = [&] { HostKeychain::write(hostService, hostKey, args[2].toUtf8()); };
         const auto kit = [&] {
             if (args[1] == QLatin1String("set")) {
                 TVRManager::setUserIdentifier(QStringLiteral("user-0"));
@@ -189,7 +189,7 @@ int main(int argc, char *argv[])
         const auto host = [&] {
             for (int i = 0; i < rounds; ++i) {
                 const QString value = QStringLiteral("host-%1").arg(i);
-                HostKeychain::writeText(hostService, hostKey, value);
+                HostKeychain::write(hostService, hostKey, value.toUtf8());
                 hostRight += hostItem() == value;
             }
         };

@@ -30,19 +30,15 @@ inline QKeychain::Error run(QKeychain::Job &job)
     return job.error();
 }
 
-inline QKeychain::Error writeText(const QString &service, const QString &key, const QString &text)
+// Writes \a data as text, or as bytes (which QtKeychain stores base64-encoded).
+inline QKeychain::Error write(const QString &service, const QString &key, const QByteArray &data, bool asText = true)
 {
     QKeychain::WritePasswordJob job(service);
     job.setKey(key);
-    job.setTextData(text);
-    return run(job);
-}
-
-inline QKeychain::Error writeBinary(const QString &service, const QString &key, const QByteArray &data)
-{
-    QKeychain::WritePasswordJob job(service);
-    job.setKey(key);
-    job.setBinaryData(data);
+    if (asText)
+        job.setTextData(QString::fromUtf8(data));
+    else
+        job.setBinaryData(data);
     return run(job);
 }
 
