@@ -294,6 +294,7 @@ void tst_TVRDocumentManager::noCacheAndNoNetwork()
 void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
 {
     QTest::addColumn<QJsonObject>("reply");
+    QTest::addColumn<QByteArray>("lead"); // bytes the server sends before the JSON
 
     QJsonObject numberTitle = sampleDocument(u"x"_s);
     numberTitle.insert(u"title"_s, 42);
@@ -320,20 +321,22 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
         many.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, paragraph}});
     large.insert(u"sections"_s, many);
 
-    QTest::newRow("title a number") << numberTitle;
-    QTest::newRow("sections an object") << objectSections;
-    QTest::newRow("section elements of every kind") << odd;
-    QTest::newRow("updatedAt a number") << numberDate;
-    QTest::newRow("updatedAt JSON null") << nullDate;
-    QTest::newRow("every JSON type") << typed;
-    QTest::newRow("4.8 MB document, under the limit") << large;
+    QTest::newRow("title a number") << numberTitle << QByteArray();
+    QTest::newRow("sections an object") << objectSections << QByteArray();
+    QTest::newRow("section elements of every kind") << odd << QByteArray();
+    QTest::newRow("updatedAt a number") << numberDate << QByteArray();
+    QTest::newRow("updatedAt JSON null") << nullDate << QByteArray();
+    QTest::newRow("every JSON type") << typed << QByteArray();
+    QTest::newRow("4.8 MB document, under the limit") << large << QByteArray();
+    QTest::newRow("byte order mark and blanks") << typed << QByteArray("\xef\xbb\xbf \r\n");
 }
 
 void tst_TVRDocumentManager::wrongTypesNeverCrash()
 {
     QFETCH(QJsonObject, reply);
+    QFETCH(QByteArray, lead);
 
-    m_server.reply(TestReply::json(200, compact(reply)));
+    m_server.reply(TestReply::json(200, lead + compact(reply)));
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
     QCOMPARE(delegate.calls, QStringList{u"finished"_s});

@@ -47,11 +47,11 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
     const QPointer<TVRDocumentManager> guard(manager);
     manager->requestForPath(
         manager->d->slot(kind).path, QString(), TVRHTTPMethodGET, QJsonValue(QJsonValue::Undefined),
-        [guard, kind, cacheKey](const TVRHTTPResponse &, const QJsonValue &reply) {
+        [guard, kind, cacheKey](const TVRHTTPResponse &response, const QJsonValue &reply) {
             // The copy is in its file before anyone hears of the reply, and is kept even if
             // the manager went away meanwhile.
             if (!reply.isUndefined())
-                TVRJSONStore::write(cacheKey, reply);
+                TVRJSONStore::write(cacheKey, reply, response.body());
             if (!guard)
                 return;
             guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);

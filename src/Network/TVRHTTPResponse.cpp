@@ -11,6 +11,7 @@ public:
     int statusCode = 0;
     QUrl url;
     QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body;
 };
 
 TVRHTTPResponse::TVRHTTPResponse()
@@ -52,4 +53,14 @@ QByteArray TVRHTTPResponse::header(const QByteArray &name) const
             return header.second;
     }
     return {};
+}
+
+QByteArray TVRHTTPResponse::body() const
+{
+    return d->body;
+}
+
+void TVRHTTPResponse::setBody(const QByteArray &body)
+{
+    d->body = body;
 }

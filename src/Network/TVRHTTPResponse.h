@@ -37,6 +37,14 @@ public:
     QList<QPair<QByteArray, QByteArray>> headers() const;
     //! The value of header \a name, compared without regard to case; empty when absent.
     QByteArray header(const QByteArray &name) const;
+    /*!
+        The body of the answer as it was received, after any content encoding was undone:
+        the bytes that the JSON handed to the success handler was parsed from. Empty for a
+        failure and for an answer without a body.
+    */
+    QByteArray body() const;
+    //! Sets the body; the kit does so for every answer it hands on.
+    void setBody(const QByteArray &body);
 
 private:
     QSharedDataPointer<TVRHTTPResponseData> d;

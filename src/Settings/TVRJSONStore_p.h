@@ -22,8 +22,9 @@ namespace TVRJSONStore {
 // never written here is looked up in the host's default QSettings, where release 1.0 kept
 // it as JSON text.
 QJsonValue read(const QString &key);
-// Keeps \a value under \a key; false when the file could not be written.
-bool write(const QString &key, const QJsonValue &value);
+// Keeps \a value under \a key; false when the file could not be written. \a text, when
+// given, is the JSON text that \a value was parsed from, which is then written as it is.
+bool write(const QString &key, const QJsonValue &value, const QByteArray &text = {});
 // The file that keeps \a key.
 QString fileFor(const QString &key);
 

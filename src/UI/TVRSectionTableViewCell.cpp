@@ -6,8 +6,8 @@
 #include "TVRTextLayout_p.h"
 
 #include <QCache>
-#include <QCryptographicHash>
 #include <QGuiApplication>
+#include <QHashFunctions>
 #include <QHBoxLayout>
 #include <QScreen>
 
@@ -67,12 +67,13 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
         return rowHeightForMeasuredHeight(0, false);
 
     // Laying the text out is the whole cost, and a reload asks for the same texts again:
-    // the height of a text, font and width is kept for the texts measured last, under a
-    // digest of the text rather than a second copy of it.
+    // the height of a text, font and width is kept for the texts measured last, under the
+    // text's length and a 64-bit hash seeded at random for each process rather than a
+    // second copy of it. A SHA-1 digest cost more than the layouts it spared.
     static QCache<QByteArray, qreal> remembered(4096);
-    QCryptographicHash digest(QCryptographicHash::Sha1);
-    digest.addData(QByteArrayView(reinterpret_cast<const char *>(text.utf16()), text.size() * 2));
-    const QByteArray key = font.key().toUtf8() + '\n' + QByteArray::number(width) + '\n' + digest.result();
+    const size_t textHash = qHash(QStringView(text), QHashSeed::globalSeed());
+    const QByteArray key = font.key().toUtf8() + '\n' + QByteArray::number(width) + '\n'
+        + QByteArray::number(text.size()) + '\n' + QByteArray::number(quint64(textHash));
     if (const qreal *height = remembered.object(key))
         return *height;
 
