@@ -306,6 +306,7 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
     QCOMPARE(outcome->json.isUndefined(), json.isUndefined());
     QCOMPARE(outcome->response.statusCode(), reply.status);
     QCOMPARE(outcome->response.header("content-type"), QByteArray("application/json"));
+    QCOMPARE(outcome->response.body(), reply.body);
     QVERIFY(!outcome->calledTooEarly);
     QVERIFY(!outcome->calledOffThread);
 }
