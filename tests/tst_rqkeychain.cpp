@@ -168,6 +168,8 @@ void tst_RQKeychain::lockedKeyring()
     KeychainProbe::SecretServiceCalls watch;
     QVERIFY(watch.start());
     QVERIFY(KeychainProbe::setKeyringLocked(true));
+    // Unlocked again whatever happens, so that a failure here fails no later test.
+    const auto unlock = qScopeGuard([] { KeychainProbe::setKeyringLocked(false); });
 
     // Unlocking would take the user's answer at a prompt, which a synchronous call cannot
     // wait for: each call fails instead, and none asks the user. Each in a launch of its

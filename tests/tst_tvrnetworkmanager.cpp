@@ -44,6 +44,7 @@ private Q_SLOTS:
     void nullHandlersAreSkipped();
     void redirectElsewhereIsRefused_data();
     void redirectElsewhereIsRefused();
+    void redirectWithinServiceIsFollowed_data();
     void redirectWithinServiceIsFollowed();
     void headAnswerHasNoBody();
     void unknownMethodIsNotSent_data();
@@ -440,23 +441,51 @@ void tst_TVRNetworkManager::redirectElsewhereIsRefused()
     QVERIFY(m_elsewhere.requests().isEmpty());
 }
 
+void tst_TVRNetworkManager::redirectWithinServiceIsFollowed_data()
+{
+    QTest::addColumn<int>("method");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("methodThere"); // the method that reaches the new place
+
+    QTest::newRow("GET, 301") << int(TVRHTTPMethodGET) << 301 << QByteArray("GET");
+    // A HEAD answer announces a body that never comes: the redirect is followed all the same.
+    QTest::newRow("HEAD, 301") << int(TVRHTTPMethodHEAD) << 301 << QByteArray("HEAD");
+    QTest::newRow("HEAD, 303 stays HEAD") << int(TVRHTTPMethodHEAD) << 303 << QByteArray("HEAD");
+    QTest::newRow("POST, 302 goes on as GET") << int(TVRHTTPMethodPOST) << 302 << QByteArray("GET");
+    QTest::newRow("PUT, 303 goes on as GET") << int(TVRHTTPMethodPUT) << 303 << QByteArray("GET");
+    QTest::newRow("POST, 307 keeps its body") << int(TVRHTTPMethodPOST) << 307 << QByteArray("POST");
+}
+
 void tst_TVRNetworkManager::redirectWithinServiceIsFollowed()
 {
-    m_server.setHandler([](const TestRequest &request) {
-        if (request.path == u"/moved"_s)
-            return TestReply::json(200, R"({"moved":true})");
-        TestReply redirect;
-        redirect.status = 301;
-        redirect.headers = {{"Location", "/moved"}};
-        return redirect;
+    QFETCH(int, method);
+    QFETCH(int, status);
+    QFETCH(QByteArray, methodThere);
+
+    m_server.setHandler([status](const TestRequest &request) {
+        TestReply reply = TestReply::json(200, R"({"moved":true})");
+        if (request.path != u"/moved"_s) {
+            reply.status = status;
+            reply.headers = {{"Location", "/moved"}};
+        }
+        if (request.method == "HEAD") {
+            reply.headers.append(qMakePair(QByteArray("Content-Length"), QByteArray("120")));
+            reply.body.clear();
+        }
+        return reply;
     });
 
-    const auto outcome = sendRequest(m_manager, u"/api/privacy-policy"_s, QString(), TVRHTTPMethodGET);
+    const auto outcome =
+        sendRequest(m_manager, u"/api/privacy-policy"_s, QString(), TVRHTTPMethod(method), QJsonObject{{u"a"_s, 1}});
     QVERIFY(settle(outcome));
     QCOMPARE(outcome->successes, 1);
-    QCOMPARE(outcome->json, QJsonValue(QJsonObject{{u"moved"_s, true}}));
-    QCOMPARE(m_server.requests().constLast().path, u"/moved"_s);
-    QCOMPARE(m_server.requests().constLast().header("Authorization"), QByteArray("Basic YTpi"));
+    const TestRequest &there = m_server.requests().constLast();
+    QCOMPARE(there.path, u"/moved"_s);
+    QCOMPARE(there.method, methodThere);
+    QCOMPARE(there.body, methodThere == "GET" ? QByteArray() : QByteArray(R"({"a":1})"));
+    QCOMPARE(there.header("Authorization"), QByteArray("Basic YTpi"));
+    if (methodThere != "HEAD")
+        QCOMPARE(outcome->json, QJsonValue(QJsonObject{{u"moved"_s, true}}));
 }
 
 void tst_TVRNetworkManager::headAnswerHasNoBody()

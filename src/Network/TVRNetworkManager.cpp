@@ -25,6 +25,9 @@ constexpr int defaultTransferTimeoutMs = 60 * 1000;
 // Redirects followed for one request, as many as Qt follows by default.
 constexpr int maximumRedirects = 50;
 
+// The most of a body that may wait in a reply before the kit takes it out.
+constexpr qint64 readAhead = 512 * 1024;
+
 QByteArray bodyFor(const QJsonValue &parameters)
 {
     if (parameters.isObject())
@@ -76,6 +79,7 @@ struct PendingRequest
     bool completed = false;
     int redirectsLeft = maximumRedirects;
     const QNetworkReply *current = nullptr; // the reply that owes the answer
+    QByteArray received; // the body that reply has brought so far
 
     void succeed(const TVRHTTPResponse &response, const QJsonValue &json)
     {
@@ -108,6 +112,15 @@ bool isRedirect(int status)
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
+// Ends \a reply before its transfer is over: it owes the caller nothing any more, so its
+// abort goes unheard. Done before the handler runs, which may delete the session and the
+// reply with it.
+void release(QNetworkReply *reply, PendingRequest &pending)
+{
+    pending.current = nullptr;
+    reply->abort();
+}
+
 // Refuses a reply larger than the limit: the handler hears of it at once and the transfer
 // stops, so that no more than about the limit is ever held.
 void refuseTooLarge(QNetworkReply *reply, PendingRequest &pending, qint64 size, bool announced, qint64 limit)
@@ -115,8 +128,42 @@ void refuseTooLarge(QNetworkReply *reply, PendingRequest &pending, qint64 size, 
     const QString message = announced
         ? QStringLiteral("The reply of %1 bytes is larger than the limit of %2 bytes").arg(size).arg(limit)
         : QStringLiteral("The reply passed %1 bytes, more than the limit of %2 bytes").arg(size).arg(limit);
-    pending.fail(TVRHTTPResponse(reply), TVRError(TVRError::kitDomain(), QNetworkReply::UnknownContentError, message));
-    reply->abort();
+    const TVRHTTPResponse response(reply);
+    release(reply, pending);
+    pending.fail(response, TVRError(TVRError::kitDomain(), QNetworkReply::UnknownContentError, message));
+}
+
+void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> &pending, const QUrl &url,
+          const QByteArray &verb, const QByteArray &body);
+
+// Follows the redirect that \a response of a request for \a url names, to \a target, if it
+// stays within the service's origin; else the request fails.
+void redirect(const QPointer<QNetworkAccessManager> &session, const std::shared_ptr<PendingRequest> &pending,
+              const TVRHTTPResponse &response, const QUrl &target, const QUrl &url, const QByteArray &verb,
+              const QByteArray &body)
+{
+    // Relative to the kit's own address, not to the one a session may route it to.
+    const QUrl next = url.resolved(target);
+    if (!sameOrigin(next, url)) {
+        pending->fail(response,
+                      TVRError(TVRError::networkDomain(), QNetworkReply::InsecureRedirectError,
+                               QStringLiteral("Refused the redirect from %1 to %2, which leaves the service")
+                                   .arg(url.toString(), next.toString())));
+        return;
+    }
+    if (--pending->redirectsLeft < 0 || !session) {
+        pending->fail(response,
+                      TVRError(TVRError::networkDomain(), QNetworkReply::TooManyRedirectsError,
+                               QStringLiteral("Too many redirects from %1").arg(url.toString())));
+        return;
+    }
+    // As browsers and Qt go on: a 303 asks for its target with GET (a HEAD stays a HEAD),
+    // and a POST that was moved (301, 302) goes on as a GET.
+    const int status = response.statusCode();
+    if ((status == 303 && verb != "HEAD") || ((status == 301 || status == 302) && verb == "POST"))
+        send(session, pending, next, "GET", {});
+    else
+        send(session, pending, next, verb, body);
 }
 
 // Sends one request of \a pending to \a url; a redirect within the service's origin sends
@@ -131,6 +178,7 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
     const bool isHead = verb == "HEAD";
     QNetworkReply *reply = isGet ? carrier->get(request) : carrier->sendCustomRequest(request, verb, body);
     pending->current = reply;
+    pending->received.clear();
 
     // Qt ends a transfer that stays silent for the session's time-out by aborting it, which
     // it reports as a cancellation. Its timer restarts on the same progress as this one,
@@ -149,14 +197,21 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
 
     const qint64 limit = TVRSettings::current().maximumReplySize;
     if (!isHead) {
+        // The body is taken out of the reply as it comes, and Qt stops reading from the
+        // connection while this much waits in the reply: a thread that is busy elsewhere
+        // lets no more than that pile up beyond the limit.
+        reply->setReadBufferSize(readAhead);
         QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending, limit] {
             const qint64 announced = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-            if (!pending->completed && announced > limit)
+            if (pending->current == reply && announced > limit)
                 refuseTooLarge(reply, *pending, announced, true, limit);
         });
         QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, pending, limit] {
-            if (!pending->completed && reply->bytesAvailable() > limit)
-                refuseTooLarge(reply, *pending, reply->bytesAvailable(), false, limit);
+            if (pending->current != reply)
+                return;
+            pending->received += reply->readAll();
+            if (pending->received.size() > limit)
+                refuseTooLarge(reply, *pending, pending->received.size(), false, limit);
         });
     }
 
@@ -164,33 +219,17 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
     QObject::connect(
         reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout, url, verb, body, session] {
             reply->deleteLater();
-            if (pending->completed)
+            if (pending->completed || pending->current != reply)
                 return;
             const TVRHTTPResponse response(reply);
             const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
             if (isRedirect(response.statusCode()) && !target.isEmpty() && reply->error() == QNetworkReply::NoError) {
-                // Relative to the kit's own address, not to the one a session may route it to.
-                const QUrl next = url.resolved(target);
-                if (!sameOrigin(next, url)) {
-                    pending->fail(response,
-                                  TVRError(TVRError::networkDomain(), QNetworkReply::InsecureRedirectError,
-                                           QStringLiteral("Refused the redirect from %1 to %2, which leaves "
-                                                          "the service")
-                                               .arg(url.toString(), next.toString())));
-                } else if (--pending->redirectsLeft < 0 || !session) {
-                    pending->fail(response,
-                                  TVRError(TVRError::networkDomain(), QNetworkReply::TooManyRedirectsError,
-                                           QStringLiteral("Too many redirects from %1").arg(url.toString())));
-                } else if (response.statusCode() == 303) {
-                    send(session, pending, next, "GET", {});
-                } else {
-                    send(session, pending, next, verb, body);
-                }
+                redirect(session, pending, response, target, url, verb, body);
                 return;
             }
             if (isAnswer(reply)) {
                 TVRHTTPResponse answer = response;
-                answer.setBody(reply->readAll());
+                answer.setBody(std::exchange(pending->received, {}) + reply->readAll());
                 pending->succeed(answer, jsonFor(answer.body()));
             } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
                        && silence->atError >= transferTimeout - transferTimeout / 20) {
@@ -206,13 +245,16 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
         // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which
         // would then wait for the body that the answer's Content-Length announces and a
         // HEAD answer never sends. The headers are the whole answer.
-        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending] {
-            if (pending->completed || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
-                || reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid()) {
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending, url, verb, body, session] {
+            if (pending->current != reply || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
                 return;
-            }
-            pending->succeed(TVRHTTPResponse(reply), QJsonValue(QJsonValue::Undefined));
-            reply->abort();
+            const TVRHTTPResponse response(reply);
+            const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+            release(reply, *pending);
+            if (isRedirect(response.statusCode()) && !target.isEmpty())
+                redirect(session, pending, response, target, url, verb, body);
+            else
+                pending->succeed(response, QJsonValue(QJsonValue::Undefined));
         });
     }
     // A reply destroyed unfinished, with its session, still owes the caller an answer.
@@ -299,9 +341,12 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     pending->success = std::move(success);
     pending->failure = std::move(failure);
 
-    // The service's path prefix, if it has one, comes before every path.
+    // The service's path prefix, if it has one, comes before every path, each encoded as
+    // it is: a "%2F" in the prefix stays one.
     QUrl url = baseURLComponents();
-    url.setPath(url.path(QUrl::FullyDecoded) + path, QUrl::DecodedMode);
+    QUrl tail;
+    tail.setPath(path, QUrl::DecodedMode);
+    url.setPath(url.path(QUrl::FullyEncoded) + tail.path(QUrl::FullyEncoded), QUrl::TolerantMode);
     if (!query.isNull())
         url.setQuery(query, QUrl::DecodedMode);
 

@@ -204,8 +204,9 @@ public:
 
     /*
         Opens a session that passes secrets as they are ("plain"). The bytes cross the
-        session bus unencrypted, which is only the user's own processes; the other
-        algorithm of the specification protects against nothing else on the same bus.
+        session bus unencrypted, which carries only the user's own processes: the
+        Diffie-Hellman session that the Secret Service also offers would hide them from
+        none of those.
     */
     qint32 openSession()
     {

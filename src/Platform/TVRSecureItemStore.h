@@ -55,11 +55,12 @@ enum Status : qint32 {
     The kit talks to the store returned by defaultStore(). On Linux that store speaks to the
     Secret Service over D-Bus itself, on the caller's thread and over a connection of its
     own; a host may keep items of its own with QtKeychain or libsecret, on any thread, at
-    any time. Its items are those QtKeychain writes, so each reads what the other wrote. On
-    Apple platforms, Android and Windows it goes through QtKeychain (Keychain, Keystore,
-    Credential Store) on a thread of the kit's own; QtKeychain's one job queue of a process
-    cannot be shared between threads, so a host there keeps its own secrets through this
-    store rather than through QtKeychain. Either way, calls block the caller for 5 s at
+    any time. Its items are those QtKeychain writes to the Secret Service, so each reads
+    what the other wrote (on a KDE Plasma desktop QtKeychain keeps its items in KWallet,
+    which this store does not read). On Apple platforms, Android and Windows it goes
+    through QtKeychain (Keychain, Keystore, Credential Store) on a thread of the kit's own;
+    QtKeychain's one job queue of a process cannot be shared between threads, so a host
+    there keeps its own secrets through this store rather than through QtKeychain. Either way, calls block the caller for 5 s at
     most and run none of the caller's events while they wait; after a failure other than a
     missing item, the calls of the next 30 s fail at once. A host may also put its own store
     in place, for example one that injects failures in its tests.

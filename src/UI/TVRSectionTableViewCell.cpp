@@ -68,8 +68,9 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
 
     // Laying the text out is the whole cost, and a reload asks for the same texts again:
     // the height of a text, font and width is kept for the texts measured last, under the
-    // text's length and a 64-bit hash seeded at random for each process rather than a
-    // second copy of it. A SHA-1 digest cost more than the layouts it spared.
+    // text's length and a hash of it (64 bits where size_t has them) seeded at random for
+    // each process, rather than a second copy of it. A SHA-1 digest cost more than the
+    // layouts it spared.
     static QCache<QByteArray, qreal> remembered(4096);
     const size_t textHash = qHash(QStringView(text), QHashSeed::globalSeed());
     const QByteArray key = font.key().toUtf8() + '\n' + QByteArray::number(width) + '\n'
