@@ -26,7 +26,7 @@ constexpr int defaultTransferTimeoutMs = 60 * 1000;
 constexpr int maximumRedirects = 50;
 
 // The most of a body that may wait in a reply before the kit takes it out.
-constexpr qint64 readAhead = 512 * 1024;
+constexpr qint64 readAhead = qint64(512) * 1024;
 
 QByteArray bodyFor(const QJsonValue &parameters)
 {

@@ -28,7 +28,7 @@ struct TVRSettings
     QUrl serviceURL = defaultServiceURL(); // scheme, host, port and path prefix of every request
     qint64 maximumReplySize = defaultMaximumReplySize; // bytes of a reply body, at most
 
-    static constexpr qint64 defaultMaximumReplySize = 5 * 1024 * 1024;
+    static constexpr qint64 defaultMaximumReplySize = qint64(5) * 1024 * 1024;
     static QUrl defaultServiceURL();
 
     static TVRSettings &current();
