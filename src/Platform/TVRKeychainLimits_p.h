@@ -46,6 +46,21 @@ inline QVariantMap attributesOf(const QVariantMap &query)
     };
 }
 
+// What a copy-matching call of \a query that found \a data hands back in \a result: the
+// item's attributes, its bytes, or both, as the query asks.
+inline void copyResult(const QVariantMap &query, const QByteArray &data, QVariant *result)
+{
+    const bool wantsData = query.value(TVRSecItem::kSecReturnData).toBool();
+    if (query.value(TVRSecItem::kSecReturnAttributes).toBool()) {
+        QVariantMap attributes = attributesOf(query);
+        if (wantsData)
+            attributes.insert(TVRSecItem::kSecValueData, data);
+        *result = attributes;
+    } else if (wantsData) {
+        *result = data;
+    }
+}
+
 // Remembers a recent failure, for every thread of the process.
 class Unavailability
 {

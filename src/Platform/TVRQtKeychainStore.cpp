@@ -176,18 +176,8 @@ qint32 TVRQtKeychainStore::copyMatching(const QVariantMap &query, QVariant *resu
 {
     QByteArray data;
     const qint32 status = runFor(query, jobFor<QKeychain::ReadPasswordJob>(query), &data);
-    if (status != errSecSuccess || !result)
-        return status;
-
-    const bool wantsData = query.value(kSecReturnData).toBool();
-    if (query.value(kSecReturnAttributes).toBool()) {
-        QVariantMap attributes = attributesOf(query);
-        if (wantsData)
-            attributes.insert(kSecValueData, data);
-        *result = attributes;
-    } else if (wantsData) {
-        *result = data;
-    }
+    if (status == errSecSuccess && result)
+        copyResult(query, data, result);
     return status;
 }
 

@@ -366,17 +366,8 @@ qint32 TVRSecretServiceStore::copyMatching(const QVariantMap &query, QVariant *r
     const qint32 status = runFor(query, [&](Exchange &exchange) {
         return wantsData ? readSecret(exchange, query, &data) : findItem(exchange, query);
     });
-    if (status != errSecSuccess || !result)
-        return status;
-
-    if (query.value(kSecReturnAttributes).toBool()) {
-        QVariantMap attributes = attributesOf(query);
-        if (wantsData)
-            attributes.insert(kSecValueData, data);
-        *result = attributes;
-    } else if (wantsData) {
-        *result = data;
-    }
+    if (status == errSecSuccess && result)
+        copyResult(query, data, result);
     return status;
 }
 
