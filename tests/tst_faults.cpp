@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Faults injected for real: a thousand fetches, a keychain with no Secret Service or a hung
 // one, and a process killed while it writes the cached copy. (A body cut short, a failed
-// TLS handshake and a 10 MB body are in tst_tvrdocumentmanager; a server that never
+// TLS handshake and a body over the size limit are in tst_tvrdocumentmanager; a server that never
 // answers, in tst_documentscreens.)
 
 #include "HelperProcess.h"
