@@ -12,6 +12,8 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace {
 
 // A file holds a one-element array, so that a value of any JSON type is a JSON document.
@@ -61,10 +63,13 @@ bool TVRJSONStore::write(const QString &key, const QJsonValue &value, const QByt
     if (!file.open(QIODevice::WriteOnly))
         return false;
     // Writing the text the value came from spares serialising it again, a third of the
-    // cost of a large document. Only an object's or an array's text is taken as it is.
-    const QByteArray opening = text.trimmed().left(1);
-    const bool asReceived = (value.isObject() && opening == "{") || (value.isArray() && opening == "[");
-    const QByteArray json =
-        asReceived ? '[' + text + ']' : QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    // cost of a large document. Only an object's or an array's text is taken as it is, and
+    // it is written in place, not copied.
+    const auto start = std::find_if(text.cbegin(), text.cend(), [](char c) { return !QChar::isSpace(uchar(c)); });
+    const char opening = start == text.cend() ? '\0' : *start;
+    if ((value.isObject() && opening == '{') || (value.isArray() && opening == '[')) {
+        return file.write("[", 1) == 1 && file.write(text) == text.size() && file.write("]", 1) == 1 && file.commit();
+    }
+    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return file.write(json) == json.size() && file.commit();
 }
