@@ -102,9 +102,8 @@ struct PendingRequest
 
 bool sameOrigin(const QUrl &a, const QUrl &b)
 {
-    return a.scheme() == b.scheme() && a.host() == b.host()
-        && a.port(a.scheme() == QLatin1String("https") ? 443 : 80)
-        == b.port(b.scheme() == QLatin1String("https") ? 443 : 80);
+    const auto port = [](const QUrl &url) { return url.port(url.scheme() == QLatin1String("https") ? 443 : 80); };
+    return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
 bool isRedirect(int status)
