@@ -20,8 +20,10 @@
 #include <QLabel>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
+#include <QTextLayout>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
@@ -231,6 +233,9 @@ private Q_SLOTS:
     void rowsAreAsTallAsTheirText_data();
     void rowsAreAsTallAsTheirText();
     void newWidthMeasuresAgain();
+    void longBodyPaintsAsItsTextView_data();
+    void longBodyPaintsAsItsTextView();
+    void clickOnALongBodyEditsItThere();
     void appearanceReachesThePixels_data();
     void appearanceReachesThePixels();
     void arabicIsShaped();
@@ -475,6 +480,107 @@ void tst_Rendering::appearanceReachesThePixels()
         QVERIFY2(std::abs(ratio - expectedRatio) < 0.2 * expectedRatio,
                  qPrintable(u"capitals %1 px against %2 px by default"_s.arg(capitals).arg(defaultCapitals)));
     }
+}
+
+namespace {
+
+// A document whose first body is \a length characters of \a name's sentences.
+std::shared_ptr<TVRDocument> longBody(const QString &name, qsizetype length)
+{
+    QString body;
+    while (body.size() < length)
+        body += script(name).sentence;
+    return std::make_shared<TVRDocument>(
+        QJsonObject{{u"sections"_s,
+                     QJsonArray{QJsonObject{{u"title"_s, script(name).heading}, {u"body"_s, body.left(length)}},
+                                QJsonObject{{u"body"_s, script(name).sentence}}}}});
+}
+
+// \a text as a text view of \a width lays it out in the body font.
+std::unique_ptr<QTextDocument> laidOutBody(const QString &text, int width)
+{
+    auto document = std::make_unique<QTextDocument>();
+    document->setDefaultFont(TVRDesignClass::sectionBodyFont());
+    document->setDocumentMargin(0);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    document->setDefaultTextOption(option);
+    document->setPlainText(text);
+    document->setTextWidth(width);
+    document->size(); // lays it out
+    return document;
+}
+
+} // namespace
+
+void tst_Rendering::longBodyPaintsAsItsTextView_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QSize>("window");
+    QTest::newRow("Latin, 390x844") << u"Latin"_s << QSize(390, 844);
+    QTest::newRow("Arabic, 390x844") << u"Arabic"_s << QSize(390, 844);
+    QTest::newRow("CJK, 1280x800") << u"CJK"_s << QSize(1280, 800);
+}
+
+void tst_Rendering::longBodyPaintsAsItsTextView()
+{
+    QFETCH(QString, script);
+    QFETCH(QSize, window);
+
+    const std::shared_ptr<TVRDocument> terms = longBody(script, 40000);
+    TVRDocumentManager::sharedInstance()->setTermsOfService(terms);
+    TVRTermsOfServiceViewController *screen = showTerms(window);
+    QVERIFY(screen);
+    TVRTableView *table = screen->tableView();
+    auto *cell = qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(cell);
+    QVERIFY(cell->findChildren<QTextEdit *>().isEmpty());
+
+    // Once laid out whole, the row is as tall as a text view lays the body out.
+    const auto reference = laidOutBody(terms->sections().first()->body(), table->viewport()->width() - 24);
+    QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
+
+    // The painted lines, at the top and at the end, are the text view's pixels.
+    const auto viewport = [&] {
+        const QImage image = render(m_window.get());
+        return image.copy(devicePixels(image, inWindow(table->viewport())));
+    };
+    const QImage paintedTop = viewport();
+    QTest::keyClick(table, Qt::Key_End);
+    const QImage paintedEnd = viewport();
+    QVERIFY(saveScreenshot(m_window.get(), u"long-body-end-"_s + script));
+    QVERIFY(cell->bodyTextView());
+    QCOMPARE(viewport(), paintedEnd);
+    QTest::keyClick(table, Qt::Key_Home);
+    QCOMPARE(viewport(), paintedTop);
+}
+
+void tst_Rendering::clickOnALongBodyEditsItThere()
+{
+    const std::shared_ptr<TVRDocument> terms = longBody(u"Latin"_s, 40000);
+    TVRDocumentManager::sharedInstance()->setTermsOfService(terms);
+    TVRTermsOfServiceViewController *screen = showTerms({390, 844});
+    QVERIFY(screen);
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    auto *cell = qobject_cast<TVRSectionBodyTableViewCell *>(screen->tableView()->cellForRowAtIndexPath({0, 1}));
+    QVERIFY(cell);
+
+    // A click at the start of the body's third line puts the cursor there, and what is
+    // typed goes in there.
+    const auto reference =
+        laidOutBody(terms->sections().first()->body(), screen->tableView()->viewport()->width() - 24);
+    const QTextLine third = reference->firstBlock().layout()->lineAt(2);
+    const QPoint at(12 + 1, int(third.y() + third.height() / 2));
+    QWidget *painted = cell->childAt(at);
+    QVERIFY(painted);
+    QTest::mouseClick(painted, Qt::LeftButton, {}, painted->mapFrom(cell, at));
+    auto *textView = qobject_cast<QTextEdit *>(QApplication::focusWidget());
+    QVERIFY(textView);
+    QCOMPARE(textView, cell->bodyTextView());
+    QCOMPARE(textView->textCursor().position(), third.textStart());
+    QTest::keyClicks(textView, u"ok "_s);
+    QCOMPARE(textView->toPlainText().mid(third.textStart(), 4),
+             u"ok "_s + terms->sections().first()->body().at(third.textStart()));
 }
 
 void tst_Rendering::arabicIsShaped()

@@ -9,6 +9,7 @@
 #include "TVRTableViewCell.h"
 #include "TVRTableViewDataSource.h"
 #include "TVRTableViewDelegate.h"
+#include "TVRTextLayout_p.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -76,6 +77,8 @@ public:
     void measureAroundView();
     // Measures estimated rows for a slice of time, then lets the event loop go on.
     void measureSome();
+    // Takes every height as an estimate again, to be asked anew from the event loop.
+    void remeasure();
     // After heights changed: places the rows, keeps \a kept where it was on screen, lays
     // the cells out and goes on measuring from the event loop while rows are estimated.
     void rowsChanged(const Anchor &kept);
@@ -188,9 +191,24 @@ void TVRTableViewPrivate::measureSome()
     QElapsedTimer slice;
     slice.start();
     const Anchor kept = anchor();
+    // A view scrolled to the end stays there, as rows above it change.
+    QScrollBar *bar = q->verticalScrollBar();
+    const bool atEnd = bar->maximum() > 0 && bar->value() == bar->maximum();
     while (firstEstimated < rows.size() && slice.nsecsElapsed() < measuringSliceNs)
         measure(firstEstimated);
     rowsChanged(kept);
+    if (atEnd)
+        bar->setValue(bar->maximum());
+}
+
+void TVRTableViewPrivate::remeasure()
+{
+    if (!loaded || !delegate || rows.isEmpty())
+        return;
+    for (Row &row : rows)
+        row.exact = false;
+    firstEstimated = 0;
+    measuring->start();
 }
 
 void TVRTableViewPrivate::rowsChanged(const Anchor &kept)
@@ -350,6 +368,9 @@ TVRTableView::TVRTableView(Style style, QWidget *parent)
     d->measuring->setSingleShot(true);
     d->measuring->setInterval(0);
     connect(d->measuring, &QTimer::timeout, this, [this] { d->measureSome(); });
+    // A row with a long text has an estimated height until the text is laid out whole.
+    connect(TVRTextLayout::LongTextProgress::instance(), &TVRTextLayout::LongTextProgress::completed, this,
+            [this] { d->remeasure(); });
     connect(d->indicator, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, d->indicator, &QScrollBar::setValue);
     // Kinetic scrolling for fingers, where there are touch screens. (Qt keeps a little

@@ -8,16 +8,31 @@
 #include "TVRSubview_p.h"
 #include "TVRTextLayout_p.h"
 
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPaintEvent>
 #include <QPointer>
 #include <QTextEdit>
 
 #include <optional>
+
+namespace {
+
+class LongBodyView;
+
+} // namespace
 
 class TVRSectionBodyTableViewCellPrivate
 {
 public:
     QPointer<QTextEdit> bodyTextView;
     std::optional<QString> shownText; // the text last set in bodyTextView, if any
+    // Shows a long body until the text view is made: a text view lays its text out whole
+    // before it shows any of it.
+    QPointer<LongBodyView> longBodyView;
+    // The body's font and colour when the cell was made, whenever its views are made.
+    const QFont font = TVRDesignClass::sectionBodyFont();
+    const QColor color = TVRDesignClass::sectionBodyColor();
 };
 
 namespace {
@@ -39,13 +54,71 @@ protected:
     void showEvent(QShowEvent *) override { }
 };
 
+/*
+    Paints a long body where the text view would, as the text view paints it, from lines laid
+    out a slice at a time. A click makes the text view, which then takes its place.
+*/
+class LongBodyView : public QWidget
+{
+public:
+    LongBodyView(TVRSectionBodyTableViewCell *cell, const QFont &font, const QColor &color)
+        : cell(cell)
+    {
+        setFont(font);
+        TVRPalette::setTextColor(this, color);
+        TVRPalette::setBackground(this, Qt::white);
+        setCursor(Qt::IBeamCursor);
+        connect(TVRTextLayout::LongTextProgress::instance(), &TVRTextLayout::LongTextProgress::advanced, this, [this] {
+            if (waiting)
+                update();
+        });
+    }
+
+    void setText(const QString &body)
+    {
+        text = body;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        // The text view's text sits 4 px in from either side.
+        const std::shared_ptr<TVRTextLayout::LongText> lines =
+            TVRTextLayout::longText(text, font(), width() - 2 * textInset);
+        const QRectF clip = QRectF(event->rect()).translated(-textInset, 0);
+        // The lines shown are laid out first; those further down follow from the event loop.
+        lines->layOut(lineSliceNs, clip.bottom());
+        QPainter painter(this);
+        // Clipped to the text, as the text view's viewport clips it.
+        painter.setClipRect(QRect(textInset, 0, width() - 2 * textInset, height()));
+        painter.setPen(palette().color(QPalette::Text));
+        lines->draw(&painter, QPointF(textInset, 0), clip);
+        waiting = !lines->isComplete() && lines->laidOutHeight() < clip.bottom();
+    }
+
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        const QPoint at = mapTo(cell, event->position().toPoint());
+        QTextEdit *textView = cell->bodyTextView();
+        textView->setFocus(Qt::MouseFocusReason);
+        textView->setTextCursor(textView->cursorForPosition(textView->viewport()->mapFrom(cell, at)));
+    }
+
+private:
+    static constexpr int textInset = 4;
+    static constexpr qint64 lineSliceNs = 30'000'000;
+    TVRSectionBodyTableViewCell *const cell;
+    QString text;
+    bool waiting = false; // painted before the lines it shows were laid out
+};
+
 } // namespace
 
 TVRSectionBodyTableViewCell::TVRSectionBodyTableViewCell()
     : TVRSectionTableViewCell(cellIdentifier())
     , d(std::make_unique<TVRSectionBodyTableViewCellPrivate>())
 {
-    placeInContentView(bodyTextView());
 }
 
 TVRSectionBodyTableViewCell::~TVRSectionBodyTableViewCell() = default;
@@ -54,6 +127,15 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
 {
     TVRSectionTableViewCell::setSection(std::move(section));
     const QString body = this->section() ? this->section()->body() : QString();
+    setAccessibleName(body);
+    if (!d->bodyTextView && body.size() >= TVRTextLayout::longTextLength) {
+        if (!d->longBodyView) {
+            d->longBodyView = new LongBodyView(this, d->font, d->color);
+            placeInContentView(d->longBodyView);
+        }
+        d->longBodyView->setText(body);
+        return;
+    }
     // Setting a text lays it out again, whole: a refresh that brings the text the view
     // already shows, unedited, leaves the view as it is.
     QTextEdit *textView = bodyTextView();
@@ -61,14 +143,13 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
         textView->setPlainText(body);
         d->shownText = body;
     }
-    setAccessibleName(body);
 }
 
 QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
 {
     if (!d->bodyTextView) {
         auto *textView = new PaddedTextEdit;
-        textView->setFont(TVRDesignClass::sectionBodyFont());
+        textView->setFont(d->font);
         // A text view that does not scroll: no scroll bars, and no frame or margin, so that
         // the text wraps as it was measured and fills exactly the height of its row.
         textView->setFrameShape(QFrame::NoFrame);
@@ -76,20 +157,33 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
         textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         textView->document()->setDocumentMargin(0);
         textView->document()->setDefaultTextOption(TVRTextLayout::wrappingOption());
-        TVRPalette::setTextColor(textView, TVRDesignClass::sectionBodyColor());
+        TVRPalette::setTextColor(textView, d->color);
         TVRPalette::setBackground(textView, Qt::white);
         // The text stays editable with a click, but keyboard focus moves through the
         // screen's controls and its table, not into every body: Tab leaves a body it is in.
         textView->setFocusPolicy(Qt::ClickFocus);
         textView->setTabChangesFocus(true);
-        d->bodyTextView = textView;
+        setBodyTextView(textView);
     }
     return d->bodyTextView;
 }
 
 void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
 {
-    TVRSubview::replace(d->bodyTextView, textView);
+    if (d->bodyTextView) {
+        TVRSubview::replace(d->bodyTextView, textView);
+    } else if (textView) {
+        placeInContentView(textView);
+        // The text view takes the place of a long body's painted lines, which may be
+        // handling the click that asked for it.
+        if (d->longBodyView) {
+            const bool shown = !d->longBodyView->isHidden();
+            d->longBodyView->hide();
+            d->longBodyView->deleteLater();
+            // Shown, it is laid out at once in the place the painted lines leave.
+            textView->setVisible(shown);
+        }
+    }
     d->bodyTextView = textView;
     d->shownText.reset();
     if (textView)
@@ -103,12 +197,16 @@ QString TVRSectionBodyTableViewCell::cellIdentifier()
 
 qreal TVRSectionBodyTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section)
 {
-    return heightForText(section ? section->body() : QString(), TVRDesignClass::sectionBodyFont(),
-                         measuringWidth(margin));
+    return cellHeightForSection(section, measuringWidth(0));
 }
 
 qreal TVRSectionBodyTableViewCell::cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth)
 {
-    return heightForText(section ? section->body() : QString(), TVRDesignClass::sectionBodyFont(),
-                         float(rowWidth - margin));
+    const QString body = section ? section->body() : QString();
+    const QFont font = TVRDesignClass::sectionBodyFont();
+    const float width = float(rowWidth - margin);
+    if (body.size() < TVRTextLayout::longTextLength)
+        return heightForText(body, font, width);
+    // Estimated until laid out whole; the table then asks again.
+    return rowHeightForMeasuredHeight(TVRTextLayout::longText(body, font, qreal(width))->height(), true);
 }

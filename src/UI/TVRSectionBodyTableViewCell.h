@@ -17,6 +17,12 @@ class TVRSectionBodyTableViewCellPrivate;
     \brief The row with a section's body: a text view that does not scroll, 8 px in from
     either side and as tall as the row. A QTextEdit with its defaults, it stays editable
     and selectable; the text is laid out with no margin, so it fits the measured height.
+
+    A text view lays its whole text out before it shows any of it, which takes a long body
+    far longer than a frame. A body of 32,768 characters or more is therefore painted as the
+    text view would paint it, from lines laid out a slice at a time, and its row has an
+    estimated height until they all are. A click on it makes the text view, with the cursor
+    where the click was; so does reading bodyTextView().
 */
 class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
 {
@@ -28,7 +34,8 @@ public:
 
     void setSection(std::shared_ptr<TVRSection> section) override;
 
-    //! Made on first read, with the body font and colour of that moment.
+    //! Made on first read, or when the cell is given a body shorter than a long text, with
+    //! the body font and colour of the moment the cell was made.
     QTextEdit *bodyTextView();
     //! Replaces the body's text view: the new one takes its place, belongs to the cell from now on and
     //! shows the section's body; the one it replaces is deleted.

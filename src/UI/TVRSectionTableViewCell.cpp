@@ -7,7 +7,6 @@
 
 #include <QCache>
 #include <QGuiApplication>
-#include <QHashFunctions>
 #include <QHBoxLayout>
 #include <QScreen>
 
@@ -40,8 +39,11 @@ std::shared_ptr<TVRSection> TVRSectionTableViewCell::section() const
 
 void TVRSectionTableViewCell::placeInContentView(QWidget *subview)
 {
-    auto *layout = new QHBoxLayout(contentView());
-    layout->setContentsMargins(8, 0, 8, 0);
+    auto *layout = qobject_cast<QHBoxLayout *>(contentView()->layout());
+    if (!layout) {
+        layout = new QHBoxLayout(contentView());
+        layout->setContentsMargins(8, 0, 8, 0);
+    }
     layout->addWidget(subview);
 }
 
@@ -72,9 +74,7 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
     // each process, rather than a second copy of it. A SHA-1 digest cost more than the
     // layouts it spared.
     static QCache<QByteArray, qreal> remembered(4096);
-    const size_t textHash = qHash(QStringView(text), QHashSeed::globalSeed());
-    const QByteArray key = font.key().toUtf8() + '\n' + QByteArray::number(width) + '\n'
-        + QByteArray::number(text.size()) + '\n' + QByteArray::number(quint64(textHash));
+    const QByteArray key = TVRTextLayout::layoutKey(text, font, qreal(width));
     if (const qreal *height = remembered.object(key))
         return *height;
 
