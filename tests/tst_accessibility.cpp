@@ -17,6 +17,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalSpy>
@@ -117,6 +118,7 @@ private Q_SLOTS:
     void tabOrder_data();
     void tabOrder();
     void tabLeavesABodyThatStaysEditable();
+    void aLongBodyIsEditableTextToo();
     void keysScroll_data();
     void keysScroll();
     void escape_data();
@@ -135,7 +137,7 @@ private:
     TestHttpsServer m_server;
     TestSession m_session;
     HostScreen *m_host = nullptr;
-    const QJsonObject m_terms = documentJson(u"Terms"_s, 40);
+    QJsonObject m_terms = documentJson(u"Terms"_s, 40);
     const QJsonObject m_privacy = documentJson(u"Privacy"_s, 8);
 };
 
@@ -348,6 +350,34 @@ void tst_Accessibility::tabLeavesABodyThatStaysEditable()
     pressTab();
     QVERIFY2(focusName() != u"body"_s, "Tab stayed in the body");
     QCOMPARE(body->toPlainText().size(), before.size() + 1); // and typed no tab into it
+}
+
+void tst_Accessibility::aLongBodyIsEditableTextToo()
+{
+    // A body too long for a text view to lay out in a frame is painted, and a screen reader
+    // reads it and moves into it as into any other body.
+    const QString body = u"Every word of this body counts. "_s.repeated(1500);
+    const auto restore = qScopeGuard([this, kept = m_terms] { m_terms = kept; });
+    m_terms = QJsonObject{{u"sections"_s, QJsonArray{QJsonObject{{u"body"_s, body}}}}};
+    TVRDocumentViewController *screen = show(u"terms, pushed"_s);
+    QTRY_COMPARE(screen->tableView()->numberOfSections(), 1);
+    QTRY_COMPARE(table(screen)->visibleCells().size(), 1);
+    QAccessibleInterface *item = QAccessible::queryAccessibleInterface(table(screen)->visibleCells().first());
+    QVERIFY(item);
+    QCOMPARE(item->text(QAccessible::Name), body);
+    QCOMPARE(item->childCount(), 1);
+    QAccessibleInterface *text = item->child(0);
+    QCOMPARE(text->role(), QAccessible::EditableText);
+    QCOMPARE(text->text(QAccessible::Value), body);
+    QVERIFY(text->state().editable);
+
+    QVERIFY(text->actionInterface());
+    text->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    QCOMPARE(focusName(), u"body"_s);
+    auto *textView = qobject_cast<QTextEdit *>(QApplication::focusWidget());
+    QCOMPARE(textView->toPlainText(), body);
+    QTest::keyClick(textView, Qt::Key_X);
+    QCOMPARE(textView->toPlainText(), u"x"_s + body);
 }
 
 void tst_Accessibility::keysScroll_data()

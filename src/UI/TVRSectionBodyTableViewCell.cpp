@@ -8,6 +8,7 @@
 #include "TVRSubview_p.h"
 #include "TVRTextLayout_p.h"
 
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
@@ -16,11 +17,7 @@
 
 #include <optional>
 
-namespace {
-
-class LongBodyView;
-
-} // namespace
+class TVRLongBodyView;
 
 class TVRSectionBodyTableViewCellPrivate
 {
@@ -29,7 +26,7 @@ public:
     std::optional<QString> shownText; // the text last set in bodyTextView, if any
     // Shows a long body until the text view is made: a text view lays its text out whole
     // before it shows any of it.
-    QPointer<LongBodyView> longBodyView;
+    QPointer<TVRLongBodyView> longBodyView;
     // The body's font and colour when the cell was made, whenever its views are made.
     const QFont font = TVRDesignClass::sectionBodyFont();
     const QColor color = TVRDesignClass::sectionBodyColor();
@@ -54,17 +51,21 @@ protected:
     void showEvent(QShowEvent *) override { }
 };
 
+} // namespace
+
 /*
     Paints a long body where the text view would, as the text view paints it, from lines laid
-    out a slice at a time. A click makes the text view, which then takes its place.
+    out a slice at a time. A click makes the text view, which then takes its place; so does
+    focus, given by a screen reader to the editable text it reads here.
 */
-class LongBodyView : public QWidget
+class TVRLongBodyView : public QWidget
 {
 public:
-    LongBodyView(TVRSectionBodyTableViewCell *cell, const QFont &font, const QColor &color)
+    TVRLongBodyView(TVRSectionBodyTableViewCell *cell, const QFont &font, const QColor &color)
         : cell(cell)
     {
         setFont(font);
+        setFocusPolicy(Qt::ClickFocus);
         TVRPalette::setTextColor(this, color);
         TVRPalette::setBackground(this, Qt::white);
         setCursor(Qt::IBeamCursor);
@@ -74,6 +75,7 @@ public:
         });
     }
 
+    const QString &bodyText() const { return text; }
     void setText(const QString &body)
     {
         text = body;
@@ -97,11 +99,13 @@ protected:
         waiting = !lines->isComplete() && lines->laidOutHeight() < clip.bottom();
     }
 
+    void focusInEvent(QFocusEvent *event) override { cell->bodyTextView()->setFocus(event->reason()); }
+
     void mousePressEvent(QMouseEvent *event) override
     {
+        // Focus came first, and with it the text view.
         const QPoint at = mapTo(cell, event->position().toPoint());
         QTextEdit *textView = cell->bodyTextView();
-        textView->setFocus(Qt::MouseFocusReason);
         textView->setTextCursor(textView->cursorForPosition(textView->viewport()->mapFrom(cell, at)));
     }
 
@@ -112,6 +116,40 @@ private:
     QString text;
     bool waiting = false; // painted before the lines it shows were laid out
 };
+
+namespace {
+
+// To a screen reader, the painted lines are the editable text they stand for.
+class AccessibleLongBody : public QAccessibleWidget
+{
+public:
+    explicit AccessibleLongBody(TVRLongBodyView *view)
+        : QAccessibleWidget(view, QAccessible::EditableText)
+    {
+    }
+
+    QString text(QAccessible::Text t) const override
+    {
+        if (t == QAccessible::Value)
+            return static_cast<TVRLongBodyView *>(widget())->bodyText();
+        return QAccessibleWidget::text(t);
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.editable = true;
+        state.multiLine = true;
+        return state;
+    }
+};
+
+QAccessibleInterface *longBodyAccessible(const QString &className, QObject *object)
+{
+    // The view has no meta-object of its own: it is asked for as a QWidget.
+    auto *view = className == QLatin1String("QWidget") ? dynamic_cast<TVRLongBodyView *>(object) : nullptr;
+    return view ? new AccessibleLongBody(view) : nullptr;
+}
 
 } // namespace
 
@@ -130,7 +168,12 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
     setAccessibleName(body);
     if (!d->bodyTextView && body.size() >= TVRTextLayout::longTextLength) {
         if (!d->longBodyView) {
-            d->longBodyView = new LongBodyView(this, d->font, d->color);
+            static const bool accessible = [] {
+                QAccessible::installFactory(longBodyAccessible);
+                return true;
+            }();
+            Q_UNUSED(accessible)
+            d->longBodyView = new TVRLongBodyView(this, d->font, d->color);
             placeInContentView(d->longBodyView);
         }
         d->longBodyView->setText(body);
