@@ -4,7 +4,8 @@
 #ifndef TOVRA_H
 #define TOVRA_H
 
-// Everything a host application needs from the kit.
+//! \file
+//! \brief Everything a host application needs from the kit, in one include.
 
 #include "RQKeychain.h"
 #include "TovraVersion.h"

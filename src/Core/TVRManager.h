@@ -10,6 +10,11 @@
 #ifndef TVRMANAGER_H
 #define TVRMANAGER_H
 
+/*!
+    \file
+    \brief TVRManager, the kit's entry point, and the keychain key of the user's identifier.
+*/
+
 #include "tovra_export.h"
 #include "TVRUserManagerDelegate.h"
 
@@ -22,23 +27,24 @@
 #include <functional>
 #include <memory>
 
-//! The keychain key under which the signed-in user's identifier is kept.
+//! The keychain key under which the signed-in user's identifier is kept: "tovrakit.userIdentifier".
 TOVRA_EXPORT extern const QString kTVRUserIdentifier;
+
+class TVRPrivacyPolicyViewController;
+class TVRTermsOfServiceViewController;
 
 /*!
     \brief The host application's entry point: the kit's settings and the user's identity.
 
-    All settings are held by the class for the life of the process and start empty; the
-    host sets them again at each launch. Only the user identifier is also kept in the
-    keychain (under kTVRUserIdentifier), so that userIdentifier() returns it at the next
-    launch without the host setting it again.
+    All settings are held by the class for the life of the process and start empty or at
+    their defaults; the host sets them again at each launch. Only the user identifier is
+    also kept in the keychain (under kTVRUserIdentifier), so that userIdentifier() returns
+    it at the next launch without the host setting it again.
 
-    Nothing is checked: empty texts and null values are stored as given. Call these from
-    the thread that runs the kit, normally the main thread; the class takes no lock.
+    Apart from setServiceURL() and setMaximumReplySize(), nothing is checked: empty texts
+    and null values are stored as given. Call these from the thread that runs the kit,
+    normally the main thread; the class takes no lock.
 */
-class TVRPrivacyPolicyViewController;
-class TVRTermsOfServiceViewController;
-
 class TOVRA_EXPORT TVRManager : public QObject, public TVRUserManagerDelegate
 {
     Q_OBJECT
@@ -47,9 +53,14 @@ public:
     //! The one instance, made on the first call and kept until the process ends.
     static TVRManager *sharedInstance();
 
-    //! Sets the credentials that every later request carries, of every manager.
+    /*!
+        Sets the credentials that every later request carries, of every manager, as HTTP
+        Basic authorization; a null key or secret is sent as empty text.
+    */
     static void setAPIKey(const QString &key, const QString &secret);
+    //! The API key set with setAPIKey(); null until one is set.
     static QString apiKey();
+    //! The API secret set with setAPIKey(); null until one is set.
     static QString apiSecret();
 
     /*!
@@ -57,21 +68,37 @@ public:
         appName() falls back to the application's display name, else its name.
     */
     static void setAppName(const QString &name);
+    /*!
+        The name set with setAppName() unless it is null, else the application's display
+        name (QGuiApplication::applicationDisplayName()), else its name
+        (QCoreApplication::applicationName()); an empty display name or name counts as
+        absent. Null when there is none.
+    */
     static QString appName();
 
     /*!
         Sets the signed-in user's identifier and saves it in the keychain, replacing the
-        one kept there. A null identifier removes the keychain item instead, as logout()
-        does, since an item holding nothing would only read back as null.
+        one kept there. A null identifier (an invalid QVariant) removes the keychain item
+        instead, as logout() does, since an item holding nothing would only read back as
+        null. The call blocks until the keychain answers, 5 s at most; a keychain failure is
+        not reported, and the identifier is then set for this run only.
     */
     static void setUserIdentifier(const QVariant &identifier);
-    //! The identifier set, else the one the keychain keeps (asked again while it has none).
+    /*!
+        The identifier set, else the one the keychain keeps (asked again while it has none,
+        which blocks as setUserIdentifier() does); an invalid QVariant when neither has one.
+    */
     static QVariant userIdentifier();
 
+    //! Keeps the user's name for the host, for this run only; no screen of the kit shows it.
     static void setUserName(const QVariant &name);
+    //! The name set with setUserName(); an invalid QVariant until then and after logout().
     static QVariant userName();
 
+    //! Keeps the address of the user's picture for the host, for this run only; no screen
+    //! of the kit shows it.
     static void setUserImageUrl(const QVariant &imageUrl);
+    //! The address set with setUserImageUrl(); an invalid QVariant until then and after logout().
     static QVariant userImageUrl();
 
     /*!
@@ -98,12 +125,20 @@ public:
         limit of 0 or less brings back the default.
     */
     static void setMaximumReplySize(qint64 bytes);
+    //! The reply size limit in force, in bytes: 5,242,880 unless set.
     static qint64 maximumReplySize();
 
+    /*!
+        Keeps a flag for the host; no screen of this release reads it. The agreement screens
+        enable their buttons when the last section comes into view whatever it says.
+    */
     static void setScrollToBottomEnabled(bool enabled);
+    //! The flag set with setScrollToBottomEnabled(); false unless set.
     static bool scrollToBottomEnabled();
 
+    //! Keeps a flag for the host; no screen of this release reads it, and "Agree" shows no alert.
     static void setAlertOnAgreeEnabled(bool enabled);
+    //! The flag set with setAlertOnAgreeEnabled(); false unless set.
     static bool alertOnAgreeEnabled();
 
     /*!
@@ -132,6 +167,7 @@ public:
         An empty function restores the kit's own behaviour.
     */
     static void setAgreementPresenter(AgreementPresenter presenter);
+    //! The presenter in place, the host's or the QML module's; an empty function when there is none.
     static AgreementPresenter agreementPresenter();
 
     /*!
@@ -152,10 +188,13 @@ public:
     static TVRPrivacyPolicyViewController *privacyPolicyViewController();
 
     /*!
-        Logs "DOCUMENT: " and the document. When the user has not agreed, presents the
-        agreement screen for \a document, in a navigation controller, over the screen of
-        the window in front (TVRViewController::keyWindow()), without a transition. With
-        no window shown, nothing is presented.
+        Logs "DOCUMENT: " and the document. When the user has not agreed, \a document
+        becomes the shared document manager's Terms of Service and the agreement screen is
+        shown for it: by the presenter of setAgreementPresenter(), if there is one and it
+        returns true; else, in a QApplication with a window shown, as a
+        TVRTermsViewController in a navigation controller presented, without a transition,
+        over the main window under TVRViewController::keyWindow(). While that screen is up,
+        another answer presents nothing more. Call it on the GUI thread.
     */
     void userManagerDidRespondWithCompliance(TVRUserManager *manager, bool compliance,
                                              std::shared_ptr<TVRDocument> document) override;
