@@ -4,6 +4,11 @@
 #ifndef TVRDOCUMENT_H
 #define TVRDOCUMENT_H
 
+/*!
+    \file
+    \brief TVRDocument, a legal document, and TVRSectionList, its sections.
+*/
+
 #include "tovra_export.h"
 #include "TVRSection.h"
 
@@ -17,6 +22,7 @@
 
 class TVRDocumentPrivate;
 
+//! A document's sections, in order, shared with the document that made them.
 using TVRSectionList = QList<std::shared_ptr<TVRSection>>;
 
 /*!
@@ -34,15 +40,21 @@ using TVRSectionList = QList<std::shared_ptr<TVRSection>>;
 class TOVRA_EXPORT TVRDocument
 {
 public:
+    //! A document over \a dictionary, the JSON object of a reply; any other value gives a
+    //! document without keys.
     explicit TVRDocument(const QJsonValue &dictionary);
     ~TVRDocument();
     TVRDocument(const TVRDocument &) = delete;
     TVRDocument &operator=(const TVRDocument &) = delete;
 
+    //! The service's identifier of the document, the text under "_id"; null when missing.
     QString identifier() const;
+    //! Stores \a identifier; identifier() goes on answering from the JSON.
     void setIdentifier(const QString &identifier);
 
+    //! The text under "title"; null when missing.
     QString title() const;
+    //! Stores \a title; title() goes on answering from the JSON.
     void setTitle(const QString &title);
 
     /*!
@@ -52,6 +64,7 @@ public:
         it holds anything else that is not such a text, JSON null included.
     */
     QDateTime date() const;
+    //! Stores \a date; date() goes on answering from the JSON.
     void setDate(const QDateTime &date);
     /*!
         The date as the screens show it over the document: its day in local time, in the long

@@ -28,12 +28,17 @@ class TVRSectionPrivate;
 class TOVRA_EXPORT TVRSection
 {
 public:
+    //! A section over \a dictionary, an element of a document's "sections" array; any value
+    //! other than an object gives a section without keys.
     explicit TVRSection(const QJsonValue &dictionary);
     ~TVRSection();
     TVRSection(const TVRSection &) = delete;
     TVRSection &operator=(const TVRSection &) = delete;
 
+    //! The text under "title"; null when missing. The screens show no title row for an
+    //! empty one.
     QString title() const;
+    //! Stores \a title; title() goes on answering from the JSON.
     void setTitle(const QString &title);
 
     /*!
@@ -41,6 +46,7 @@ public:
         is at this call (by empty text while there is no name).
     */
     QString body() const;
+    //! Stores \a body; body() goes on answering from the JSON.
     void setBody(const QString &body);
 
 private:

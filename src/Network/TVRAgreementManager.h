@@ -4,6 +4,11 @@
 #ifndef TVRAGREEMENTMANAGER_H
 #define TVRAGREEMENTMANAGER_H
 
+/*!
+    \file
+    \brief TVRAgreementManager, which tells the service of an agreement, and its request path.
+*/
+
 #include "tovra_export.h"
 #include "TVRNetworkManager.h"
 
@@ -30,9 +35,11 @@ public:
     //! The one manager, made on the first call, kept until exit.
     static TVRAgreementManager *sharedInstance();
 
+    //! A manager of its own, besides the shared one.
     explicit TVRAgreementManager(QObject *parent = nullptr);
     ~TVRAgreementManager() override;
 
+    //! The delegate set with setDelegate(); null when none is set or it was destroyed.
     TVRAgreementManagerDelegate *delegate() const;
     //! Held weakly: \a delegate must also be a QObject; any other is not kept.
     void setDelegate(TVRAgreementManagerDelegate *delegate);

@@ -4,6 +4,12 @@
 #ifndef TVRDOCUMENTMANAGER_H
 #define TVRDOCUMENTMANAGER_H
 
+/*!
+    \file
+    \brief TVRDocumentManager, which fetches and keeps the two documents, with their request
+    paths and the names of their kept copies.
+*/
+
 #include "tovra_export.h"
 #include "TVRDocument.h"
 #include "TVRNetworkManager.h"
@@ -17,9 +23,11 @@ class TVRDocumentManagerPrivate;
 TOVRA_EXPORT extern const QString kTVRTermsOfServiceURLPath;
 //! Request path of the Privacy Policy: "/api/privacy-policy".
 TOVRA_EXPORT extern const QString kTVRPrivacyPolicyURLPath;
-//! Settings key of the cached Terms of Service: "kTVRTermsOfServiceDataPath".
+//! Name of the kept Terms of Service, "kTVRTermsOfServiceDataPath": the file
+//! "Tovra/kTVRTermsOfServiceDataPath.json", and the key release 1.0 used in QSettings.
 TOVRA_EXPORT extern const QString kTVRTermsOfServiceDataPath;
-//! Settings key of the cached Privacy Policy: "kTVRPrivacyPolicyDataPath".
+//! Name of the kept Privacy Policy, "kTVRPrivacyPolicyDataPath": the file
+//! "Tovra/kTVRPrivacyPolicyDataPath.json", and the key release 1.0 used in QSettings.
 TOVRA_EXPORT extern const QString kTVRPrivacyPolicyDataPath;
 
 /*!
@@ -42,30 +50,44 @@ class TOVRA_EXPORT TVRDocumentManager : public TVRNetworkManager
     Q_OBJECT
 
 public:
-    //! Which of the two documents a signal is about.
-    enum class Document { TermsOfService, PrivacyPolicy };
+    //! One of the two documents, for documentFor(), fetch() and the signals.
+    enum class Document {
+        //! The Terms of Service, fetched from kTVRTermsOfServiceURLPath.
+        TermsOfService,
+        //! The Privacy Policy, fetched from kTVRPrivacyPolicyURLPath.
+        PrivacyPolicy
+    };
     Q_ENUM(Document)
 
     //! The one manager the kit's screens use, made on the first call, kept until exit.
     static TVRDocumentManager *sharedInstance();
 
+    /*!
+        A manager of its own, with its own delegate and documents held, over the same kept
+        copies as the shared one. The kit's screens and models use sharedInstance() only.
+    */
     explicit TVRDocumentManager(QObject *parent = nullptr);
     ~TVRDocumentManager() override;
 
+    //! The delegate set with setDelegate(); null when none is set or it was destroyed.
     TVRDocumentManagerDelegate *delegate() const;
     //! Held weakly: \a delegate must also be a QObject; any other is not kept.
     void setDelegate(TVRDocumentManagerDelegate *delegate);
 
-    //! Starts a fetch and returns at once; the delegate hears how it ended.
+    //! Starts a fetch of the Terms of Service and returns at once; the delegate and
+    //! the listeners hear how it ended.
     void fetchTermsOfService();
+    //! Starts a fetch of the Privacy Policy and returns at once; the delegate and
+    //! the listeners hear how it ended.
     void fetchPrivacyPolicy();
 
-    //! The document held, else the one made from the cached copy; null if neither exists.
+    //! The Terms of Service held, else the one made from the kept copy; null if neither exists.
     std::shared_ptr<TVRDocument> termsOfService();
     //! Holds \a document and sends documentChanged(), unless \a document is the one held
     //! already; null lets the next read take the cached copy again.
     void setTermsOfService(std::shared_ptr<TVRDocument> document);
 
+    //! The Privacy Policy held, else the one made from the kept copy; null if neither exists.
     std::shared_ptr<TVRDocument> privacyPolicy();
     //! As setTermsOfService(), for the Privacy Policy.
     void setPrivacyPolicy(std::shared_ptr<TVRDocument> document);

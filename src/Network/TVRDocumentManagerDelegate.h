@@ -22,12 +22,16 @@ public:
     virtual ~TVRDocumentManagerDelegate();
 
     /*!
-        A document has arrived and been kept; \a success is always true. The call does not
-        say which document: read both from \a manager.
+        A reply has arrived and is now the document held (and its kept copy, unless it was
+        empty or not JSON); \a success is always true. The call does not say which
+        document: read both from \a manager, or listen to TVRDocumentManager::documentChanged().
     */
     virtual void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success);
 
-    //! A fetch failed in transport; nothing held or cached has changed.
+    /*!
+        A fetch failed: in transport, or with a reply larger than
+        TVRManager::maximumReplySize(). Nothing held or kept has changed.
+    */
     virtual void managerFailedWithError(TVRDocumentManager *manager, const TVRError &error);
 };
 

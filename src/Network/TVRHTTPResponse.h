@@ -26,14 +26,21 @@ class TVRHTTPResponseData;
 class TOVRA_EXPORT TVRHTTPResponse
 {
 public:
+    //! No answer: status code 0, an empty address, no headers and no body.
     TVRHTTPResponse();
+    //! The status code, address and headers of \a reply as they are now; the body stays empty.
     explicit TVRHTTPResponse(const QNetworkReply *reply);
+    //! A copy of \a other; responses are implicitly shared, so copying is cheap.
     TVRHTTPResponse(const TVRHTTPResponse &other);
+    //! Makes this response a copy of \a other.
     TVRHTTPResponse &operator=(const TVRHTTPResponse &other);
     ~TVRHTTPResponse();
 
+    //! The HTTP status code, such as 200 or 404; 0 when the request got no answer.
     int statusCode() const;
+    //! The address that answered: after a redirect within the service, the last one.
     QUrl url() const;
+    //! The answer's headers as received, in order; empty when the request got no answer.
     QList<QPair<QByteArray, QByteArray>> headers() const;
     //! The value of header \a name, compared without regard to case; empty when absent.
     QByteArray header(const QByteArray &name) const;

@@ -4,6 +4,12 @@
 #ifndef TVRNETWORKMANAGER_H
 #define TVRNETWORKMANAGER_H
 
+/*!
+    \file
+    \brief TVRNetworkManager, the request layer under the kit's managers, with the HTTP methods
+    and the completion handlers of its requests.
+*/
+
 #include "tovra_export.h"
 #include "TVRError.h"
 #include "TVRHTTPResponse.h"
@@ -20,12 +26,20 @@
 class QNetworkAccessManager;
 class TVRNetworkManagerPrivate;
 
+//! The HTTP method of a request of TVRNetworkManager::requestForPath().
 enum TVRHTTPMethod : qint32 {
+    //! GET, the one method sent without a body.
     TVRHTTPMethodGET = 0,
+    //! POST, with the parameters as its JSON body.
     TVRHTTPMethodPOST = 1,
+    //! PUT, with the parameters as its JSON body.
     TVRHTTPMethodPUT = 2,
+    //! DELETE, with the parameters as its JSON body.
     TVRHTTPMethodDELETE = 3,
+    //! PATCH, with the parameters as its JSON body.
     TVRHTTPMethodPATCH = 4,
+    //! HEAD, with the parameters as its JSON body; it completes on the answer's headers, with
+    //! an undefined JSON value.
     TVRHTTPMethodHEAD = 5,
 };
 
@@ -65,6 +79,7 @@ class TOVRA_EXPORT TVRNetworkManager : public QObject
     Q_OBJECT
 
 public:
+    //! A manager with no session yet; session() makes one on the first request.
     explicit TVRNetworkManager(QObject *parent = nullptr);
     ~TVRNetworkManager() override;
 

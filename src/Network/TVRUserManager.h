@@ -4,6 +4,11 @@
 #ifndef TVRUSERMANAGER_H
 #define TVRUSERMANAGER_H
 
+/*!
+    \file
+    \brief TVRUserManager, which asks about the user's agreement, and its request path.
+*/
+
 #include "tovra_export.h"
 #include "TVRNetworkManager.h"
 
@@ -32,9 +37,11 @@ public:
     //! The one manager, made on the first call, kept until exit.
     static TVRUserManager *sharedInstance();
 
+    //! A manager of its own, besides the shared one that TVRManager::activateApp() uses.
     explicit TVRUserManager(QObject *parent = nullptr);
     ~TVRUserManager() override;
 
+    //! The delegate set with setDelegate(); null when none is set or it was destroyed.
     TVRUserManagerDelegate *delegate() const;
     //! Held weakly: \a delegate must also be a QObject; any other is not kept.
     void setDelegate(TVRUserManagerDelegate *delegate);
