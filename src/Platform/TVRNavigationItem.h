@@ -25,16 +25,23 @@ class TOVRA_EXPORT TVRNavigationItem : public QObject
     Q_OBJECT
 
 public:
+    //! An item with no buttons; TVRViewController::navigationItem() makes one per screen.
     explicit TVRNavigationItem(QObject *parent = nullptr);
     ~TVRNavigationItem() override;
 
+    //! The button on the leading side of the bar; null when there is none or it was destroyed.
     QAction *leftBarButtonItem() const;
+    //! Sets the leading button (null for none) and emits changed(). On a screen that is not
+    //! the root of its stack, null lets the bar offer "Back" there.
     void setLeftBarButtonItem(QAction *item);
 
+    //! The button on the trailing side of the bar; null when there is none or it was destroyed.
     QAction *rightBarButtonItem() const;
+    //! Sets the trailing button (null for none) and emits changed().
     void setRightBarButtonItem(QAction *item);
 
 Q_SIGNALS:
+    //! A button was set; the navigation controller shows the bar anew.
     void changed();
 
 private:

@@ -16,28 +16,57 @@
 */
 namespace TVRSecItem {
 
+//! Key of the item's class, kSecClassGenericPassword for the kit's items; a store refuses
+//! any other class with errSecParam.
 inline const QString kSecClass = QStringLiteral("class");
+//! The class of a generic password item, the one class the kit's stores keep.
 inline const QString kSecClassGenericPassword = QStringLiteral("genp");
+//! Key of the item's service name, a text; RQKeychain puts its key there.
 inline const QString kSecAttrService = QStringLiteral("svce");
+//! Key of the item's account name, a text; RQKeychain puts its key there too.
 inline const QString kSecAttrAccount = QStringLiteral("acct");
+//! Key of when the item may be read, such as kSecAttrAccessibleAfterFirstUnlock. The kit's
+//! own stores do not act on it.
 inline const QString kSecAttrAccessible = QStringLiteral("pdmn");
+//! Value of kSecAttrAccessible: readable once the device has been unlocked after it started.
 inline const QString kSecAttrAccessibleAfterFirstUnlock = QStringLiteral("ck");
+//! Key of the access group the item belongs to, a text. The kit's own stores know no
+//! groups: they keep the group in front of the service name ("group/service").
 inline const QString kSecAttrAccessGroup = QStringLiteral("agrp");
+//! Key of the item's bytes, a QByteArray.
 inline const QString kSecValueData = QStringLiteral("v_Data");
+//! Query flag: when true, copyMatching() writes the item's bytes to its result.
 inline const QString kSecReturnData = QStringLiteral("r_Data");
+//! Query flag: when true, add() and copyMatching() write the item's attributes to their result.
 inline const QString kSecReturnAttributes = QStringLiteral("r_Attributes");
+//! Key of how many items a query may match, such as kSecMatchLimitOne. The kit's own
+//! stores always answer for one item.
 inline const QString kSecMatchLimit = QStringLiteral("m_Limit");
+//! Value of kSecMatchLimit: the first item that matches.
 inline const QString kSecMatchLimitOne = QStringLiteral("m_LimitOne");
 
+//! What a call of TVRSecureItemStore answers: errSecSuccess, or a negative failure.
 enum Status : qint32 {
+    //! The call did what it was asked.
     errSecSuccess = 0,
+    //! The platform's keychain does not offer the operation.
     errSecUnimplemented = -4,
+    //! The keychain failed in a way not named here.
     errSecIO = -36,
+    //! The query is not one the store serves: its class is not kSecClassGenericPassword.
     errSecParam = -50,
+    //! No keychain to ask: no application object, no keychain service, no answer within
+    //! 5 s, or a failure other than a missing item in the last 30 s.
     errSecNotAvailable = -25291,
+    //! The user or the system refused access to the keychain.
     errSecAuthFailed = -25293,
+    //! An item of that name exists already. The kit's own stores replace such an item
+    //! instead, and never answer this.
     errSecDuplicateItem = -25299,
+    //! No item matches the query.
     errSecItemNotFound = -25300,
+    //! The keychain allows access only after asking the user, who cannot be asked within a
+    //! synchronous call: a locked keyring, for one. The item stays as it was.
     errSecInteractionNotAllowed = -25308,
 };
 

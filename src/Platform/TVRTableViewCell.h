@@ -21,10 +21,13 @@ class TOVRA_EXPORT TVRTableViewCell : public QWidget
     Q_OBJECT
 
 public:
+    //! A white cell that the table hands out again under \a reuseIdentifier.
     explicit TVRTableViewCell(const QString &reuseIdentifier, QWidget *parent = nullptr);
     ~TVRTableViewCell() override;
 
+    //! The identifier the cell was made with, for TVRTableView::dequeueReusableCellWithIdentifier().
     QString reuseIdentifier() const;
+    //! The white view that fills the cell, for the subclass's views; owned by the cell.
     QWidget *contentView() const;
 
 private:

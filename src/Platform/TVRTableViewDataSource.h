@@ -18,6 +18,7 @@ public:
 
     //! One section unless told otherwise.
     virtual int numberOfSectionsInTableView(TVRTableView *tableView);
+    //! The number of rows in \a section; a negative number counts as none.
     virtual int tableViewNumberOfRowsInSection(TVRTableView *tableView, int section) = 0;
     /*!
         The cell for a visible row, dequeued from \a tableView or made anew; the table
