@@ -54,13 +54,23 @@ public:
     //! shows the document under the header; the one it replaces is deleted.
     void setTableView(TVRTableView *tableView);
 
+    //! One table section per section of the document; none without a document.
     int numberOfSectionsInTableView(TVRTableView *tableView) override;
+    //! Two rows for a section whose title is not empty (title, body), else one (body).
     int tableViewNumberOfRowsInSection(TVRTableView *tableView, int section) override;
+    //! The height the title or body cell measures for the row, at the width of \a tableView.
     qreal tableViewHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
+    //! A cheap estimate from the length of the row's text, 40 at least; the row is measured
+    //! before it is shown.
     qreal tableViewEstimatedHeightForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
+    //! A TVRSectionTitleTableViewCell or TVRSectionBodyTableViewCell for the row, dequeued
+    //! from \a tableView or made anew, showing the row's section.
     TVRTableViewCell *tableViewCellForRowAtIndexPath(TVRTableView *tableView, TVRIndexPath indexPath) override;
 
+    //! Shows what \a manager now holds: sets the header's date and reloads the table, from
+    //! the event loop.
     void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override;
+    //! Does nothing: the screen goes on showing the document it shows.
     void managerFailedWithError(TVRDocumentManager *manager, const TVRError &error) override;
 
 protected:
@@ -71,10 +81,13 @@ protected:
     virtual std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const = 0;
     //! The sections of the shared manager's document, as they are now.
     TVRSectionList sections() const;
+    //! The date as the header shows it, TVRDocument::dateText(); empty for a null \a document.
     static QString dateText(const std::shared_ptr<TVRDocument> &document);
 
     //! A white root view with the table in it, laid out by setupConstraints().
     void loadView() override;
+    //! Sets the title given to the constructor, names the table after it for screen readers
+    //! and shows the date of the document the shared manager holds.
     void viewDidLoad() override;
     //! The table fills the root view.
     virtual void setupConstraints();

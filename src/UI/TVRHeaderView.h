@@ -25,6 +25,7 @@ class TOVRA_EXPORT TVRHeaderView : public QWidget
     Q_OBJECT
 
 public:
+    //! A header at \a frame, its date label made and placed, with no text yet.
     explicit TVRHeaderView(const QRect &frame, QWidget *parent = nullptr);
     ~TVRHeaderView() override;
 
@@ -35,7 +36,9 @@ public:
     void setDateLabel(QLabel *label);
 
 protected:
+    //! Places the date label across the header, centred vertically; the constructor calls it.
     void setupConstraints();
+    //! Places the date label again for the new size.
     void resizeEvent(QResizeEvent *event) override;
 
 private:

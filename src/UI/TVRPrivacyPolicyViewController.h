@@ -16,12 +16,16 @@ class TOVRA_EXPORT TVRPrivacyPolicyViewController : public TVRReadOnlyDocumentVi
     Q_OBJECT
 
 public:
+    //! A Privacy Policy screen; TVRManager::privacyPolicyViewController() makes one too.
     explicit TVRPrivacyPolicyViewController(QWidget *parent = nullptr);
 
+    //! "Privacy Policy", in the kit's language, whatever setTitle() was given.
     QString title() const override;
 
 protected:
+    //! TVRDocumentManager::privacyPolicy() of \a manager.
     std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
+    //! Calls TVRDocumentManager::fetchPrivacyPolicy() of \a manager.
     void fetchDocument(TVRDocumentManager *manager) override;
 };
 

@@ -21,12 +21,16 @@ class TOVRA_EXPORT TVRSectionTableViewCell : public TVRTableViewCell
     Q_OBJECT
 
 public:
+    //! An empty cell under the reuse identifier cellIdentifier().
     TVRSectionTableViewCell();
     ~TVRSectionTableViewCell() override;
 
+    //! The section the cell shows; null until one is set.
     std::shared_ptr<TVRSection> section() const;
+    //! Sets the section the cell shows; the title and body cells also show its text.
     virtual void setSection(std::shared_ptr<TVRSection> section);
 
+    //! "TVRSectionTableViewCell", the reuse identifier of this class's cells.
     static QString cellIdentifier();
     //! 64 whatever the section; the title and body cells measure theirs.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
@@ -40,6 +44,7 @@ public:
     static qreal heightForText(const QString &text, const QFont &font, float width);
 
 protected:
+    //! An empty cell under \a reuseIdentifier, for the cells that build on this one.
     explicit TVRSectionTableViewCell(const QString &reuseIdentifier);
 
     //! Puts \a subview in the content view, flush with its top and bottom, 8 px in from either side.

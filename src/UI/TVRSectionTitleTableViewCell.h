@@ -24,9 +24,12 @@ class TOVRA_EXPORT TVRSectionTitleTableViewCell : public TVRSectionTableViewCell
     Q_OBJECT
 
 public:
+    //! A cell with an empty title label, under the reuse identifier cellIdentifier().
     TVRSectionTitleTableViewCell();
     ~TVRSectionTitleTableViewCell() override;
 
+    //! Shows the title of \a section (none for null), inset by the side its text starts from,
+    //! and names the cell after it for screen readers.
     void setSection(std::shared_ptr<TVRSection> section) override;
 
     //! Made on first read, with the title font and colour of that moment.
@@ -35,6 +38,7 @@ public:
     //! shows the section's title; the one it replaces is deleted.
     void setTitleLabel(QLabel *label);
 
+    //! "TVRSectionTitleTableViewCell", the reuse identifier of title cells.
     static QString cellIdentifier();
     //! The title's height in the title font, measured in the primary screen's width less 40.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);

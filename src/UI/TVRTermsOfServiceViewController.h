@@ -16,10 +16,13 @@ class TOVRA_EXPORT TVRTermsOfServiceViewController : public TVRReadOnlyDocumentV
     Q_OBJECT
 
 public:
+    //! A Terms of Service screen; TVRManager::termsOfServiceViewController() makes one too.
     explicit TVRTermsOfServiceViewController(QWidget *parent = nullptr);
 
 protected:
+    //! TVRDocumentManager::termsOfService() of \a manager.
     std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
+    //! Calls TVRDocumentManager::fetchTermsOfService() of \a manager.
     void fetchDocument(TVRDocumentManager *manager) override;
 };
 

@@ -30,6 +30,11 @@ class TOVRA_EXPORT TVRTermsViewController : public TVRDocumentViewController
     Q_OBJECT
 
 public:
+    /*!
+        An agreement screen for \a document, which becomes the shared manager's Terms of
+        Service at once (TVRDocumentManager::setTermsOfService()). Its title becomes "Terms of
+        Service" when its view loads.
+    */
     explicit TVRTermsViewController(std::shared_ptr<TVRDocument> document, QWidget *parent = nullptr);
     ~TVRTermsViewController() override;
 
@@ -41,17 +46,32 @@ public:
 
     //! Made on first read: "Disagree", plain style.
     QAction *disagreeBarButtonItem();
+    /*!
+        Makes \a item the "Disagree" button, not owned; null brings back the kit's own at the
+        next read. Only a toolbar made after this call shows it, so set it before the view
+        loads. The kit does not connect \a item.
+    */
     void setDisagreeBarButtonItem(QAction *item);
     //! Made on first read: "Agree", plain style.
     QAction *agreeBarButtonItem();
+    /*!
+        Makes \a item the "Agree" button, not owned; null brings back the kit's own at the
+        next read. Only a toolbar made after this call shows it, so set it before the view
+        loads. The kit does not connect \a item.
+    */
     void setAgreeBarButtonItem(QAction *item);
 
+    //! What "Agree" does: nothing in this release, on purpose.
     void onAgreeBarButtonItemPressed();
+    //! What "Disagree" does: nothing in this release, on purpose.
     void onDisagreeBarButtonItemPressed();
 
+    //! Enables both buttons when a row of the document's last section is about to show.
     void tableViewWillDisplayCell(TVRTableView *tableView, TVRTableViewCell *cell, TVRIndexPath indexPath) override;
 
 protected:
+    //! TVRDocumentManager::termsOfService() of \a manager: the document given to the
+    //! constructor, unless another was set or fetched since.
     std::shared_ptr<TVRDocument> documentOf(TVRDocumentManager *manager) const override;
     //! The table from the top down to the toolbar, the toolbar on the bottom edge.
     void setupConstraints() override;
