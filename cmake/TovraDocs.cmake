@@ -38,5 +38,5 @@ set(DOXYGEN_EXPAND_ONLY_PREDEF YES)
 set(DOXYGEN_PREDEFINED "TOVRA_EXPORT=" "Q_OBJECT=" "Q_SIGNALS=public" "Q_SLOTS=" "Q_DECLARE_METATYPE(x)=")
 set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${PROJECT_SOURCE_DIR}/docs/api.md)
 
-doxygen_add_docs(docs ${PROJECT_SOURCE_DIR}/docs/api.md ${PROJECT_SOURCE_DIR}/src
+doxygen_add_docs(docs ${PROJECT_SOURCE_DIR}/docs/api.md ${PROJECT_SOURCE_DIR}/docs/qml.md ${PROJECT_SOURCE_DIR}/src
     COMMENT "API reference in ${CMAKE_BINARY_DIR}/docs/html")
