@@ -29,9 +29,11 @@ class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
     Q_OBJECT
 
 public:
+    //! A cell with an empty text view, under the reuse identifier cellIdentifier().
     TVRSectionBodyTableViewCell();
     ~TVRSectionBodyTableViewCell() override;
 
+    //! Shows the body of \a section (none for null) and names the cell after it for screen readers.
     void setSection(std::shared_ptr<TVRSection> section) override;
 
     //! Made on first read, or when the cell is given a body shorter than a long text, with
@@ -41,6 +43,7 @@ public:
     //! shows the section's body; the one it replaces is deleted.
     void setBodyTextView(QTextEdit *textView);
 
+    //! "TVRSectionBodyTableViewCell", the reuse identifier of body cells.
     static QString cellIdentifier();
     //! The body's height in the body font, measured in the screen's width less 24.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
