@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 
 # The "docs" target: the API reference, as HTML in <build>/docs/html, from the comments in the
-# public headers (the private *_p.h headers stay out). Any Doxygen warning fails the target,
-# so a broken reference or a misspelt parameter name is caught where it is written.
+# public headers (the private *_p.h headers stay out) and the pages in docs/. Any Doxygen
+# warning fails the target, so a public member without a comment, a broken reference or a
+# misspelt parameter name is caught where it is written.
 find_package(Doxygen)
 if(NOT DOXYGEN_FOUND)
     message(STATUS "Doxygen not found: no docs target")
@@ -20,10 +21,18 @@ set(DOXYGEN_RECURSIVE YES)
 set(DOXYGEN_STRIP_FROM_PATH ${PROJECT_SOURCE_DIR}/src)
 set(DOXYGEN_STRIP_FROM_INC_PATH ${PROJECT_SOURCE_DIR}/src)
 set(DOXYGEN_FULL_PATH_NAMES YES)
-# Every public class and member is listed, with its comment where it has one.
-set(DOXYGEN_EXTRACT_ALL YES)
+# Only what is documented is listed, and a public or protected class, function, signal or
+# property left without a comment is a warning, so an error. Doxygen checks declarations
+# at file scope only in a header with a \file comment: a header that declares any needs one.
+set(DOXYGEN_EXTRACT_ALL NO)
 set(DOXYGEN_EXTRACT_PRIVATE NO)
 set(DOXYGEN_HIDE_UNDOC_CLASSES NO)
+set(DOXYGEN_WARN_IF_UNDOCUMENTED YES)
+# Doxygen 1.9.6 and later can also warn about an enum value left without a comment; older
+# ones, such as Debian 12's 1.9.4, do not know the option.
+if(DOXYGEN_VERSION VERSION_GREATER_EQUAL 1.9.6)
+    set(DOXYGEN_WARN_IF_UNDOC_ENUM_VAL YES)
+endif()
 set(DOXYGEN_WARN_IF_DOC_ERROR YES)
 set(DOXYGEN_WARN_AS_ERROR FAIL_ON_WARNINGS)
 set(DOXYGEN_QUIET YES)
