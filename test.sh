@@ -8,9 +8,10 @@
 #   3. builds the fuzz targets with clang in build-fuzz/ and runs each for a minute;
 #   4. checks that src/'s folders include only downwards, that every function an installed
 #      header declares is defined by an installed library, the format (.clang-format),
-#      and lints src/ (.clang-tidy) on build/.
+#      lints src/ (.clang-tidy) on build/, and builds the API reference (the docs target),
+#      which any Doxygen warning fails, an undocumented public member included.
 # Safe to run again; later runs only rebuild what changed.
-#   ./test.sh            all three stages
+#   ./test.sh            all four stages
 #   ./test.sh --quick    the first stage only
 # With CI=true, compiler warnings are errors.
 set -euo pipefail
