@@ -15,8 +15,9 @@ class TVRSectionBodyTableViewCellPrivate;
 
 /*!
     \brief The row with a section's body: a text view that does not scroll, 8 px in from
-    either side and as tall as the row. A QTextEdit with its defaults, it stays editable
-    and selectable; the text is laid out with no margin, so it fits the measured height.
+    either side and as tall as the row. A QTextEdit, it stays editable and selectable; it
+    takes focus from a click only, and Tab moves on out of it. The text is laid out with no
+    margin, so it fits the measured height.
 
     A text view lays its whole text out before it shows any of it, which takes a long body
     far longer than a frame. A body of 32,768 characters or more is therefore painted as the
@@ -29,7 +30,7 @@ class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
     Q_OBJECT
 
 public:
-    //! A cell with an empty text view, under the reuse identifier cellIdentifier().
+    //! A cell with no body yet, under the reuse identifier cellIdentifier().
     TVRSectionBodyTableViewCell();
     ~TVRSectionBodyTableViewCell() override;
 
@@ -45,7 +46,8 @@ public:
 
     //! "TVRSectionBodyTableViewCell", the reuse identifier of body cells.
     static QString cellIdentifier();
-    //! The body's height in the body font, measured in the screen's width less 24.
+    //! The body's height in the body font, measured in the primary screen's width less 24.
+    //! A long body's height is an estimate until its lines are all laid out.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section);
     //! The height of the body's row in a table \a rowWidth wide: measured in that width less 24.
     static qreal cellHeightForSection(const std::shared_ptr<TVRSection> &section, qreal rowWidth);
