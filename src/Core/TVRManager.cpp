@@ -2,21 +2,16 @@
 // SPDX-License-Identifier: MIT
 
 #include "TVRManager.h"
+#include "TVRManager_p.h"
 
 #include "RQKeychain.h"
 #include "TVRDocument.h"
 #include "TVRDocumentManager.h"
 #include "TVRLogging_p.h"
-#include "TVRNavigationController.h"
-#include "TVRPrivacyPolicyViewController.h"
 #include "TVRSettings_p.h"
-#include "TVRTermsOfServiceViewController.h"
-#include "TVRTermsViewController.h"
 #include "TVRUserManager.h"
 
-#include <QApplication>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QHostAddress>
 #include <QPointer>
 #include <QTranslator>
@@ -250,15 +245,8 @@ bool TVRManager::installTranslations(const QLocale &locale)
     return true;
 }
 
-TVRTermsOfServiceViewController *TVRManager::termsOfServiceViewController()
-{
-    return new TVRTermsOfServiceViewController;
-}
-
-TVRPrivacyPolicyViewController *TVRManager::privacyPolicyViewController()
-{
-    return new TVRPrivacyPolicyViewController;
-}
+// termsOfServiceViewController() and privacyPolicyViewController() make widget screens: the
+// widgets library defines them, in TVRManagerScreens.cpp.
 
 namespace {
 TVRManager::AgreementPresenter &agreementPresenterSlot()
@@ -266,7 +254,18 @@ TVRManager::AgreementPresenter &agreementPresenterSlot()
     static TVRManager::AgreementPresenter presenter;
     return presenter;
 }
+
+TVRManager::AgreementPresenter &builtInAgreementPresenterSlot()
+{
+    static TVRManager::AgreementPresenter presenter;
+    return presenter;
+}
 } // namespace
+
+void tvrSetBuiltInAgreementPresenter(TVRManager::AgreementPresenter presenter)
+{
+    builtInAgreementPresenterSlot() = std::move(presenter);
+}
 
 void TVRManager::setAgreementPresenter(AgreementPresenter presenter)
 {
@@ -289,24 +288,10 @@ void TVRManager::userManagerDidRespondWithCompliance(TVRUserManager *, bool comp
         if (presenter(document))
             return;
     }
-    // Widgets need a QApplication; without one the document is all there is to keep.
-    if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
-        TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
+    if (const AgreementPresenter &builtIn = builtInAgreementPresenterSlot(); builtIn && builtIn(document))
         return;
-    }
-    // Made first: the screen hands the document to the shared document manager, shown or not.
-    auto agreement = std::make_unique<TVRTermsViewController>(std::move(document));
-
-    // One agreement screen at a time: a second answer while one is up presents nothing.
-    static QPointer<TVRNavigationController> presented;
-    if (presented && presented->isVisible())
-        return;
-    TVRViewController *root =
-        TVRViewController::rootViewControllerForWindow(TVRViewController::mainWindowOf(TVRViewController::keyWindow()));
-    if (!root)
-        return;
-    presented = new TVRNavigationController(agreement.release());
-    root->presentViewController(presented, false);
+    // Nothing to show it with: the document is all there is to keep.
+    TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
 }
 
 void TVRManager::userManagerDidFailWithError(TVRUserManager *, const TVRError &error)

@@ -48,8 +48,10 @@ run(${CMAKE_COMMAND} -S ${TOVRA_SOURCE_DIR} -B ${WORK_DIR}/static-kit -G ${GENER
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/static-kit --parallel 2)
 run(${CMAKE_COMMAND} --install ${WORK_DIR}/static-kit --prefix ${WORK_DIR}/static-prefix)
 file(GLOB_RECURSE shared_libraries ${WORK_DIR}/static-prefix/*.so*)
-if(shared_libraries OR NOT EXISTS ${WORK_DIR}/static-prefix/lib/libTovra.a)
-    message(FATAL_ERROR "the static kit installed no libTovra.a, or a shared library: ${shared_libraries}")
+if(shared_libraries OR NOT EXISTS ${WORK_DIR}/static-prefix/lib/libTovraCore.a
+   OR NOT EXISTS ${WORK_DIR}/static-prefix/lib/libTovraWidgets.a)
+    message(FATAL_ERROR "the static kit installed no libTovraCore.a or libTovraWidgets.a, or a shared library: "
+                        "${shared_libraries}")
 endif()
 run(${CMAKE_COMMAND} -S ${consumer_source} -B ${WORK_DIR}/static -G ${GENERATOR}
     -DCMAKE_PREFIX_PATH=${WORK_DIR}/static-prefix)

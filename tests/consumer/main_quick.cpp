@@ -11,7 +11,7 @@
 #include <memory>
 
 #if defined(CONSUMER_STATIC_QML)
-#include <Tovra.h>
+#include <TovraCore.h>
 
 #include <QtQml/qqmlextensionplugin.h>
 Q_IMPORT_QML_PLUGIN(TovraPlugin)
