@@ -6,10 +6,11 @@
 #   1. builds in build/ and runs every test;
 #   2. builds in build-asan/ with AddressSanitizer and UBSan and runs them again;
 #   3. builds the fuzz targets with clang in build-fuzz/ and runs each for a minute;
-#   4. checks that src/'s folders include only downwards, that every function an installed
-#      header declares is defined by an installed library, the format (.clang-format),
-#      lints src/ (.clang-tidy) on build/, and builds the API reference (the docs target),
-#      which any Doxygen warning fails, an undocumented public member included.
+#   4. checks that src/'s folders include only downwards and that the core and the QML
+#      module include no widget header, that every function an installed header declares
+#      is defined by an installed library, the format (.clang-format), lints src/
+#      (.clang-tidy) on build/, and builds the API reference (the docs target), which any
+#      Doxygen warning fails, an undocumented public member included.
 # Safe to run again; later runs only rebuild what changed.
 #   ./test.sh            all four stages
 #   ./test.sh --quick    the first stage only

@@ -1,6 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Tovra authors
 # SPDX-License-Identifier: MIT
-# Which files make which library, relative to src/; read by src/CMakeLists.txt.
+# Which files make which library, relative to src/. Read by src/CMakeLists.txt and by
+# cmake/check_layers.cmake, which fails when a file of the core includes a widget header.
 # Headers a host includes are listed as public; everything ending in _p.h stays inside the kit.
 
 # TovraCore (Tovra::Core): the service, the kept copies, the model, the keychain and the
