@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The demo's headless run, as a new user's first command runs it: it exits 0 and leaves
 // one phone-sized PNG per screen. And a folder of broken documents gets a clear message.
+// The QML demo, linked as a QML host links the kit, loads no Qt Widgets.
 
 #include <QDir>
 #include <QHttpServer>
@@ -29,6 +30,8 @@ private Q_SLOTS:
     void userDocuments();
     void ownService_data();
     void ownService();
+    void libraries_data();
+    void libraries();
 
 private:
     static int run(const QStringList &arguments, QByteArray *output, QByteArray *errors = nullptr);
@@ -217,6 +220,41 @@ void tst_Demo::ownService()
                  &output, &errors),
              2);
     QVERIFY2(errors.contains("not a service address the kit takes"), errors.constData());
+}
+
+void tst_Demo::libraries_data()
+{
+    QTest::addColumn<QStringList>("front");
+    QTest::addColumn<bool>("widgets");
+
+    QTest::newRow("widgets") << QStringList() << true;
+    QTest::newRow("QML") << QStringList{u"--quick"_s} << false;
+}
+
+// What each front's process maps once its tour has shown every screen: the widget demo has
+// Qt Widgets, the QML demo has Qt Quick and no Qt Widgets.
+void tst_Demo::libraries()
+{
+#if !defined(Q_OS_LINUX)
+    QSKIP("The demo reads its libraries from /proc/self/maps");
+#endif
+    QFETCH(QStringList, front);
+    QFETCH(bool, widgets);
+    QTemporaryDir shots;
+    QByteArray output;
+    const int code = run(front + QStringList{u"--screenshots"_s, shots.path(), u"--libraries"_s}, &output);
+    if (code == 2 && front.contains(u"--quick"_s))
+        QSKIP("The demo was built without the QML module");
+    QCOMPARE(code, 0);
+
+    const QStringList libraries = QString::fromUtf8(output).split(u'\n').filter(QRegularExpression(u"^library: /"_s));
+    const auto maps = [&libraries](const QString &name) {
+        return std::any_of(libraries.cbegin(), libraries.cend(),
+                           [&name](const QString &library) { return library.contains(u'/' + name + u".so"_s); });
+    };
+    QVERIFY2(maps(u"libQt6Gui"_s), output.constData());
+    QCOMPARE(maps(u"libQt6Quick"_s), !widgets);
+    QVERIFY2(maps(u"libQt6Widgets"_s) == widgets, output.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_Demo)

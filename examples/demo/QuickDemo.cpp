@@ -5,7 +5,7 @@
 
 #include "Waiting.h"
 
-#include <Tovra.h>
+#include <TovraCore.h>
 
 #include <QDir>
 #include <QGuiApplication>

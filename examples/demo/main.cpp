@@ -7,32 +7,43 @@
 //   tovra-demo --documents DIR       serve DIR/terms-of-service.json and DIR/privacy-policy.json
 //   tovra-demo --service URL [--key KEY --secret SECRET]
 //                                    show the documents of the service at URL instead
-//   tovra-demo --quick [...]         the same in QML, with the kit's QML module
+//   tovra-demo --quick [...]         the same in QML, with the kit's QML module: runs
+//                                    tovra-demo-quick, which links no widget
+//   tovra-demo --screenshots DIR --libraries
+//                                    then list the shared libraries the process maps (Linux)
+//
+// The file makes both programs: tovra-demo, over the widget screens (Tovra::Tovra), and,
+// built with TOVRA_DEMO_QUICK, tovra-demo-quick, over the QML module alone (Tovra::Quick), as
+// a QML host links the kit.
 
 #include "DemoService.h"
-#include "HomeScreen.h"
 #include "LoopbackSession.h"
 #include "OffscreenScreen.h"
 #include "SampleDocuments.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#if defined(TOVRA_DEMO_QUICK)
+#include "QuickDemo.h"
+
+#include <TovraCore.h>
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+#else
+#include "HomeScreen.h"
 #include "ScreenshotTour.h"
 
 #include <Tovra.h>
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QDir>
-#include <QFile>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QTemporaryDir>
-#include <QTextStream>
-
-#include <memory>
-
-#if defined(TOVRA_DEMO_QUICK)
-#include "QuickDemo.h"
-
-#include <QQuickWindow>
+#include <QProcess>
 #endif
 
 namespace {
@@ -67,14 +78,59 @@ bool hasOption(int argc, char *argv[], const char *option)
     return false;
 }
 
+// The shared libraries this process maps, as /proc/self/maps lists them (Linux only): what a
+// host of this front loads.
+QStringList mappedLibraries()
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    QStringList libraries;
+    if (!maps.open(QIODevice::ReadOnly))
+        return libraries;
+    const QList<QByteArray> lines = maps.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        const qsizetype path = line.indexOf('/');
+        const QString library = path < 0 ? QString() : QString::fromLocal8Bit(line.mid(path));
+        if (library.contains(QLatin1String(".so")) && !libraries.contains(library))
+            libraries << library;
+    }
+    return libraries;
+}
+
+#if !defined(TOVRA_DEMO_QUICK)
+// The QML demo is a program of its own, so that it links no widget: runs it with this one's
+// arguments, in this one's place.
+int runQuickProgram(int argc, char *argv[])
+{
+#if defined(TOVRA_DEMO_QUICK_PROGRAM)
+    QCoreApplication app(argc, argv);
+    QProcess quick;
+    quick.setProcessChannelMode(QProcess::ForwardedChannels);
+    quick.setInputChannelMode(QProcess::ForwardedInputChannel);
+    quick.start(QStringLiteral(TOVRA_DEMO_QUICK_PROGRAM), QCoreApplication::arguments().mid(1));
+    if (!quick.waitForFinished(-1) || quick.exitStatus() != QProcess::NormalExit) {
+        QTextStream(stderr) << "tovra-demo: " << TOVRA_DEMO_QUICK_PROGRAM << ": " << quick.errorString() << Qt::endl;
+        return 1;
+    }
+    return quick.exitCode();
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    QTextStream(stderr) << "tovra-demo: built without the QML module" << Qt::endl;
+    return 2;
+#endif
+}
+#endif
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+#if !defined(TOVRA_DEMO_QUICK)
+    if (hasOption(argc, argv, "--quick"))
+        return runQuickProgram(argc, argv);
+#endif
     QTemporaryDir scratch;
     const bool headless = hasOption(argc, argv, "--screenshots") || !hasDisplay();
-    // The QML demo runs without QApplication: no widget can be made in it.
-    const bool quick = hasOption(argc, argv, "--quick");
     // Screenshots are taken offscreen on a phone-sized screen.
     if (headless) {
         if (!useOffscreenScreen(scratch.path(), QSize(390, 844)))
@@ -82,19 +138,15 @@ int main(int argc, char *argv[])
         defaultHandler = qInstallMessageHandler(quietOffscreen);
     }
 
-#if !defined(TOVRA_DEMO_QUICK)
-    if (quick) {
-        QTextStream(stderr) << "tovra-demo: built without the QML module" << Qt::endl;
-        return 2;
-    }
-#else
-    // Offscreen, Qt Quick draws with its software renderer.
-    if (quick && headless)
+#if defined(TOVRA_DEMO_QUICK)
+    // Offscreen, Qt Quick draws with its software renderer. The QML demo runs without
+    // QApplication: no widget can be made in it.
+    if (headless)
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication app(argc, argv);
+#else
+    QApplication app(argc, argv);
 #endif
-    const std::unique_ptr<QGuiApplication> application(quick ? new QGuiApplication(argc, argv)
-                                                             : new QApplication(argc, argv));
-    QGuiApplication &app = *application;
     QCoreApplication::setOrganizationName(QStringLiteral("Tovra"));
     QCoreApplication::setApplicationName(QStringLiteral("Tovra Demo"));
     QTextStream out(stdout);
@@ -119,9 +171,13 @@ int main(int argc, char *argv[])
     const QCommandLineOption secretOption(QStringLiteral("secret"), QStringLiteral("The service's API secret."),
                                           QStringLiteral("secret"));
     const QCommandLineOption quickOption(QStringLiteral("quick"), QStringLiteral("Show the kit's QML pages instead."));
+    const QCommandLineOption librariesOption(
+        QStringLiteral("libraries"),
+        QStringLiteral("After the screenshots, list the shared libraries the process maps (Linux)."));
     options.addOption(screenshots);
     options.addOption(documents);
     options.addOption(quickOption);
+    options.addOption(librariesOption);
     options.addOptions({serviceOption, keyOption, secretOption});
     options.process(app);
 
@@ -136,8 +192,7 @@ int main(int argc, char *argv[])
         if (headless) {
             QString problem;
 #if defined(TOVRA_DEMO_QUICK)
-            const QStringList written = quick ? takeQuickServiceScreenshots(options.value(screenshots), &problem)
-                                              : takeServiceScreenshots(options.value(screenshots), &problem);
+            const QStringList written = takeQuickServiceScreenshots(options.value(screenshots), &problem);
 #else
             const QStringList written = takeServiceScreenshots(options.value(screenshots), &problem);
 #endif
@@ -149,9 +204,8 @@ int main(int argc, char *argv[])
         }
         out << "Documents of " << TVRManager::serviceURL().toDisplayString() << Qt::endl;
 #if defined(TOVRA_DEMO_QUICK)
-        if (quick)
-            return runQuickDemo(SampleDocuments::termsOfService());
-#endif
+        return runQuickDemo(SampleDocuments::termsOfService());
+#else
         QMainWindow window;
         auto *home = new HomeScreen(SampleDocuments::termsOfService());
         window.setCentralWidget(new TVRNavigationController(home));
@@ -161,6 +215,7 @@ int main(int argc, char *argv[])
         window.resize(420, 800);
         window.show();
         return QApplication::exec();
+#endif
     }
 
     // The documents to serve: the samples, or the user's own, checked first.
@@ -200,8 +255,7 @@ int main(int argc, char *argv[])
             options.isSet(screenshots) ? options.value(screenshots) : QStringLiteral("tovra-demo-screenshots");
         QString problem;
 #if defined(TOVRA_DEMO_QUICK)
-        const QStringList written = quick ? takeQuickScreenshots(directory, terms, &problem)
-                                          : takeScreenshots(directory, service, session, terms, &problem);
+        const QStringList written = takeQuickScreenshots(directory, terms, &problem);
 #else
         const QStringList written = takeScreenshots(directory, service, session, terms, &problem);
 #endif
@@ -211,15 +265,19 @@ int main(int argc, char *argv[])
         }
         for (const QString &path : written)
             out << QDir::current().absoluteFilePath(path) << Qt::endl;
+        if (options.isSet(librariesOption)) {
+            const QStringList libraries = mappedLibraries();
+            for (const QString &library : libraries)
+                out << "library: " << library << Qt::endl;
+        }
         return 0;
     }
 
     out << "Sample service on https://127.0.0.1:" << service.port() << " as "
         << TVRNetworkManager::baseURLComponents().host() << Qt::endl;
 #if defined(TOVRA_DEMO_QUICK)
-    if (quick)
-        return runQuickDemo(terms);
-#endif
+    return runQuickDemo(terms);
+#else
     QMainWindow window;
     auto *home = new HomeScreen(terms);
     window.setCentralWidget(new TVRNavigationController(home));
@@ -229,4 +287,5 @@ int main(int argc, char *argv[])
     window.resize(420, 800);
     window.show();
     return QApplication::exec();
+#endif
 }
