@@ -125,3 +125,5 @@ set(TOVRA_WIDGETS_SOURCES
     UI/TVRTermsOfServiceViewController.cpp
     UI/TVRTermsViewController.cpp
 )
+# Not in the library: compiled into every program that links it (see src/CMakeLists.txt).
+set(TOVRA_WIDGETS_ENTRY Core/TovraWidgetsEntry.cpp)

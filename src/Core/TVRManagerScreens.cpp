@@ -54,9 +54,9 @@ bool presentAgreementScreen(const std::shared_ptr<TVRDocument> &document)
 
 } // namespace
 
-// Installs the agreement screen as the library loads. The library's targets and its
-// pkg-config file ask the linker for this symbol (-u), so that a host that calls only the
-// core's functions still links this file in from a static library, and keeps a shared one.
+// Installs the agreement screen as the library loads, and again from TovraWidgetsEntry.cpp,
+// which every program that links the library compiles: that call keeps this file in a static
+// link, and the shared library in an --as-needed one, for a host that calls only the core.
 extern "C" TOVRA_EXPORT void tovraWidgetsInstallAgreementScreen()
 {
     tvrSetBuiltInAgreementPresenter(presentAgreementScreen);

@@ -3,13 +3,16 @@
 
 #include <Tovra.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QJsonObject>
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
     TVRManager::setAppName(QStringLiteral("Consumer"));
     const bool linked = TVRManager::appName() == QStringLiteral("Consumer")
         && TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethodPATCH) == QStringLiteral("PATCH")
@@ -19,5 +22,17 @@ int main(int argc, char *argv[])
         && TVRManager::installTranslations(QLocale(QLocale::German))
         && QCoreApplication::translate("TVRReadOnlyDocumentViewController", "Close") == QStringLiteral("Schließen");
     std::printf("%s", reinterpret_cast<const char *>(TovraVersionString));
-    return linked ? 0 : 1;
+
+    // The agreement check presents the kit's widget screen over the window in front, though
+    // this host calls nothing of the widget screens itself.
+    QWidget window;
+    window.show();
+    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(nullptr, false,
+                                                                      std::make_shared<TVRDocument>(QJsonObject()));
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const bool presented = std::any_of(windows.cbegin(), windows.cend(), [](const QWidget *shown) {
+        return shown->isVisible() && std::strcmp(shown->metaObject()->className(), "TVRNavigationController") == 0;
+    });
+    std::fputs(presented ? " and the agreement screen" : ", no agreement screen", stdout);
+    return linked && presented ? 0 : 1;
 }

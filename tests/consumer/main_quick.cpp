@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // A QML host: "import Tovra" from the installed module, or from the module linked in with a
-// static kit, and the three pages made.
+// static kit, and the three pages made, with no Qt Widgets in the process.
+#include <QFile>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -36,6 +37,17 @@ int main(int argc, char *argv[])
         }
         std::printf("%s ", page);
     }
+#if defined(Q_OS_LINUX)
+    // A QML host carries no Qt Widgets: the kit's QML module, shared or linked in, neither
+    // links nor loads it.
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    const QByteArray mapped = maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray();
+    if (!mapped.contains("libQt6Quick") || mapped.contains("libQt6Widgets")) {
+        std::fprintf(stderr, "Qt Widgets is loaded, or Qt Quick is not:\n%s", mapped.constData());
+        return 1;
+    }
+    std::printf("without Qt Widgets ");
+#endif
 #if defined(CONSUMER_STATIC_QML)
     // Linked in, the module still shows the agreement page over a Qt Quick window.
     if (!TVRManager::agreementPresenter()) {
