@@ -162,8 +162,9 @@ public:
         Replaces how the agreement screen is shown when the user has not agreed. The kit
         first makes \a presenter's document the shared document manager's Terms of Service,
         then calls \a presenter; when there is none or it returns false, the kit presents its
-        widget screen over the key window (in a QApplication). The QML module sets one, unless
-        the host set its own first, that shows AgreementPage over the Qt Quick window in front.
+        widget screen over the key window (in a QApplication, with Tovra::Widgets linked).
+        The QML module sets one, unless the host set its own first, that shows AgreementPage
+        over the Qt Quick window in front.
         An empty function restores the kit's own behaviour.
     */
     static void setAgreementPresenter(AgreementPresenter presenter);
@@ -182,9 +183,15 @@ public:
     */
     static bool installTranslations(const QLocale &locale = QLocale());
 
-    //! A new Terms of Service screen, owned by the caller; it fetches its document itself.
+    /*!
+        A new Terms of Service screen, owned by the caller; it fetches its document itself.
+        Defined by the widgets library: a host that calls it links Tovra::Widgets.
+    */
     static TVRTermsOfServiceViewController *termsOfServiceViewController();
-    //! A new Privacy Policy screen, owned by the caller; it fetches its document itself.
+    /*!
+        A new Privacy Policy screen, owned by the caller; it fetches its document itself.
+        Defined by the widgets library: a host that calls it links Tovra::Widgets.
+    */
     static TVRPrivacyPolicyViewController *privacyPolicyViewController();
 
     /*!
