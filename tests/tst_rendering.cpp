@@ -233,9 +233,10 @@ private Q_SLOTS:
     void rowsAreAsTallAsTheirText_data();
     void rowsAreAsTallAsTheirText();
     void newWidthMeasuresAgain();
-    void longBodyPaintsAsItsTextView_data();
-    void longBodyPaintsAsItsTextView();
-    void clickOnALongBodyEditsItThere();
+    void bodyPaintsAsItsTextView_data();
+    void bodyPaintsAsItsTextView();
+    void clickOnABodyEditsItThere_data();
+    void clickOnABodyEditsItThere();
     void appearanceReachesThePixels_data();
     void appearanceReachesThePixels();
     void arabicIsShaped();
@@ -485,7 +486,7 @@ void tst_Rendering::appearanceReachesThePixels()
 namespace {
 
 // A document whose first body is \a length characters of \a name's sentences.
-std::shared_ptr<TVRDocument> longBody(const QString &name, qsizetype length)
+std::shared_ptr<TVRDocument> documentWithBody(const QString &name, qsizetype length)
 {
     QString body;
     while (body.size() < length)
@@ -513,21 +514,26 @@ std::unique_ptr<QTextDocument> laidOutBody(const QString &text, int width)
 
 } // namespace
 
-void tst_Rendering::longBodyPaintsAsItsTextView_data()
+void tst_Rendering::bodyPaintsAsItsTextView_data()
 {
     QTest::addColumn<QString>("script");
     QTest::addColumn<QSize>("window");
-    QTest::newRow("Latin, 390x844") << u"Latin"_s << QSize(390, 844);
-    QTest::newRow("Arabic, 390x844") << u"Arabic"_s << QSize(390, 844);
-    QTest::newRow("CJK, 1280x800") << u"CJK"_s << QSize(1280, 800);
+    QTest::addColumn<int>("length");
+    QTest::newRow("Latin, 390x844") << u"Latin"_s << QSize(390, 844) << 600;
+    QTest::newRow("Hebrew, 390x844") << u"Hebrew"_s << QSize(390, 844) << 600;
+    QTest::newRow("CJK, 1280x800") << u"CJK"_s << QSize(1280, 800) << 600;
+    QTest::newRow("long, Latin, 390x844") << u"Latin"_s << QSize(390, 844) << 40000;
+    QTest::newRow("long, Arabic, 390x844") << u"Arabic"_s << QSize(390, 844) << 40000;
+    QTest::newRow("long, CJK, 1280x800") << u"CJK"_s << QSize(1280, 800) << 40000;
 }
 
-void tst_Rendering::longBodyPaintsAsItsTextView()
+void tst_Rendering::bodyPaintsAsItsTextView()
 {
     QFETCH(QString, script);
     QFETCH(QSize, window);
+    QFETCH(int, length);
 
-    const std::shared_ptr<TVRDocument> terms = longBody(script, 40000);
+    const std::shared_ptr<TVRDocument> terms = documentWithBody(script, length);
     TVRDocumentManager::sharedInstance()->setTermsOfService(terms);
     TVRTermsOfServiceViewController *screen = showTerms(window);
     QVERIFY(screen);
@@ -548,16 +554,24 @@ void tst_Rendering::longBodyPaintsAsItsTextView()
     const QImage paintedTop = viewport();
     QTest::keyClick(table, Qt::Key_End);
     const QImage paintedEnd = viewport();
-    QVERIFY(saveScreenshot(m_window.get(), u"long-body-end-"_s + script));
+    QVERIFY(saveScreenshot(m_window.get(), u"body-end-%1-%2"_s.arg(script).arg(length)));
     QVERIFY(cell->bodyTextView());
     QCOMPARE(viewport(), paintedEnd);
     QTest::keyClick(table, Qt::Key_Home);
     QCOMPARE(viewport(), paintedTop);
 }
 
-void tst_Rendering::clickOnALongBodyEditsItThere()
+void tst_Rendering::clickOnABodyEditsItThere_data()
 {
-    const std::shared_ptr<TVRDocument> terms = longBody(u"Latin"_s, 40000);
+    QTest::addColumn<int>("length");
+    QTest::newRow("short") << 600;
+    QTest::newRow("long") << 40000;
+}
+
+void tst_Rendering::clickOnABodyEditsItThere()
+{
+    QFETCH(int, length);
+    const std::shared_ptr<TVRDocument> terms = documentWithBody(u"Latin"_s, length);
     TVRDocumentManager::sharedInstance()->setTermsOfService(terms);
     TVRTermsOfServiceViewController *screen = showTerms({390, 844});
     QVERIFY(screen);

@@ -43,7 +43,7 @@ qsizetype paragraphEnd(const QString &text, qsizetype start)
     Lays out each paragraph of \a text within \a width, as QTextDocumentLayout lays out the
     blocks of a plain text: lines stacked at the sum of their heights (ascent and descent,
     without leading), an empty paragraph one line of the font. Calls \a paragraph with each
-    laid-out paragraph and its top; returns the total height.
+    laid-out paragraph, which it may keep, and its top; returns the total height.
 */
 template <typename Paragraph>
 qreal layOut(const QString &text, const QFont &font, qreal width, Paragraph paragraph)
@@ -53,18 +53,18 @@ qreal layOut(const QString &text, const QFont &font, qreal width, Paragraph para
     while (start <= text.size()) {
         const qsizetype end = paragraphEnd(text, start);
         const QString paragraphText = text.mid(start, end - start);
-        QTextLayout layout(paragraphText, font);
-        layout.setTextOption(paragraphOption(paragraphText.isRightToLeft()));
-        layout.setCacheEnabled(true);
-        layout.beginLayout();
+        auto layout = std::make_unique<QTextLayout>(paragraphText, font);
+        layout->setTextOption(paragraphOption(paragraphText.isRightToLeft()));
+        layout->setCacheEnabled(true);
+        layout->beginLayout();
         const qreal top = y;
         qreal lineTop = 0;
-        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
             line.setLineWidth(width);
             line.setPosition(QPointF(0, lineTop));
             lineTop += line.height();
         }
-        layout.endLayout();
+        layout->endLayout();
         y += lineTop;
         paragraph(layout, top);
         start = end + 1;
@@ -85,13 +85,32 @@ QTextOption TVRTextLayout::wrappingOption()
 
 qreal TVRTextLayout::plainTextHeight(const QString &text, const QFont &font, qreal width)
 {
-    return layOut(text, font, width, [](const QTextLayout &, qreal) {});
+    return layOut(text, font, width, [](const std::unique_ptr<QTextLayout> &, qreal) {});
 }
 
 void TVRTextLayout::drawPlainText(QPainter *painter, const QRectF &rect, const QString &text, const QFont &font)
 {
-    layOut(text, font, rect.width(),
-           [&](const QTextLayout &layout, qreal top) { layout.draw(painter, rect.topLeft() + QPointF(0, top)); });
+    layOut(text, font, rect.width(), [&](const std::unique_ptr<QTextLayout> &layout, qreal top) {
+        layout->draw(painter, rect.topLeft() + QPointF(0, top));
+    });
+}
+
+TVRTextLayout::PlainText::PlainText(const QString &text, const QFont &font, qreal width)
+{
+    layOut(text, font, width, [this](std::unique_ptr<QTextLayout> &layout, qreal top) {
+        paragraphs.push_back({std::move(layout), top});
+    });
+}
+
+TVRTextLayout::PlainText::~PlainText() = default;
+
+void TVRTextLayout::PlainText::draw(QPainter *painter, const QPointF &origin, const QRectF &clip) const
+{
+    for (const Paragraph &paragraph : paragraphs) {
+        const QRectF bounds = paragraph.layout->boundingRect().translated(0, paragraph.top);
+        if (bounds.top() < clip.bottom() && bounds.bottom() > clip.top())
+            paragraph.layout->draw(painter, origin + QPointF(0, paragraph.top));
+    }
 }
 
 QByteArray TVRTextLayout::layoutKey(const QString &text, const QFont &font, qreal width)

@@ -14,6 +14,7 @@
 #include <vector>
 
 class QPainter;
+class QTextLayout;
 class QPointF;
 class QRectF;
 
@@ -37,6 +38,25 @@ qreal plainTextHeight(const QString &text, const QFont &font, qreal width);
 
 // Paints \a text as plainTextHeight() lays it out, its first line at the top of \a rect.
 void drawPlainText(QPainter *painter, const QRectF &rect, const QString &text, const QFont &font);
+
+// A text laid out once as plainTextHeight() lays it out, and kept to be painted again.
+class PlainText
+{
+public:
+    PlainText(const QString &text, const QFont &font, qreal width);
+    ~PlainText();
+    // Paints the paragraphs that cross \a clip, a rectangle in the text's own coordinates,
+    // with the text's top left at \a origin.
+    void draw(QPainter *painter, const QPointF &origin, const QRectF &clip) const;
+
+private:
+    struct Paragraph
+    {
+        std::unique_ptr<QTextLayout> layout;
+        qreal top;
+    };
+    std::vector<Paragraph> paragraphs;
+};
 
 // What names a text's layout: its font, width, length and a hash of it seeded at random for
 // each process, rather than a second copy of the text.

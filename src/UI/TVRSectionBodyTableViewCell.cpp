@@ -17,16 +17,16 @@
 
 #include <optional>
 
-class TVRLongBodyView;
+class TVRPaintedBodyView;
 
 class TVRSectionBodyTableViewCellPrivate
 {
 public:
     QPointer<QTextEdit> bodyTextView;
     std::optional<QString> shownText; // the text last set in bodyTextView, if any
-    // Shows a long body until the text view is made: a text view lays its text out whole
-    // before it shows any of it.
-    QPointer<TVRLongBodyView> longBodyView;
+    // Shows the body until the text view is made: a text view makes a document of its
+    // text and lays it out whole before it shows any of it, and most bodies are only read.
+    QPointer<TVRPaintedBodyView> paintedBodyView;
     // The body's font and colour when the cell was made, whenever its views are made.
     const QFont font = TVRDesignClass::sectionBodyFont();
     const QColor color = TVRDesignClass::sectionBodyColor();
@@ -54,14 +54,15 @@ protected:
 } // namespace
 
 /*
-    Paints a long body where the text view would, as the text view paints it, from lines laid
-    out a slice at a time. A click makes the text view, which then takes its place; so does
-    focus, given by a screen reader to the editable text it reads here.
+    Paints a body where the text view would, as the text view paints it: from its layout,
+    kept, or for a long body from lines laid out a slice at a time. A click makes the text
+    view, which then takes its place; so does focus, given by a screen reader to the
+    editable text it reads here.
 */
-class TVRLongBodyView : public QWidget
+class TVRPaintedBodyView : public QWidget
 {
 public:
-    TVRLongBodyView(TVRSectionBodyTableViewCell *cell, const QFont &font, const QColor &color)
+    TVRPaintedBodyView(TVRSectionBodyTableViewCell *cell, const QFont &font, const QColor &color)
         : cell(cell)
     {
         setFont(font);
@@ -78,7 +79,10 @@ public:
     const QString &bodyText() const { return text; }
     void setText(const QString &body)
     {
+        if (body == text)
+            return;
         text = body;
+        laidOut.reset();
         update();
     }
 
@@ -86,15 +90,22 @@ protected:
     void paintEvent(QPaintEvent *event) override
     {
         // The text view's text sits 4 px in from either side.
-        const std::shared_ptr<TVRTextLayout::LongText> lines =
-            TVRTextLayout::longText(text, font(), width() - 2 * textInset);
+        const qreal textWidth = width() - 2 * textInset;
         const QRectF clip = QRectF(event->rect()).translated(-textInset, 0);
-        // The lines shown are laid out first; those further down follow from the event loop.
-        lines->layOut(lineSliceNs, clip.bottom());
         QPainter painter(this);
         // Clipped to the text, as the text view's viewport clips it.
         painter.setClipRect(QRect(textInset, 0, width() - 2 * textInset, height()));
         painter.setPen(palette().color(QPalette::Text));
+        if (text.size() < TVRTextLayout::longTextLength) {
+            if (!laidOut || laidOutWidth != textWidth)
+                laidOut = std::make_unique<TVRTextLayout::PlainText>(text, font(), textWidth);
+            laidOutWidth = textWidth;
+            laidOut->draw(&painter, QPointF(textInset, 0), clip);
+            return;
+        }
+        const std::shared_ptr<TVRTextLayout::LongText> lines = TVRTextLayout::longText(text, font(), textWidth);
+        // The lines shown are laid out first; those further down follow from the event loop.
+        lines->layOut(lineSliceNs, clip.bottom());
         lines->draw(&painter, QPointF(textInset, 0), clip);
         waiting = !lines->isComplete() && lines->laidOutHeight() < clip.bottom();
     }
@@ -114,16 +125,18 @@ private:
     static constexpr qint64 lineSliceNs = 30'000'000;
     TVRSectionBodyTableViewCell *const cell;
     QString text;
+    std::unique_ptr<TVRTextLayout::PlainText> laidOut; // a body shorter than a long text
+    qreal laidOutWidth = 0;
     bool waiting = false; // painted before the lines it shows were laid out
 };
 
 namespace {
 
 // To a screen reader, the painted lines are the editable text they stand for.
-class AccessibleLongBody : public QAccessibleWidget
+class AccessiblePaintedBody : public QAccessibleWidget
 {
 public:
-    explicit AccessibleLongBody(TVRLongBodyView *view)
+    explicit AccessiblePaintedBody(TVRPaintedBodyView *view)
         : QAccessibleWidget(view, QAccessible::EditableText)
     {
     }
@@ -131,7 +144,7 @@ public:
     QString text(QAccessible::Text t) const override
     {
         if (t == QAccessible::Value)
-            return static_cast<TVRLongBodyView *>(widget())->bodyText();
+            return static_cast<TVRPaintedBodyView *>(widget())->bodyText();
         return QAccessibleWidget::text(t);
     }
 
@@ -144,11 +157,11 @@ public:
     }
 };
 
-QAccessibleInterface *longBodyAccessible(const QString &className, QObject *object)
+QAccessibleInterface *paintedBodyAccessible(const QString &className, QObject *object)
 {
     // The view has no meta-object of its own: it is asked for as a QWidget.
-    auto *view = className == QLatin1String("QWidget") ? dynamic_cast<TVRLongBodyView *>(object) : nullptr;
-    return view ? new AccessibleLongBody(view) : nullptr;
+    auto *view = className == QLatin1String("QWidget") ? dynamic_cast<TVRPaintedBodyView *>(object) : nullptr;
+    return view ? new AccessiblePaintedBody(view) : nullptr;
 }
 
 } // namespace
@@ -166,17 +179,17 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
     TVRSectionTableViewCell::setSection(std::move(section));
     const QString body = this->section() ? this->section()->body() : QString();
     setAccessibleName(body);
-    if (!d->bodyTextView && body.size() >= TVRTextLayout::longTextLength) {
-        if (!d->longBodyView) {
+    if (!d->bodyTextView) {
+        if (!d->paintedBodyView) {
             static const bool accessible = [] {
-                QAccessible::installFactory(longBodyAccessible);
+                QAccessible::installFactory(paintedBodyAccessible);
                 return true;
             }();
             Q_UNUSED(accessible)
-            d->longBodyView = new TVRLongBodyView(this, d->font, d->color);
-            placeInContentView(d->longBodyView);
+            d->paintedBodyView = new TVRPaintedBodyView(this, d->font, d->color);
+            placeInContentView(d->paintedBodyView);
         }
-        d->longBodyView->setText(body);
+        d->paintedBodyView->setText(body);
         return;
     }
     // Setting a text lays it out again, whole: a refresh that brings the text the view
@@ -217,12 +230,12 @@ void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
         TVRSubview::replace(d->bodyTextView, textView);
     } else if (textView) {
         placeInContentView(textView);
-        // The text view takes the place of a long body's painted lines, which may be
-        // handling the click that asked for it.
-        if (d->longBodyView) {
-            const bool shown = !d->longBodyView->isHidden();
-            d->longBodyView->hide();
-            d->longBodyView->deleteLater();
+        // The text view takes the place of the body's painted lines, which may be handling
+        // the click that asked for it.
+        if (d->paintedBodyView) {
+            const bool shown = !d->paintedBodyView->isHidden();
+            d->paintedBodyView->hide();
+            d->paintedBodyView->deleteLater();
             // Shown, it is laid out at once in the place the painted lines leave.
             textView->setVisible(shown);
         }

@@ -19,11 +19,13 @@ class TVRSectionBodyTableViewCellPrivate;
     takes focus from a click only, and Tab moves on out of it. The text is laid out with no
     margin, so it fits the measured height.
 
-    A text view lays its whole text out before it shows any of it, which takes a long body
-    far longer than a frame. A body of 32,768 characters or more is therefore painted as the
-    text view would paint it, from lines laid out a slice at a time, and its row has an
-    estimated height until they all are. A click on it makes the text view, with the cursor
-    where the click was; so does reading bodyTextView().
+    Most bodies are only read, and a text view makes a document of its text and lays all of
+    it out before it shows any. So the body is painted as the text view would paint it,
+    from the layout that measured it, and the text view is made when the body is clicked or
+    given focus (by a screen reader, which reads the painted body as editable text), with
+    the cursor where the click was; reading bodyTextView() makes it too. A body of 32,768
+    characters or more is laid out a slice at a time, and its row has an estimated height
+    until its lines all are.
 */
 class TOVRA_EXPORT TVRSectionBodyTableViewCell : public TVRSectionTableViewCell
 {
@@ -37,8 +39,8 @@ public:
     //! Shows the body of \a section (none for null) and names the cell after it for screen readers.
     void setSection(std::shared_ptr<TVRSection> section) override;
 
-    //! Made on first read, or when the cell is given a body shorter than a long text, with
-    //! the body font and colour of the moment the cell was made.
+    //! Made on first read, or on the first click or focus on the body, with the body font and
+    //! colour of the moment the cell was made; the painted body gives it its place.
     QTextEdit *bodyTextView();
     //! Replaces the body's text view: the new one takes its place, belongs to the cell from now on and
     //! shows the section's body; the one it replaces is deleted.
