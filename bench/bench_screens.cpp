@@ -9,6 +9,7 @@
 //   bench_screens --qml [--size S]   only the QML page's first frames against the widget screen's
 //   bench_screens --memory KIND SIZE (internal) peak memory of one viewer in this process
 
+#include "BenchDocuments.h"
 #include "OffscreenScreen.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
@@ -29,6 +30,7 @@
 #include <QTextBrowser>
 #include <QTextLayout>
 #include <QTextStream>
+#include <QWindow>
 #if defined(TOVRA_BENCH_QUICK)
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -41,78 +43,9 @@
 
 namespace {
 
-struct Size
-{
-    const char *name;
-    int sections;
-    int sentences; // per body
-    bool mixed; // sections in Latin, Arabic, Hebrew and CJK in turn
-};
-
-const Size sizes[] = {
-    {"small", 10, 4, false}, {"typical", 40, 8, false}, {"large", 400, 10, false}, {"mixed", 40, 8, true}};
-
-const char *const sentences[] = {
-    "You keep every right you have in the content you put into #####.",
-    "We may change these terms, and we will tell you before the changes take effect.",
-    "Do not use ##### to break the law, to harm others or to overload our systems.",
-    "A subscription renews each period until you cancel it in your account settings.",
-    "To the extent the law allows, our liability is limited to what you paid us.",
-};
-
-// A sentence and a heading in each of the other scripts of the mixed document.
-const char *const otherScripts[][2] = {
-    {"توضح هذه الشروط كيف يتعامل ##### مع بياناتك وما يمكنك أن تتوقعه من الخدمة.", "كيف نستخدم بياناتك"},
-    {"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך ומה אתה יכול לצפות מהשירות.", "כיצד אנו משתמשים בנתונים"},
-    {"本条款说明#####如何处理您的数据，以及您可以从服务中期待什么。", "我们如何使用您的数据"},
-};
-
-QByteArray makeDocument(const Size &size)
-{
-    QJsonArray sections;
-    for (int i = 0; i < size.sections; ++i) {
-        const int script = size.mixed ? i % 4 : 0; // 0 is Latin
-        // Every body a text of its own, as in a real document: none is measured for another.
-        QString body = QStringLiteral("%1. ").arg(i + 1);
-        for (int s = 0; s < size.sentences; ++s) {
-            body += script == 0 ? QString::fromLatin1(sentences[(i + s) % 5])
-                                : QString::fromUtf8(otherScripts[script - 1][0]);
-            body += QLatin1Char(' ');
-        }
-        QJsonObject section{{QStringLiteral("body"), body.trimmed()}};
-        if (i % 4 != 3) {
-            section.insert(QStringLiteral("title"),
-                           script == 0 ? QStringLiteral("%1. Section heading number %1").arg(i + 1)
-                                       : QString::fromUtf8(otherScripts[script - 1][1]));
-        }
-        sections.append(section);
-    }
-    return QJsonDocument(QJsonObject{{QStringLiteral("_id"), QString::fromLatin1(size.name)},
-                                     {QStringLiteral("title"), QStringLiteral("Terms of Service")},
-                                     {QStringLiteral("updatedAt"), QStringLiteral("2026-09-01T09:00:00.000+0000")},
-                                     {QStringLiteral("sections"), sections}})
-        .toJson(QJsonDocument::Compact);
-}
-
-// The alternative: the same document as HTML, a heading per title, a paragraph per body.
 QString toHtml(const QByteArray &json)
 {
-    const QJsonObject document = QJsonDocument::fromJson(json).object();
-    QString html = QStringLiteral("<html><body><p align=\"center\">%1</p>")
-                       .arg(document.value(QStringLiteral("updatedAt")).toString());
-    const QString name = TVRManager::appName();
-    for (const QJsonValue &value : document.value(QStringLiteral("sections")).toArray()) {
-        const QJsonObject section = value.toObject();
-        if (section.contains(QStringLiteral("title")))
-            html +=
-                QStringLiteral("<h2>%1</h2>").arg(section.value(QStringLiteral("title")).toString().toHtmlEscaped());
-        html += QStringLiteral("<p>%1</p>")
-                    .arg(section.value(QStringLiteral("body"))
-                             .toString()
-                             .replace(QStringLiteral("#####"), name)
-                             .toHtmlEscaped());
-    }
-    return html + QStringLiteral("</body></html>");
+    return documentAsHtml(json, TVRManager::appName());
 }
 
 double median(QList<double> samples)
@@ -160,16 +93,50 @@ QRect phone()
     return QGuiApplication::primaryScreen()->geometry();
 }
 
-// Runs events as the application's loop would, until the terms screen on top of
-// \a navigation has laid out its rows, then paints the window once.
+// Sees \a viewport painted while \a ready holds.
+class PaintWatch : public QObject
+{
+public:
+    PaintWatch(QWidget *viewport, std::function<bool()> ready)
+        : m_ready(std::move(ready))
+    {
+        viewport->installEventFilter(this);
+    }
+    bool painted = false;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        // The paint itself runs right after the filter, within the same event.
+        if (event->type() == QEvent::Paint && m_ready())
+            painted = true;
+        return false;
+    }
+
+private:
+    std::function<bool()> m_ready;
+};
+
+// Runs events as the application's loop would until \a viewport has been painted, on a
+// window the platform has exposed, with \a ready holding: the first frame a user sees.
+void runUntilPainted(QWidget *viewport, const std::function<bool()> &ready)
+{
+    PaintWatch watch(viewport, ready);
+    for (int pass = 0; pass < 50 && !watch.painted; ++pass) {
+        QCoreApplication::processEvents();
+        const QWindow *window = viewport->window()->windowHandle();
+        if (!watch.painted && ready() && window && window->isExposed())
+            viewport->repaint();
+    }
+    if (!watch.painted)
+        qFatal("the first frame was never painted");
+}
+
+// The same for the terms screen on top of \a navigation, once it shows rows.
 void paintWhenLaidOut(TVRNavigationController &navigation)
 {
-    auto *screen = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController());
-    for (int pass = 0; pass < 20 && screen->tableView()->visibleCells().isEmpty(); ++pass)
-        QCoreApplication::processEvents();
-    if (screen->tableView()->visibleCells().isEmpty())
-        qFatal("the terms screen showed no rows");
-    navigation.repaint();
+    TVRTableView *table = qobject_cast<TVRTermsOfServiceViewController *>(navigation.topViewController())->tableView();
+    runUntilPainted(table->viewport(), [table] { return !table->visibleCells().isEmpty(); });
 }
 
 // 3. A terms screen made, shown and painted once, its document in the cache.
@@ -198,9 +165,7 @@ double firstFrameBrowser(const QByteArray &json, int runs)
         browser.setGeometry(phone());
         browser.setHtml(toHtml(QJsonDocument(keptCopy(kTVRTermsOfServiceDataPath).toObject()).toJson()));
         browser.show();
-        for (int pass = 0; pass < 20 && browser.verticalScrollBar()->maximum() == 0; ++pass)
-            QCoreApplication::processEvents();
-        browser.repaint();
+        runUntilPainted(browser.viewport(), [] { return true; });
     });
 }
 
@@ -276,11 +241,19 @@ ScrollResult scrollBrowser(const QByteArray &json)
 class QuickPage
 {
 public:
-    QuickPage()
+    // The kit's page, or with \a peer what a QML developer would write instead: a ScrollView
+    // holding a read-only TextArea with the document as rich text.
+    explicit QuickPage(bool peer = false)
+        : m_peer(peer)
     {
         m_engine.addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
         m_component = std::make_unique<QQmlComponent>(&m_engine);
-        m_component->setData("import Tovra\nTermsOfServicePage { width: 390; height: 844; fetchOnLoad: false }\n",
+        m_component->setData(peer
+                                 ? "import QtQuick\nimport QtQuick.Controls\n"
+                                   "ScrollView { property alias text: area.text; width: 390; height: 844\n"
+                                   "    TextArea { id: area; readOnly: true; wrapMode: TextEdit.Wrap;"
+                                   " textFormat: TextEdit.RichText } }\n"
+                                 : "import Tovra\nTermsOfServicePage { width: 390; height: 844; fetchOnLoad: false }\n",
                              QUrl());
         m_window.setGeometry(phone());
     }
@@ -306,10 +279,20 @@ public:
     // Made, shown, and one frame rendered with rows in it.
     void show()
     {
-        m_page.reset(qobject_cast<QQuickItem *>(m_component->create()));
+        if (m_peer) {
+            // Read and converted within the time measured, as the kit reads its copy.
+            const QString html = toHtml(QJsonDocument(keptCopy(kTVRTermsOfServiceDataPath).toObject()).toJson());
+            m_page.reset(qobject_cast<QQuickItem *>(m_component->createWithInitialProperties({{"text", html}})));
+        } else {
+            m_page.reset(qobject_cast<QQuickItem *>(m_component->create()));
+        }
         if (!m_page)
             qFatal("the QML page did not load: %s", qPrintable(m_component->errorString()));
         m_page->setParentItem(m_window.contentItem());
+        if (m_peer) {
+            m_window.grabWindow();
+            return;
+        }
         for (int pass = 0; pass < 20 && view()->property("count").toInt() == 0; ++pass)
             QCoreApplication::processEvents();
         if (view()->property("count").toInt() == 0)
@@ -323,6 +306,7 @@ public:
     QQuickWindow *window() { return &m_window; }
 
 private:
+    bool m_peer = false;
     QQmlEngine m_engine;
     std::unique_ptr<QQmlComponent> m_component;
     QQuickWindow m_window;
@@ -333,6 +317,7 @@ struct SideBySide
 {
     double quick = 0;
     double widgets = 0;
+    double peer = 0;
 };
 
 // 3q, the widget side: the terms screen pushed onto a navigation controller already shown,
@@ -376,10 +361,12 @@ private:
 // shown and deleted again within the time measured. Alternate rounds let both meet the
 // machine in the same states; each side's window is hidden while the other is measured, as
 // a shown Qt Quick window renders its pending frames in any event loop.
-SideBySide firstFramesSideBySide(QuickPage &page, WidgetHost &host, const QByteArray &json, int rounds, int runs)
+SideBySide firstFramesSideBySide(QuickPage &page, QuickPage &peer, WidgetHost &host, const QByteArray &json, int rounds,
+                                 int runs)
 {
     cache(json);
     auto reread = [] { TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr); };
+    QList<double> quickPeer;
     QList<double> quick;
     QList<double> widgets;
     for (int round = 0; round < rounds; ++round) {
@@ -393,6 +380,15 @@ SideBySide firstFramesSideBySide(QuickPage &page, WidgetHost &host, const QByteA
             });
         }
         page.leave();
+        peer.enter();
+        for (int run = 0; run < runs; ++run) {
+            quickPeer << timeIt(1, [&] {
+                peer.show();
+                peer.hide();
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            });
+        }
+        peer.leave();
         host.enter();
         for (int run = 0; run < runs; ++run) {
             reread();
@@ -400,7 +396,7 @@ SideBySide firstFramesSideBySide(QuickPage &page, WidgetHost &host, const QByteA
         }
         host.leave();
     }
-    return {median(quick), median(widgets)};
+    return {median(quick), median(widgets), median(quickPeer)};
 }
 
 ScrollResult scrollQuick(QuickPage &page, const QByteArray &json)
@@ -558,15 +554,15 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     QJsonObject report;
     out << QStringLiteral("%1 %2 %3 %4 %5\n")
-               .arg(QStringLiteral("measure"), -34)
-               .arg(QStringLiteral("size"), -8)
+               .arg(QStringLiteral("measure"), -40)
+               .arg(QStringLiteral("size"), -10)
                .arg(QStringLiteral("Tovra"), 12)
                .arg(QStringLiteral("QTextBrowser"), 13)
                .arg(QStringLiteral("ratio"), 7);
     auto row = [&](const QString &measure, const char *size, double tovra, double browser, const QString &unit) {
         QString line = QStringLiteral("%1 %2 %3")
-                           .arg(measure, -34)
-                           .arg(QLatin1String(size), -8)
+                           .arg(measure, -40)
+                           .arg(QLatin1String(size), -10)
                            .arg(QString::number(tovra, 'f', 3) + QLatin1Char(' ') + unit, 12);
         QJsonObject entry{{QStringLiteral("tovra"), tovra}, {QStringLiteral("unit"), unit}};
         if (browser >= 0) {
@@ -587,11 +583,27 @@ int main(int argc, char *argv[])
 #if defined(TOVRA_BENCH_QUICK)
     auto quickFirstFrames = [&](QuickPage &page) {
         WidgetHost host;
+        QuickPage peer(true);
         for (const Size &size : sizes) {
             if (!onlySize.isEmpty() && onlySize != QLatin1String(size.name))
                 continue;
-            const SideBySide frames = firstFramesSideBySide(page, host, makeDocument(size), 5, 6);
+            const QByteArray json = makeDocument(size);
+            const SideBySide frames = firstFramesSideBySide(page, peer, host, json, 5, 6);
             row(QStringLiteral("3q QML page first frame / widgets"), size.name, frames.quick, frames.widgets,
+                QStringLiteral("ms"));
+            row(QStringLiteral("3q QML page first frame / QML peer"), size.name, frames.quick, frames.peer,
+                QStringLiteral("ms"));
+            row(QStringLiteral("3q QML page first frame / QTextBrowser"), size.name, frames.quick,
+                firstFrameBrowser(json, 15), QStringLiteral("ms"));
+        }
+        for (const LimitDocument &limit : limitDocuments) {
+            if (!onlySize.isEmpty() && onlySize != QLatin1String(limit.name))
+                continue;
+            const QByteArray json = documentOfBodies(limit.sections, limit.bodyBytes);
+            const SideBySide frames = firstFramesSideBySide(page, peer, host, json, 1, 3);
+            row(QStringLiteral("3q QML page first frame / widgets"), limit.name, frames.quick, frames.widgets,
+                QStringLiteral("ms"));
+            row(QStringLiteral("3q QML page first frame / QML peer"), limit.name, frames.quick, frames.peer,
                 QStringLiteral("ms"));
         }
     };
@@ -673,6 +685,15 @@ int main(int argc, char *argv[])
             firstFrameBrowser(json, 15), QStringLiteral("ms"));
         row(QStringLiteral("3 first frame, texts never measured"), size.name, firstFrameTovra(json, 5, true),
             firstFrameBrowser(json, 5), QStringLiteral("ms"));
+    }
+
+    // The documents at the reply size limit: the first frame only.
+    for (const LimitDocument &limit : limitDocuments) {
+        if (!onlySize.isEmpty() && onlySize != QLatin1String(limit.name))
+            continue;
+        const QByteArray json = documentOfBodies(limit.sections, limit.bodyBytes);
+        row(QStringLiteral("3 first frame from the cache"), limit.name, firstFrameTovra(json, 3),
+            firstFrameBrowser(json, 3), QStringLiteral("ms"));
     }
 
     if (quick)

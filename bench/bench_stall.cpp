@@ -6,6 +6,8 @@
 // longest gap between its ticks is the longest time nothing else could run there.
 //   tests/run-isolated.sh build-release/bench/bench_stall [--json FILE]
 
+#include "BenchDocuments.h"
+#include "LoopbackSession.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -19,13 +21,24 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QProcess>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTextBrowser>
 #include <QTextStream>
 #include <QThread>
 #include <QTimer>
 
+#if defined(TOVRA_BENCH_QUICK)
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#endif
+
 #include <atomic>
+#include <memory>
 
 namespace {
 
@@ -102,20 +115,6 @@ private:
     double m_longest = 0;
 };
 
-QByteArray document(int sections, int bodyBytes)
-{
-    QJsonArray list;
-    const QString sentence = QStringLiteral("The service keeps what you write for as long as you keep it. ");
-    const QString body = sentence.repeated(bodyBytes / int(sentence.size()) + 1).left(bodyBytes);
-    for (int i = 0; i < sections; ++i)
-        list.append(QJsonObject{{QStringLiteral("title"), QStringLiteral("%1. Section").arg(i + 1)},
-                                {QStringLiteral("body"), body}});
-    return QJsonDocument(QJsonObject{{QStringLiteral("title"), QStringLiteral("Terms of Service")},
-                                     {QStringLiteral("updatedAt"), QStringLiteral("2017-07-04T10:00:00.000+0000")},
-                                     {QStringLiteral("sections"), list}})
-        .toJson(QJsonDocument::Compact);
-}
-
 struct Stalls
 {
     double fetch = 0;
@@ -180,16 +179,182 @@ Stalls measure(const QByteArray &json)
     return stalls;
 }
 
+// The size ladder: one viewer opened on a document kept from an earlier launch, in a
+// process of its own, timed to its first frame with rows in it.
+struct Opened
+{
+    double firstFrame = 0;
+    double stall = 0;
+    double peakMiB = 0;
+};
+
+Opened openFromCache(const QString &viewer, const QByteArray &json, const QString &scratch)
+{
+    removeKeptCopies();
+    keepCopy(kTVRTermsOfServiceDataPath, QJsonDocument::fromJson(json).object());
+    // The QTextBrowser reads the same document from a file of its own, as its host would.
+    const QString jsonPath = scratch + QStringLiteral("/terms.json");
+    QFile file(jsonPath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size())
+        qFatal("cannot write %s", qPrintable(jsonPath));
+    file.close();
+    TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr);
+
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    std::unique_ptr<QWidget> widget;
+    TVRTableView *table = nullptr;
+#if defined(TOVRA_BENCH_QUICK)
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
+    QQmlComponent component(&engine);
+    component.setData("import Tovra\nTermsOfServicePage { width: 390; height: 844; fetchOnLoad: false }\n", QUrl());
+    QQuickWindow window;
+    window.setGeometry(screen);
+    std::unique_ptr<QQuickItem> page;
+#endif
+    StallProbe probe;
+    QElapsedTimer timer;
+    Opened opened;
+    opened.stall = probe.during([&, made = false]() mutable {
+        if (!made) {
+            made = true;
+            timer.start();
+            if (viewer == QLatin1String("widgets")) {
+                auto *screenController = TVRManager::termsOfServiceViewController();
+                table = screenController->tableView();
+                widget = std::make_unique<TVRNavigationController>(screenController);
+            } else if (viewer == QLatin1String("QTextBrowser")) {
+                auto *browser = new QTextBrowser;
+                QFile document(jsonPath);
+                browser->setHtml(document.open(QIODevice::ReadOnly) ? documentAsHtml(document.readAll(), {})
+                                                                    : QString());
+                widget.reset(browser);
+            }
+#if defined(TOVRA_BENCH_QUICK)
+            else {
+                window.show();
+                page.reset(qobject_cast<QQuickItem *>(component.create()));
+                if (!page)
+                    qFatal("the QML page did not load: %s", qPrintable(component.errorString()));
+                page->setParentItem(window.contentItem());
+            }
+#endif
+            if (widget) {
+                widget->setGeometry(screen);
+                widget->show();
+            }
+            return false;
+        }
+        if (widget) {
+            if (table && table->visibleCells().isEmpty())
+                return false;
+            widget->repaint();
+        }
+#if defined(TOVRA_BENCH_QUICK)
+        else {
+            if (page->property("view").value<QObject *>()->property("count").toInt() == 0)
+                return false;
+            window.grabWindow();
+        }
+#endif
+        opened.firstFrame = timer.nsecsElapsed() / 1e6;
+        return true;
+    });
+    opened.peakMiB = processStatusKiB("VmHWM") / 1024.0;
+    return opened;
+}
+
+// Runs every step of the size ladder for every viewer, three processes each, and prints
+// the medians side by side; with \a jsonPath, adds them to that file's object.
+int ladder(QTextStream &out, const QString &jsonPath)
+{
+    QStringList viewers{QStringLiteral("widgets"), QStringLiteral("QTextBrowser")};
+#if defined(TOVRA_BENCH_QUICK)
+    viewers.insert(1, QStringLiteral("QML"));
+#endif
+    out << QStringLiteral("%1 %2 %3 %4 %5 %6\n")
+               .arg(QStringLiteral("8 opened from the kept copy"), -28)
+               .arg(QStringLiteral("size"), -7)
+               .arg(QStringLiteral("viewer"), -13)
+               .arg(QStringLiteral("frame ms"), 9)
+               .arg(QStringLiteral("stall ms"), 9)
+               .arg(QStringLiteral("peak MiB"), 9);
+    QJsonObject report;
+    const std::pair<const char *, int> steps[] = {
+        {"10 KB", 10 * 1000}, {"100 KB", 100 * 1000}, {"1 MB", 1000 * 1000}, {"5 MB", 5 * 1000 * 1000}};
+    for (const auto &[stepName, bytes] : steps) {
+        for (const QString &viewer : viewers) {
+            QList<double> frames, stalls, peaks;
+            for (int run = 0; run < 3; ++run) {
+                QProcess probe;
+                probe.start(QCoreApplication::applicationFilePath(),
+                            {QStringLiteral("--open"), viewer, QString::number(bytes)});
+                probe.waitForFinished(120000);
+                const QList<QByteArray> parts = probe.readAllStandardOutput().trimmed().split(' ');
+                if (parts.size() != 3)
+                    qFatal("the %s viewer did not open %s", qPrintable(viewer), stepName);
+                frames << parts[0].toDouble();
+                stalls << parts[1].toDouble();
+                peaks << parts[2].toDouble();
+            }
+            const auto middle = [](QList<double> samples) {
+                std::sort(samples.begin(), samples.end());
+                return samples[samples.size() / 2];
+            };
+            out << QStringLiteral("%1 %2 %3 %4 %5 %6\n")
+                       .arg(QStringLiteral("8 opened from the kept copy"), -28)
+                       .arg(QLatin1String(stepName), -7)
+                       .arg(viewer, -13)
+                       .arg(middle(frames), 9, 'f', 1)
+                       .arg(middle(stalls), 9, 'f', 1)
+                       .arg(middle(peaks), 9, 'f', 1);
+            out.flush();
+            report.insert(QStringLiteral("8 opened from the kept copy %1 %2").arg(QLatin1String(stepName), viewer),
+                          QJsonObject{{QStringLiteral("first frame ms"), middle(frames)},
+                                      {QStringLiteral("longest stall ms"), middle(stalls)},
+                                      {QStringLiteral("peak memory MiB"), middle(peaks)}});
+        }
+    }
+    if (!jsonPath.isEmpty()) {
+        addToReport(jsonPath, report);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+#if defined(TOVRA_BENCH_QUICK)
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+#endif
     QApplication app(argc, argv);
     if (!isolateTestHost(QStringLiteral("bench_stall")))
         return 1;
     TVRManager::setAPIKey(QStringLiteral("a"), QStringLiteral("b"));
     QTextStream out(stdout);
     const QStringList args = app.arguments();
+    // --open VIEWER BYTES: one step of the size ladder, printed as "first-frame stall peak".
+    const qsizetype openAt = args.indexOf(QStringLiteral("--open"));
+    if (openAt > 0) {
+        // The screen's own fetch goes nowhere: only the kept copy is shown.
+        LoopbackSession offline;
+        offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
+        TVRDocumentManager::sharedInstance()->setSession(&offline);
+        QTemporaryDir scratch;
+        const int bytes = args.value(openAt + 2).toInt();
+        const Opened opened =
+            openFromCache(args.value(openAt + 1), documentOfBodies(std::max(1, bytes / 2500), 2500), scratch.path());
+        out << opened.firstFrame << ' ' << opened.stall << ' ' << opened.peakMiB << Qt::endl;
+        TVRDocumentManager::sharedInstance()->setSession(nullptr);
+        return 0;
+    }
+    // --ladder: every viewer at every step, each in a process of its own.
+    if (args.contains(QStringLiteral("--ladder")))
+        return ladder(out,
+                      args.indexOf(QStringLiteral("--json")) > 0
+                          ? args.value(args.indexOf(QStringLiteral("--json")) + 1)
+                          : QString());
     const qsizetype jsonAt = args.indexOf(QStringLiteral("--json"));
     // One document a run, so that each peak is the document's own: the runs are processes.
     const qsizetype kindAt = args.indexOf(QStringLiteral("--document"));
@@ -214,7 +379,7 @@ int main(int argc, char *argv[])
     for (const Kind &k : kinds) {
         if (!kind.isEmpty() && kind != QLatin1String(k.name))
             continue;
-        const QByteArray json = document(k.sections, k.bodyBytes);
+        const QByteArray json = documentOfBodies(k.sections, k.bodyBytes);
         const Stalls stalls = measure(json);
         const auto ms = [](double value) { return QString::number(value, 'f', 1); };
         out << QStringLiteral("%1 %2 %3 %4 %5 %6 %7\n")
