@@ -107,6 +107,53 @@ TestCase {
         compare(service.isWidgetApplication(), false);
     }
 
+    function test_aLongBodyIsLaidOutAsItComesIntoView() {
+        // Two bodies of 100,000 characters: only the parts near the view are laid out, the
+        // end is reached, a screen reader reads a body whole, and a tap edits where it lands.
+        service.setSections(2);
+        service.setBodyRepeats(2000);
+        const page = showPage(termsPage);
+        const view = page.view;
+        const parts = view.itemAtIndex(0).children[1].children[2];
+        verify(parts.visible, "the long body is not drawn in parts");
+        const madeParts = () => Array.from(parts.children).filter(part => part.children.length > 0 && part.children[0].item).length;
+        const allParts = parts.children.length - 1; // and the repeater
+        verify(allParts > 10);
+        verify(madeParts() > 0 && madeParts() < allParts / 2,
+               madeParts() + " of " + allParts + " parts laid out at the start");
+
+        const body = service.announced(page).find(line => line.includes("Body 1:"));
+        compare(body.trim().length, ("StaticText \"" + "Body 1: Acme keeps what you write on your device. ".repeat(2000) + "\"").length);
+
+        view.forceActiveFocus();
+        keyClick(Qt.Key_End);
+        tryVerify(() => view.atYEnd, 5000, "not at the end: " + view.contentY + " of "
+                  + (view.contentHeight + view.originY - view.height));
+        waitForItemPolished(view);
+        const last = view.itemAtIndex(view.count - 1);
+        const lastParts = last.children[1].children[2];
+        const lastPart = lastParts.children[lastParts.children.length - 2];
+        const drawn = lastPart.children[0].item;
+        verify(drawn, "the last part is not laid out at the end");
+        const bottom = drawn.mapToItem(view, 0, drawn.height).y;
+        verify(bottom > view.height - 100 && bottom <= view.height, "the last line ends at " + bottom);
+        const image = grabImage(page);
+        const lastLine = drawn.mapToItem(page, 0, drawn.height - 20);
+        verify(darkest(image, Math.round(lastLine.x), Math.round(lastLine.y), 150, 18) < 100, "no ink in the last line");
+        screenshot(page, "long-body-end");
+
+        // A tap at the start of the part's line before last puts the cursor there, near the
+        // end of the body, and what is typed goes in there.
+        const length = lastPart.modelData.text.length;
+        mouseClick(drawn, 1, drawn.height - 30);
+        const editor = lastPart.children[0].item;
+        verify(editor.activeFocus, "the tapped part is not edited");
+        verify(editor.cursorPosition > length - 200, editor.cursorPosition + " of " + length);
+        keyClick(Qt.Key_X);
+        compare(editor.text.length, length + 1);
+        compare(editor.text.charAt(editor.cursorPosition - 1), "x");
+    }
+
     function test_termsPageShowsTheDocument() {
         const page = showPage(termsPage);
         compare(page.title, "Terms of Service");

@@ -47,16 +47,17 @@ Script script(const QString &name)
     return {u"%2 heading %1"_s, u"Body %1: ##### keeps what you write on your device. "_s};
 }
 
-// A document of \a sections sections; their bodies hold the sentence twice, or, when
-// \a unevenBodies, from once to twelve times, so that rows differ in height.
-QJsonObject documentJson(const QString &title, int sections, const Script &text = script({}), bool unevenBodies = false)
+// A document of \a sections sections; their bodies hold the sentence \a repeats times, or,
+// when \a unevenBodies, from once to twelve times, so that rows differ in height.
+QJsonObject documentJson(const QString &title, int sections, const Script &text = script({}), bool unevenBodies = false,
+                         int repeats = 2)
 {
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
-        const int repeats = unevenBodies ? 1 + (i * 7) % 12 : 2;
-        QJsonObject section{{u"body"_s, text.sentence.arg(i + 1).repeated(repeats)}};
+        QJsonObject section{
+            {u"body"_s, text.sentence.arg(i + 1).repeated(unevenBodies ? 1 + (i * 7) % 12 : repeats)}};
         if (i % 3 != 2)
-            section.insert(u"title"_s, text.heading.arg(i + 1).arg(title));
+            section.insert(u"title"_s, QString(text.heading).replace(u"%2"_s, title).arg(i + 1));
         list.append(section);
     }
     return QJsonObject{{u"title"_s, title}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, list}};
@@ -83,7 +84,10 @@ public:
     {
         m_sections = sections;
         m_unevenBodies = unevenBodies;
+        m_repeats = 2;
     }
+    //! The next replies' bodies hold their sentence \a repeats times.
+    Q_INVOKABLE void setBodyRepeats(int repeats) { m_repeats = repeats; }
     //! The Terms of Service held have \a sections sections, as a copy kept from an earlier launch.
     Q_INVOKABLE void holdTerms(int sections)
     {
@@ -159,7 +163,7 @@ public:
         const bool terms = request.path == u"/api/terms-of-service"_s;
         TestReply reply = TestReply::json(
             200,
-            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script, m_unevenBodies))
+            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script, m_unevenBodies, m_repeats))
                 .toJson(QJsonDocument::Compact));
         // A body cut short fails for good; a connection dropped before any answer would be
         // tried again by Qt on a fresh connection.
@@ -192,6 +196,7 @@ private:
     bool m_failNext = false;
     int m_sections = 30;
     bool m_unevenBodies = false;
+    int m_repeats = 2;
     Script m_script = script({});
 };
 

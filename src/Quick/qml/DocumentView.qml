@@ -44,9 +44,11 @@ ListView {
     }
 
     // The end is in view once the view is laid out, scrolled to its end, and the last row
-    // made. A document without sections has no end to reach.
+    // made and in view: rows just added under the end may be made, while the list still
+    // holds its end where it was. A document without sections has no end to reach.
     function checkEnd() {
-        if (count > 0 && height > 0 && contentHeight > 0 && atYEnd && itemAtIndex(count - 1) !== null)
+        const last = count > 0 && height > 0 && contentHeight > 0 && atYEnd ? itemAtIndex(count - 1) : null;
+        if (last !== null && last.y + last.height <= contentY + height + 1)
             reachedEnd = true;
     }
     // Checked once the view has taken the change in, after the model's signal.
@@ -69,10 +71,13 @@ ListView {
             Qt.callLater(view.checkEndLaidOut);
         countSeen = count;
     }
+    // From the model itself: the view applies its changes, and tells of a new count, only
+    // when it is next laid out.
     Connections {
         target: view.document
         function onDataChanged() { view.sectionsChanged(); }
         function onModelReset() { view.sectionsChanged(); }
+        function onRowsInserted() { view.sectionsChanged(); }
     }
 
     onActiveFocusChanged: if (!activeFocus) showsFocus = false
@@ -117,13 +122,22 @@ ListView {
     // the rows it has not made by an estimate of their height, and keeps its end where that
     // estimate put it until the rows are made; positioned again once they are, it stays.
     function scrollToEnd() {
-        for (let tries = 0; tries < 10; ++tries) {
+        for (let tries = 0; tries < 20; ++tries) {
             positionViewAtEnd();
+            forceLayout();
+            // The parts of a long body that came into view were laid out just now: placed,
+            // they may move the end down.
+            for (let index = Math.max(0, count - 2); index < count; ++index) {
+                const item = itemAtIndex(index);
+                if (item)
+                    item.placeParts();
+            }
             forceLayout();
             if (atYEnd)
                 return;
         }
     }
+
 
     Keys.onPressed: event => {
         view.showsFocus = true;
@@ -218,13 +232,14 @@ ListView {
             id: bodyBox
             y: titleBox.y + titleBox.height
             width: row.width
-            height: Math.max(40, Math.ceil(editor.item ? editor.item.implicitHeight : bodyText.implicitHeight))
+            height: Math.max(40, Math.ceil(editor.item ? editor.item.implicitHeight
+                                           : row.parts.length > 0 ? partsColumn.height : bodyText.implicitHeight))
             Text {
                 id: bodyText
                 x: 12
                 width: row.width - 24
-                visible: !editor.item
-                text: row.body
+                visible: !editor.item && row.parts.length === 0
+                text: row.parts.length > 0 ? "" : row.body
                 textFormat: Text.PlainText
                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                 font: Appearance.bodyFont
@@ -241,27 +256,144 @@ ListView {
                 x: 12
                 width: row.width - 24
                 active: false
-                sourceComponent: TextEdit {
+                sourceComponent: BodyEditor {
                     text: row.body
-                    textFormat: TextEdit.PlainText
-                    wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
-                    font: Appearance.bodyFont
-                    color: Appearance.bodyColor
-                    selectByMouse: true
-                    activeFocusOnPress: true
-                    Accessible.role: Accessible.EditableText
-                    Accessible.name: row.title
-                    // Tab moves on, as from the widget screens' bodies, and types nothing.
-                    Keys.onTabPressed: event => {
-                        view.focusMoveRequested(1);
-                        event.accepted = true;
-                    }
-                    Keys.onBacktabPressed: event => {
-                        view.focusMoveRequested(-1);
-                        event.accepted = true;
+                }
+            }
+            // A long body is drawn as parts, each laid out only once it comes near the view:
+            // a Text lays its whole text out when it is made, which for a body of a
+            // megabyte holds the window for longer than a frame many times over. A part not
+            // yet laid out stands in with the height its characters would take. A tap makes
+            // the part it lands on editable, in its place, as a short body is made editable.
+            Column {
+                id: partsColumn
+                x: 12
+                width: row.width - 24
+                visible: !editor.item && row.parts.length > 0
+                Accessible.role: Accessible.StaticText
+                Accessible.name: row.parts.length > 0 ? row.body : ""
+                Accessible.ignored: row.title === ""
+                // Where each part stands is known once the column has placed them: until
+                // then they all stand at its top. (A delegate is reused for other bodies.)
+                property var placedParts: null
+                onPositioningComplete: placedParts = row.parts
+                Repeater {
+                    model: row.parts
+                    delegate: Item {
+                        id: part
+                        required property var modelData
+                        property bool editing: false
+                        width: partsColumn.width
+                        height: partText.item ? partText.item.implicitHeight : estimatedHeight
+                        readonly property real estimatedHeight: Math.ceil(modelData.text.length / charactersPerLine)
+                                                                * bodyMetrics.height
+                        readonly property real charactersPerLine: Math.max(1, Math.floor(width
+                                                                  / bodyMetrics.averageCharacterWidth))
+                        // Near the view: within a screen of it, above or below.
+                        readonly property bool near: {
+                            if (partsColumn.placedParts !== row.parts)
+                                return false;
+                            const top = row.y + bodyBox.y + part.y - view.contentY;
+                            return top < 2 * view.height && top + estimatedHeight > -view.height;
+                        }
+                        Loader {
+                            id: partText
+                            width: parent.width
+                            // Once made, a part stays, so that its height holds.
+                            active: part.near || item !== null
+                            sourceComponent: part.editing ? partEditor : partDrawn
+                        }
+                        Component {
+                            id: partDrawn
+                            Text {
+                                width: part.width
+                                text: part.modelData.text
+                                textFormat: Text.PlainText
+                                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                                font: Appearance.bodyFont
+                                color: Appearance.bodyColor
+                                Accessible.ignored: true
+                                TapHandler {
+                                    onTapped: eventPoint => {
+                                        part.editing = true;
+                                        const textEdit = partText.item;
+                                        textEdit.cursorPosition = textEdit.positionAt(eventPoint.position.x,
+                                                                                      eventPoint.position.y);
+                                        textEdit.forceActiveFocus(Qt.MouseFocusReason);
+                                        view.showsFocus = false;
+                                    }
+                                }
+                            }
+                        }
+                        Component {
+                            id: partEditor
+                            BodyEditor {
+                                width: part.width
+                                text: part.modelData.text
+                            }
+                        }
                     }
                 }
             }
+        }
+
+        // The parts a long body is drawn in, each {start, text}: broken at a line break where
+        // there is one near each stretch's end, else after a space, else anywhere.
+        readonly property var parts: {
+            const stretch = 8192;
+            // Read once: each read of the role hands over a copy of the text.
+            const body = row.body;
+            if (body.length < 4 * stretch)
+                return [];
+            const list = [];
+            for (let start = 0; start < body.length;) {
+                let end = Math.min(body.length, start + stretch);
+                if (end < body.length) {
+                    const lineBreak = body.lastIndexOf("\n", end);
+                    const space = body.lastIndexOf(" ", end);
+                    if (lineBreak > start + stretch / 2)
+                        end = lineBreak + 1;
+                    else if (space > start + stretch / 2)
+                        end = space + 1;
+                }
+                // A line break that ends a part is the break between two Texts.
+                const text = body.substring(start, end);
+                list.push({ start: start, text: text.endsWith("\n") ? text.slice(0, -1) : text });
+                start = end;
+            }
+            return list;
+        }
+
+        // A body made editable: laid out as it was drawn. Tab moves on, as from the widget
+        // screens' bodies, and types nothing.
+        component BodyEditor: TextEdit {
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+            font: Appearance.bodyFont
+            color: Appearance.bodyColor
+            selectByMouse: true
+            activeFocusOnPress: true
+            Accessible.role: Accessible.EditableText
+            Accessible.name: row.title
+            Keys.onTabPressed: event => {
+                view.focusMoveRequested(1);
+                event.accepted = true;
+            }
+            Keys.onBacktabPressed: event => {
+                view.focusMoveRequested(-1);
+                event.accepted = true;
+            }
+        }
+
+        FontMetrics {
+            id: bodyMetrics
+            font: Appearance.bodyFont
+        }
+
+        // Places the parts of a long body as they stand now, without waiting for the frame.
+        function placeParts() {
+            if (row.parts.length > 0)
+                partsColumn.forceLayout();
         }
 
         // Puts the body's editor in place, its cursor at \a point of the drawn text.
