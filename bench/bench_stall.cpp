@@ -274,21 +274,33 @@ int ladder(QTextStream &out, const QString &jsonPath)
 #endif
     out << QStringLiteral("%1 %2 %3 %4 %5 %6\n")
                .arg(QStringLiteral("8 opened from the kept copy"), -28)
-               .arg(QStringLiteral("size"), -7)
+               .arg(QStringLiteral("size"), -10)
                .arg(QStringLiteral("viewer"), -13)
                .arg(QStringLiteral("frame ms"), 9)
                .arg(QStringLiteral("stall ms"), 9)
                .arg(QStringLiteral("peak MiB"), 9);
     QJsonObject report;
-    const std::pair<const char *, int> steps[] = {
-        {"10 KB", 10 * 1000}, {"100 KB", 100 * 1000}, {"1 MB", 1000 * 1000}, {"5 MB", 5 * 1000 * 1000}};
-    for (const auto &[stepName, bytes] : steps) {
+    struct Step
+    {
+        const char *name;
+        int sections;
+        int bodyBytes;
+    };
+    // Sections of 2.5 KB up to the reply size limit, and the longest body of the limit.
+    const Step steps[] = {{"10 KB", 4, 2500},
+                          {"100 KB", 40, 2500},
+                          {"1 MB", 400, 2500},
+                          {"5 MB", 2000, 2500},
+                          {"1 MB body", 1, 1024 * 1024}};
+    for (const Step &step : steps) {
+        const char *stepName = step.name;
         for (const QString &viewer : viewers) {
             QList<double> frames, stalls, peaks;
             for (int run = 0; run < 3; ++run) {
                 QProcess probe;
                 probe.start(QCoreApplication::applicationFilePath(),
-                            {QStringLiteral("--open"), viewer, QString::number(bytes)});
+                            {QStringLiteral("--open"), viewer, QString::number(step.sections),
+                             QString::number(step.bodyBytes)});
                 probe.waitForFinished(120000);
                 const QList<QByteArray> parts = probe.readAllStandardOutput().trimmed().split(' ');
                 if (parts.size() != 3)
@@ -303,7 +315,7 @@ int ladder(QTextStream &out, const QString &jsonPath)
             };
             out << QStringLiteral("%1 %2 %3 %4 %5 %6\n")
                        .arg(QStringLiteral("8 opened from the kept copy"), -28)
-                       .arg(QLatin1String(stepName), -7)
+                       .arg(QLatin1String(stepName), -10)
                        .arg(viewer, -13)
                        .arg(middle(frames), 9, 'f', 1)
                        .arg(middle(stalls), 9, 'f', 1)
@@ -334,7 +346,8 @@ int main(int argc, char *argv[])
     TVRManager::setAPIKey(QStringLiteral("a"), QStringLiteral("b"));
     QTextStream out(stdout);
     const QStringList args = app.arguments();
-    // --open VIEWER BYTES: one step of the size ladder, printed as "first-frame stall peak".
+    // --open VIEWER SECTIONS BODY-BYTES: one step of the size ladder, printed as
+    // "first-frame stall peak".
     const qsizetype openAt = args.indexOf(QStringLiteral("--open"));
     if (openAt > 0) {
         // The screen's own fetch goes nowhere: only the kept copy is shown.
@@ -342,9 +355,8 @@ int main(int argc, char *argv[])
         offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
         TVRDocumentManager::sharedInstance()->setSession(&offline);
         QTemporaryDir scratch;
-        const int bytes = args.value(openAt + 2).toInt();
-        const Opened opened =
-            openFromCache(args.value(openAt + 1), documentOfBodies(std::max(1, bytes / 2500), 2500), scratch.path());
+        const QByteArray json = documentOfBodies(args.value(openAt + 2).toInt(), args.value(openAt + 3).toInt());
+        const Opened opened = openFromCache(args.value(openAt + 1), json, scratch.path());
         out << opened.firstFrame << ' ' << opened.stall << ' ' << opened.peakMiB << Qt::endl;
         TVRDocumentManager::sharedInstance()->setSession(nullptr);
         return 0;
