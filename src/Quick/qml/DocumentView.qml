@@ -349,12 +349,16 @@ ListView {
             for (let start = 0; start < body.length;) {
                 let end = Math.min(body.length, start + stretch);
                 if (end < body.length) {
-                    const lineBreak = body.lastIndexOf("\n", end);
-                    const space = body.lastIndexOf(" ", end);
-                    if (lineBreak > start + stretch / 2)
-                        end = lineBreak + 1;
-                    else if (space > start + stretch / 2)
-                        end = space + 1;
+                    // Searched in the stretch's second half only: a search from the end
+                    // back through the whole body would go as far as its start.
+                    const from = start + stretch / 2;
+                    const tail = body.substring(from, end);
+                    const lineBreak = tail.lastIndexOf("\n");
+                    const space = tail.lastIndexOf(" ");
+                    if (lineBreak >= 0)
+                        end = from + lineBreak + 1;
+                    else if (space >= 0)
+                        end = from + space + 1;
                 }
                 // A line break that ends a part is the break between two Texts.
                 const text = body.substring(start, end);
