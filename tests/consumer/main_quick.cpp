@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // A QML host: "import Tovra" from the installed module, or from the module linked in with a
-// static kit, and the three pages made, with no Qt Widgets in the process.
+// static kit, and the three pages made, with no Qt Widgets in the process, and the two
+// document pages without Qt Quick Controls.
 #include <QFile>
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -36,6 +37,16 @@ int main(int argc, char *argv[])
             return 1;
         }
         std::printf("%s ", page);
+#if defined(Q_OS_LINUX) && !defined(CONSUMER_STATIC_QML)
+        // The Terms of Service and Privacy Policy open without Qt Quick Controls, which
+        // would take longer to load than the page to open.
+        QFile maps(QStringLiteral("/proc/self/maps"));
+        if (qstrcmp(page, "AgreementPage") != 0 && maps.open(QIODevice::ReadOnly)
+            && maps.readAll().contains("libQt6QuickControls2")) {
+            std::fprintf(stderr, "%s loaded Qt Quick Controls\n", page);
+            return 1;
+        }
+#endif
     }
 #if defined(Q_OS_LINUX)
     // A QML host carries no Qt Widgets: the kit's QML module, shared or linked in, neither

@@ -2,14 +2,22 @@
 // SPDX-License-Identifier: MIT
 
 import QtQuick
-import QtQuick.Controls
 import Tovra
 
 // What the Terms of Service and Privacy Policy pages share: a light bar with the title and,
 // when the page was opened modally, "Close"; the document under it. The model shows the kept
 // copy at once and fetches the document when the page is made.
-Page {
+//
+// Made of Qt Quick items alone: Qt Quick Controls would load its library and style when a
+// page first opens, which takes longer than everything else a page does then.
+FocusScope {
     id: page
+
+    // The text in the bar, and the page's name for screen readers.
+    property string title
+    // An item laid out along the bottom of the page, under the document, such as a bar of
+    // buttons; its height is its own.
+    property Item footer: null
 
     // Set when the page is opened modally: the bar then offers "Close".
     property bool modal: false
@@ -27,11 +35,27 @@ Page {
 
     function close() {
         page.closed();
-        if (page.StackView.view)
-            page.StackView.view.pop();
+        // A StackView holds its pages as its children.
+        const stack = page.parent;
+        if (stack && typeof stack.pop === "function" && stack.depth !== undefined && stack.currentItem === page)
+            stack.pop();
     }
 
-    background: Rectangle { color: "white" }
+    // Whether the page is laid out right to left.
+    readonly property bool mirrored: LayoutMirroring.enabled
+
+    Rectangle {
+        anchors.fill: parent
+        color: "white"
+    }
+
+    onFooterChanged: {
+        if (!footer)
+            return;
+        footer.parent = page;
+        footer.width = Qt.binding(() => page.width);
+        footer.y = Qt.binding(() => page.height - footer.height);
+    }
 
     // Mirrored as an item of the host's above the page passes its mirroring down
     // (LayoutMirroring.childrenInherit), else when the application's layout direction is
@@ -70,30 +94,53 @@ Page {
             next.forceActiveFocus(reason);
         return true;
     }
+    // Read as a page named by its title, as a Qt Quick Controls Page is.
+    Accessible.role: Accessible.PageTab
     Accessible.name: page.title
     Keys.onEscapePressed: if (page.modal) page.close()
 
     // A plain bar: the title, and "Close" only when the page was opened modally.
-    header: Rectangle {
-        implicitHeight: 44
+    Rectangle {
+        id: bar
+        width: page.width
+        height: 44
         color: "#F7F7F7"
         Loader {
             id: closeButton
             active: page.modal
             anchors.verticalCenter: parent.verticalCenter
             x: page.mirrored ? parent.width - width - 10 : 10
-            sourceComponent: ToolButton {
+            sourceComponent: Text {
+                id: close
                 objectName: "closeButton"
                 //: Closes a terms of service or privacy policy screen that was opened over the application.
                 text: qsTranslate("TVRReadOnlyDocumentViewController", "Close")
                 font.bold: true
-                palette.buttonText: "#0055CC"
+                color: tap.pressed ? "#4D88DB" : "#0055CC"
+                padding: 6
+                activeFocusOnTab: false
+                Accessible.role: Accessible.Button
                 Accessible.name: text
-                // A screen reader's press, which Qt Quick Controls 6.4 does not turn into a click.
+                Accessible.focusable: true
                 Accessible.onPressAction: page.close()
                 Keys.onTabPressed: event => event.accepted = page.moveFocus(1)
                 Keys.onBacktabPressed: event => event.accepted = page.moveFocus(-1)
-                onClicked: page.close()
+                Keys.onSpacePressed: page.close()
+                Keys.onReturnPressed: page.close()
+                Keys.onEnterPressed: page.close()
+                TapHandler {
+                    id: tap
+                    onTapped: page.close()
+                }
+                // Keyboard focus shows as a ring, as on the document.
+                Rectangle {
+                    anchors.fill: parent
+                    visible: close.activeFocus
+                    color: "transparent"
+                    border.width: 2
+                    border.color: "#0055CC"
+                    radius: 3
+                }
             }
         }
         Text {
@@ -111,7 +158,9 @@ Page {
 
     DocumentView {
         id: documentView
-        anchors.fill: parent
+        y: bar.height
+        width: page.width
+        height: page.height - bar.height - (page.footer ? page.footer.height : 0)
         document: documentModel
         focus: true
         Accessible.name: page.title
