@@ -54,8 +54,7 @@ QJsonObject documentJson(const QString &title, int sections, const Script &text 
 {
     QJsonArray list;
     for (int i = 0; i < sections; ++i) {
-        QJsonObject section{
-            {u"body"_s, text.sentence.arg(i + 1).repeated(unevenBodies ? 1 + (i * 7) % 12 : repeats)}};
+        QJsonObject section{{u"body"_s, text.sentence.arg(i + 1).repeated(unevenBodies ? 1 + (i * 7) % 12 : repeats)}};
         if (i % 3 != 2)
             section.insert(u"title"_s, QString(text.heading).replace(u"%2"_s, title).arg(i + 1));
         list.append(section);
@@ -161,10 +160,10 @@ public:
     TestReply reply(const TestRequest &request)
     {
         const bool terms = request.path == u"/api/terms-of-service"_s;
-        TestReply reply = TestReply::json(
-            200,
-            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script, m_unevenBodies, m_repeats))
-                .toJson(QJsonDocument::Compact));
+        TestReply reply = TestReply::json(200,
+                                          QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections,
+                                                                     m_script, m_unevenBodies, m_repeats))
+                                              .toJson(QJsonDocument::Compact));
         // A body cut short fails for good; a connection dropped before any answer would be
         // tried again by Qt on a fresh connection.
         if (std::exchange(m_failNext, false))
