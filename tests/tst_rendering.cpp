@@ -595,6 +595,14 @@ void tst_Rendering::clickOnABodyEditsItThere()
     QTest::keyClicks(textView, u"ok "_s);
     QCOMPARE(textView->toPlainText().mid(third.textStart(), 4),
              u"ok "_s + terms->sections().first()->body().at(third.textStart()));
+
+    // Scrolled a little, the row stays in view: its edit and its focus stay with it.
+    QScrollBar *bar = screen->tableView()->verticalScrollBar();
+    bar->setValue(bar->value() + 10);
+    QCoreApplication::processEvents();
+    QCOMPARE(screen->tableView()->cellForRowAtIndexPath({0, 1}), cell);
+    QCOMPARE(QApplication::focusWidget(), textView);
+    QVERIFY(textView->toPlainText().contains(u"ok "_s));
 }
 
 void tst_Rendering::arabicIsShaped()
