@@ -111,6 +111,7 @@ private Q_SLOTS:
     void modality_data();
     void modality();
     void closeDismisses();
+    void tabsWithoutScreensSelectNone();
     void completionsGoToTheLastScreen();
     void completionWithoutSuccessStillUpdates();
     void privacyTitleIsFixed();
@@ -478,6 +479,18 @@ void tst_DocumentScreens::modality()
         else if (setting == u"pushed"_s)
             QVERIFY(saveScreenshot(host, u"terms-pushed"_s));
     }
+}
+
+void tst_DocumentScreens::tabsWithoutScreensSelectNone()
+{
+    // A tab bar controller with no screens, as made or emptied, has none selected.
+    TVRTabBarController tabs;
+    QCOMPARE(tabs.selectedViewController(), nullptr);
+    auto *screen = new TVRViewController;
+    tabs.setViewControllers({screen});
+    QCOMPARE(tabs.selectedViewController(), screen);
+    tabs.setViewControllers({});
+    QCOMPARE(tabs.selectedViewController(), nullptr);
 }
 
 void tst_DocumentScreens::closeDismisses()
