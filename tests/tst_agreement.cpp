@@ -22,7 +22,6 @@
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QtTest>
-#include <TVRHeaderView.h>
 
 using namespace Qt::StringLiterals;
 
@@ -111,21 +110,14 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void emptyServicesSendNothing();
-    void delegatesAreWeak();
+    void emptyServicesSendNothingAndHoldDelegatesWeakly();
     void screenHandsItsDocumentOver();
     void toolbar();
     void lastSectionEnablesTheButtons();
-    void buttonsDoNothing();
-    void activateWithoutIdentifier();
-    void activateWithIdentifier();
-    void compliantAnswerShowsNothing();
-    void nonCompliantAnswerPresents_data();
-    void nonCompliantAnswerPresents();
-    void noWindowNoScreen();
-    void declinedPresenterLeavesItToTheWidgets();
-    void secondAnswerPresentsNothingMore();
-    void presentsOverTheMainWindowNotADialog();
+    void activateApp_data();
+    void activateApp();
+    void complianceAnswer_data();
+    void complianceAnswer();
     void failureIsLogged();
     void factoriesMakeNewScreens();
 
@@ -181,15 +173,13 @@ void tst_Agreement::flushRequests()
     QTRY_VERIFY(done);
 }
 
-void tst_Agreement::emptyServicesSendNothing()
+void tst_Agreement::emptyServicesSendNothingAndHoldDelegatesWeakly()
 {
-    RecordingUserDelegate users;
-    AgreementDelegate agreements;
-    TVRUserManager::sharedInstance()->setDelegate(&users);
-    TVRAgreementManager::sharedInstance()->setDelegate(&agreements);
-    QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), &agreements);
-    QCOMPARE(kTVRCheckUserStatusPath, u"/api/user/status"_s);
-    QCOMPARE(kTVRDocumentAgreementPath, u"/api/terms-of-service/agree"_s);
+    auto *users = new RecordingUserDelegate;
+    auto *agreements = new AgreementDelegate;
+    TVRUserManager::sharedInstance()->setDelegate(users);
+    TVRAgreementManager::sharedInstance()->setDelegate(agreements);
+    QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), agreements);
 
     const int before = m_server.requests().size();
     TVRUserManager::sharedInstance()->fetchUserStatusWithIdentifier(u"user-42"_s);
@@ -197,18 +187,10 @@ void tst_Agreement::emptyServicesSendNothing()
     TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
     TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
     flushRequests();
-
     QCOMPARE(m_server.requests().size(), before + 1);
     QCOMPARE(m_server.requests().constLast().path, u"/flush"_s);
-    QCOMPARE(users.calls, 0);
-}
+    QCOMPARE(users->calls, 0);
 
-void tst_Agreement::delegatesAreWeak()
-{
-    auto *users = new RecordingUserDelegate;
-    auto *agreements = new AgreementDelegate;
-    TVRUserManager::sharedInstance()->setDelegate(users);
-    TVRAgreementManager::sharedInstance()->setDelegate(agreements);
     delete users;
     delete agreements;
     QVERIFY(!TVRUserManager::sharedInstance()->delegate());
@@ -242,13 +224,10 @@ void tst_Agreement::toolbar()
     screen->show();
     QVERIFY(QTest::qWaitForWindowExposed(screen));
 
+    // Disagree, a stretch, Agree; neither bold.
     QToolBar *bar = screen->toolbar();
     const QList<QAction *> items = bar->actions();
-    QCOMPARE(items.size(), 3);
-    QCOMPARE(items[0], screen->disagreeBarButtonItem());
-    QCOMPARE(items[2], screen->agreeBarButtonItem());
-    QCOMPARE(items[0]->text(), u"Disagree"_s);
-    QCOMPARE(items[2]->text(), u"Agree"_s);
+    QCOMPARE(items, QList<QAction *>({screen->disagreeBarButtonItem(), items.value(1), screen->agreeBarButtonItem()}));
     QVERIFY(!items[0]->font().bold() && !items[2]->font().bold());
     QWidget *space = bar->widgetForAction(items[1]);
     QVERIFY(space);
@@ -257,11 +236,9 @@ void tst_Agreement::toolbar()
     // 52 px on the bottom edge, full width; the table above it, down to it.
     QTRY_COMPARE(bar->geometry(), QRect(0, screen->view()->height() - 52, screen->view()->width(), 52));
     QCOMPARE(screen->tableView()->geometry(), QRect(0, 0, screen->view()->width(), screen->view()->height() - 52));
-    QWidget *disagree = bar->widgetForAction(items[0]);
-    QWidget *agree = bar->widgetForAction(items[2]);
-    QVERIFY(disagree->geometry().right() < space->geometry().left());
-    QVERIFY(agree->geometry().left() > space->geometry().right());
-    QVERIFY(agree->geometry().right() > bar->width() - 40);
+    QVERIFY(bar->widgetForAction(items[0])->geometry().right() < space->geometry().left());
+    QVERIFY(bar->widgetForAction(items[2])->geometry().left() > space->geometry().right());
+    QVERIFY(bar->widgetForAction(items[2])->geometry().right() > bar->width() - 40);
 }
 
 void tst_Agreement::lastSectionEnablesTheButtons()
@@ -293,169 +270,129 @@ void tst_Agreement::lastSectionEnablesTheButtons()
     QVERIFY(!empty->agreeBarButtonItem()->isEnabled());
 }
 
-void tst_Agreement::buttonsDoNothing()
+void tst_Agreement::activateApp_data()
 {
-    QWidget *host = showHost();
-    QVERIFY(host);
-    answer(false, document(u"doc"_s, 2));
-    auto *navigation = host->findChild<TVRNavigationController *>();
-    QVERIFY(navigation);
-    auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
-    QVERIFY(screen);
-    RecordingUserDelegate users;
-    TVRUserManager::sharedInstance()->setDelegate(&users);
-    QSignalSpy destroyed(navigation, &QObject::destroyed);
-    const int before = m_server.requests().size();
-
-    screen->agreeBarButtonItem()->trigger();
-    screen->disagreeBarButtonItem()->trigger();
-    flushRequests();
-    QVERIFY(navigation->isVisible());
-    QCOMPARE(destroyed.size(), 0);
-    QCOMPARE(m_server.requests().size(), before + 1);
-    QCOMPARE(users.calls, 0);
+    QTest::addColumn<QVariant>("identifier");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("no user identifier") << QVariant() << QStringList{u"ACTIVATE"_s};
+    QTest::newRow("a user identifier") << QVariant(u"user-42"_s) << QStringList{u"ACTIVATE"_s, u"FETCH"_s};
 }
 
-void tst_Agreement::activateWithoutIdentifier()
+void tst_Agreement::activateApp()
 {
-    TVRManager::logout();
-    TVRUserManager::sharedInstance()->setDelegate(nullptr);
-    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
-    TVRManager::activateApp();
-    QCOMPARE(kitLines, QStringList{u"ACTIVATE"_s});
-    QVERIFY(!TVRUserManager::sharedInstance()->delegate());
-}
+    QFETCH(QVariant, identifier);
+    QFETCH(QStringList, lines);
 
-void tst_Agreement::activateWithIdentifier()
-{
-    TVRManager::setUserIdentifier(u"user-42"_s);
+    TVRManager::setUserIdentifier(identifier);
     TVRUserManager::sharedInstance()->setDelegate(nullptr);
     const int before = m_server.requests().size();
-    const int windows = int(visibleWindows().size());
-
-    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
-    QTest::ignoreMessage(QtInfoMsg, "FETCH");
+    for (const QString &line : std::as_const(lines))
+        QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
     TVRManager::activateApp();
-    QCOMPARE(kitLines, QStringList({u"ACTIVATE"_s, u"FETCH"_s}));
-    QCOMPARE(TVRUserManager::sharedInstance()->delegate(), TVRManager::sharedInstance());
+    QCOMPARE(kitLines, lines);
+    // With a user, the manager hears the (empty) status service's answer; nothing is sent or shown.
+    QCOMPARE(TVRUserManager::sharedInstance()->delegate(),
+             identifier.isValid() ? TVRManager::sharedInstance() : nullptr);
     flushRequests();
     QCOMPARE(m_server.requests().size(), before + 1);
-    QCOMPARE(int(visibleWindows().size()), windows);
+    QVERIFY(visibleWindows().isEmpty());
     TVRManager::logout();
 }
 
-void tst_Agreement::compliantAnswerShowsNothing()
+void tst_Agreement::complianceAnswer_data()
 {
-    QWidget *host = showHost();
-    QVERIFY(host);
-    QCOMPARE(kitLines, QStringList{answer(true, document(u"doc-1"_s, 1))});
-    QVERIFY(!host->findChild<TVRNavigationController *>());
-    QCOMPARE(visibleWindows(), QList<QWidget *>{host});
+    QTest::addColumn<QString>("host"); // the window in front: none, a main window, a kit screen, a dialog
+    QTest::addColumn<bool>("compliant");
+    QTest::addColumn<int>("answers");
+    QTest::addColumn<bool>("presenterDeclines"); // a presenter is set that declines, as QML's does for widgets
+    QTest::addColumn<bool>("presented");
+
+    QTest::newRow("compliant") << u"main window"_s << true << 1 << false << false;
+    QTest::newRow("not compliant") << u"main window"_s << false << 1 << false << true;
+    QTest::newRow("not compliant, over a kit screen") << u"kit screen"_s << false << 1 << false << true;
+    QTest::newRow("not compliant, a dialog in front") << u"dialog"_s << false << 1 << false << true;
+    QTest::newRow("not compliant, no window") << u"none"_s << false << 1 << false << false;
+    QTest::newRow("not compliant twice") << u"main window"_s << false << 2 << false << true;
+    QTest::newRow("not compliant, a presenter declines") << u"main window"_s << false << 1 << true << true;
 }
 
-void tst_Agreement::nonCompliantAnswerPresents_data()
+void tst_Agreement::complianceAnswer()
 {
-    QTest::addColumn<bool>("kitScreen");
-    QTest::newRow("over a host's main window") << false;
-    QTest::newRow("over a kit screen") << true;
-}
+    QFETCH(QString, host);
+    QFETCH(bool, compliant);
+    QFETCH(int, answers);
+    QFETCH(bool, presenterDeclines);
+    QFETCH(bool, presented);
 
-void tst_Agreement::nonCompliantAnswerPresents()
-{
-    QFETCH(bool, kitScreen);
+    QWidget *window = nullptr;
+    QPointer<QDialog> dialog;
+    if (host != u"none"_s) {
+        window = showHost(host == u"kit screen"_s ? TVRManager::privacyPolicyViewController() : nullptr);
+        QVERIFY(window);
+    }
+    if (host == u"dialog"_s) {
+        dialog = new QDialog(window);
+        dialog->show();
+        QApplication::setActiveWindow(dialog);
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QCOMPARE(TVRViewController::keyWindow(), dialog.data());
+    }
+    QCOMPARE(int(visibleWindows().size()), (window ? 1 : 0) + (dialog ? 1 : 0));
+    int asked = 0;
+    if (presenterDeclines) {
+        TVRManager::setAgreementPresenter([&asked](const std::shared_ptr<TVRDocument> &) {
+            ++asked;
+            return false;
+        });
+    }
+    const auto before = TVRDocumentManager::sharedInstance()->termsOfService();
+    QSignalSpy changed(TVRDocumentManager::sharedInstance(), &TVRDocumentManager::documentChanged);
+    QStringList lines;
+    std::shared_ptr<TVRDocument> given;
+    for (int i = 0; i < answers; ++i)
+        lines << answer(compliant, given = document(u"doc-%1"_s.arg(i), 5));
+    TVRManager::setAgreementPresenter({});
 
-    QWidget *host = showHost(kitScreen ? TVRManager::privacyPolicyViewController() : nullptr);
-    QVERIFY(host);
-    const auto given = document(u"doc-2"_s, 5);
-    QCOMPARE(kitLines, QStringList{answer(false, given)});
+    QCOMPARE(kitLines, lines);
+    QCOMPARE(asked, presenterDeclines ? 1 : 0);
+    // Shown or not, the last answer's document is the one the terms screens now show;
+    // listeners hear of each once, not once per hand it passes through.
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), compliant ? before : given);
+    QCOMPARE(changed.size(), compliant ? 0 : answers);
+    // One agreement screen at most, over the main window and not the dialog in front of it.
+    QCOMPARE(int(visibleWindows().size()), (window ? 1 : 0) + (dialog ? 1 : 0) + (presented ? 1 : 0));
+    QPointer<TVRNavigationController> navigation = window ? window->findChild<TVRNavigationController *>() : nullptr;
+    QCOMPARE(bool(navigation), presented);
+    if (!presented)
+        return;
+    QCOMPARE(window->findChildren<TVRTermsViewController *>().size(), 1);
+    QVERIFY(!dialog || !dialog->findChild<TVRNavigationController *>());
 
     // A navigation controller with the agreement screen at its root, shown at once over
     // the window, window-modal, at the window's size.
-    auto *navigation = host->findChild<TVRNavigationController *>();
-    QVERIFY(navigation);
     QVERIFY(navigation->isWindow() && navigation->isVisible());
     QCOMPARE(navigation->windowModality(), Qt::WindowModal);
-    QCOMPARE(navigation->geometry(), host->geometry());
-    QCOMPARE(navigation->viewControllers().size(), 1);
+    QCOMPARE(navigation->geometry(), window->geometry());
     auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
     QVERIFY(screen);
     QVERIFY(screen->presentingViewController());
-    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
-    QCOMPARE(navigation->navigationBar()->height(), 44);
-    QVERIFY(navigation->navigationBar()->isVisible());
     QCOMPARE(navigation->navigationBar()->findChild<QLabel *>()->text(), u"Terms of Service"_s);
     QTRY_COMPARE(screen->tableView()->numberOfSections(), 5);
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
-    if (!kitScreen)
+    if (QTest::currentDataTag() == "not compliant"_ba)
         QVERIFY(saveScreenshot(navigation, u"agreement"_s));
-}
 
-void tst_Agreement::noWindowNoScreen()
-{
-    QVERIFY(visibleWindows().isEmpty());
-    const auto given = document(u"doc-unseen"_s, 2);
-    answer(false, given);
-    QVERIFY(visibleWindows().isEmpty());
-    // Shown or not, the answer's document is the one the terms screens now show.
-    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
-}
-
-void tst_Agreement::declinedPresenterLeavesItToTheWidgets()
-{
-    // As the QML module's presenter does when the window in front is not a Qt Quick one.
-    int asked = 0;
-    TVRManager::setAgreementPresenter([&asked](const std::shared_ptr<TVRDocument> &) {
-        ++asked;
-        return false;
-    });
-    QWidget *host = showHost();
-    QVERIFY(host);
-    QSignalSpy changed(TVRDocumentManager::sharedInstance(), &TVRDocumentManager::documentChanged);
-    const auto given = document(u"doc-declined"_s, 3);
-    answer(false, given);
-    TVRManager::setAgreementPresenter({});
-
-    QCOMPARE(asked, 1);
-    QVERIFY(host->findChild<TVRNavigationController *>());
-    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
-    // Listeners hear of the answer's document once, not once per hand it passes through.
-    QCOMPARE(changed.size(), 1);
-}
-
-void tst_Agreement::secondAnswerPresentsNothingMore()
-{
-    QWidget *host = showHost();
-    QVERIFY(host);
-    answer(false, document(u"first"_s, 2));
-    const auto second = document(u"second"_s, 3);
-    answer(false, second);
-
-    const QList<TVRTermsViewController *> shown = host->findChildren<TVRTermsViewController *>();
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(visibleWindows().size(), 2); // the host's and one agreement screen
-    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), second);
-}
-
-void tst_Agreement::presentsOverTheMainWindowNotADialog()
-{
-    QWidget *host = showHost();
-    QVERIFY(host);
-    auto *dialog = new QDialog(host);
-    dialog->show();
-    QApplication::setActiveWindow(dialog);
-    QVERIFY(QTest::qWaitForWindowActive(dialog));
-    QCOMPARE(TVRViewController::keyWindow(), dialog);
-
-    answer(false, document(u"over-dialog"_s, 2));
-    QVERIFY(!dialog->findChild<TVRNavigationController *>());
-    QPointer<TVRNavigationController> navigation = host->findChild<TVRNavigationController *>();
-    QVERIFY(navigation);
-    QCOMPARE(navigation->geometry(), host->geometry());
-
-    // The passing dialog goes; the agreement screen stays.
+    // The passing dialog goes and the answers send nothing: the screen stays.
     delete dialog;
-    QVERIFY(navigation);
-    QVERIFY(navigation->isVisible());
+    RecordingUserDelegate users;
+    TVRUserManager::sharedInstance()->setDelegate(&users);
+    const int requests = m_server.requests().size();
+    screen->agreeBarButtonItem()->trigger();
+    screen->disagreeBarButtonItem()->trigger();
+    flushRequests();
+    QCOMPARE(m_server.requests().size(), requests + 1);
+    QCOMPARE(users.calls, 0);
+    QVERIFY(navigation && navigation->isVisible());
 }
 
 void tst_Agreement::failureIsLogged()
@@ -469,17 +406,14 @@ void tst_Agreement::failureIsLogged()
 
 void tst_Agreement::factoriesMakeNewScreens()
 {
+    // A new screen on each call, without parent, navigation controller or window.
     std::unique_ptr<TVRTermsOfServiceViewController> terms(TVRManager::termsOfServiceViewController());
     std::unique_ptr<TVRTermsOfServiceViewController> moreTerms(TVRManager::termsOfServiceViewController());
     std::unique_ptr<TVRPrivacyPolicyViewController> privacy(TVRManager::privacyPolicyViewController());
     std::unique_ptr<TVRPrivacyPolicyViewController> morePrivacy(TVRManager::privacyPolicyViewController());
-    QVERIFY(terms && moreTerms && privacy && morePrivacy);
-    QVERIFY(terms != moreTerms);
-    QVERIFY(privacy != morePrivacy);
-    for (QWidget *screen : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())}) {
-        QVERIFY(!screen->isVisible());
-        QVERIFY(!screen->parent());
-    }
+    QVERIFY(terms && privacy && terms != moreTerms && privacy != morePrivacy);
+    for (QWidget *screen : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())})
+        QVERIFY(!screen->isVisible() && !screen->parent());
     QVERIFY(!terms->navigationController());
 }
 
