@@ -1,19 +1,23 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
+// The kit's keychain calls against the Secret Service of run-isolated.sh, against keychains
+// out of reach, and, for access groups and the team prefix, against the in-memory store: a
+// test keychain cannot be given a team prefix, nor be made to fail an add.
 
 #include "HelperProcess.h"
 #include "KeychainProbe.h"
-#include "TestHttpsServer.h"
-#include "TestSession.h"
+#include "MemoryItemStore.h"
+#include "PrivateBus.h"
 
 #include <RQKeychain.h>
-#include <TVRNetworkManager.h>
+#include <TVRManager.h>
 
 #include <QRegularExpression>
 #include <QtTest>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
+using namespace TVRSecItem;
 
 namespace {
 // A type QVariant can hold but not stream.
@@ -30,17 +34,28 @@ class tst_RQKeychain : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanup();
 
     void roundTrip_data();
     void roundTrip();
-    void savingTwiceLeavesOneItem();
-    void neverSavedLoadsNullSilently();
     void deleting();
     void undecodableBytes_data();
     void undecodableBytes();
     void unarchivableValueKeepsTheOldItem();
-    void unavailableKeychain();
-    void lockedKeyring();
+    void keychainOutOfReach_data();
+    void keychainOutOfReach();
+
+    // Over the in-memory store. In this order: the team prefix is found once per process
+    // and then kept.
+    void teamPrefix_data();
+    void teamPrefix();
+    void fullIdentifier_data();
+    void fullIdentifier();
+    void itemsLandInTheirGroup();
+    void failedAddLeavesNoItem();
+
+private:
+    MemoryItemStore m_store;
 };
 
 void tst_RQKeychain::initTestCase()
@@ -48,6 +63,11 @@ void tst_RQKeychain::initTestCase()
     // Everything here must run against the private keyring of run-isolated.sh.
     QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
     QVERIFY(KeychainProbe::writeRaw(u"probe"_s, u"probe"_s, "ready"));
+}
+
+void tst_RQKeychain::cleanup()
+{
+    TVRSecureItemStore::setDefaultStore(nullptr);
 }
 
 void tst_RQKeychain::roundTrip_data()
@@ -71,32 +91,22 @@ void tst_RQKeychain::roundTrip()
 {
     QFETCH(QVariant, value);
 
+    // Saved over an earlier value: one item, the new value.
     const QString key = u"roundtrip."_s + QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(RQKeychain::saveValue(u"earlier"_s, key));
     QVERIFY(RQKeychain::saveValue(value, key));
+    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
     const QVariant loaded = RQKeychain::loadValueForKey(key);
     QCOMPARE(loaded.metaType(), value.metaType());
     QCOMPARE(loaded, value);
 }
 
-void tst_RQKeychain::savingTwiceLeavesOneItem()
-{
-    const QString key = u"tovrakit.twice"_s;
-    QVERIFY(RQKeychain::saveValue(u"first"_s, key));
-    QVERIFY(RQKeychain::saveValue(u"second"_s, key));
-    QCOMPARE(KeychainProbe::secretServiceItems(key, key), 1);
-    QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"second"_s));
-}
-
-void tst_RQKeychain::neverSavedLoadsNullSilently()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-    const QVariant loaded = RQKeychain::loadValueForKey(u"tovrakit.never-saved"_s);
-    QVERIFY(!loaded.isValid());
-}
-
 void tst_RQKeychain::deleting()
 {
+    // An item never saved loads as null without a word.
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     const QString key = u"tovrakit.deleted"_s;
+    QVERIFY(!RQKeychain::loadValueForKey(key).isValid());
     QVERIFY(!RQKeychain::deleteValueForKey(key));
     QVERIFY(RQKeychain::saveValue(u"v"_s, key));
     QVERIFY(RQKeychain::deleteValueForKey(key));
@@ -146,43 +156,181 @@ void tst_RQKeychain::unarchivableValueKeepsTheOldItem()
 {
     const QString key = u"tovrakit.unarchivable"_s;
     QVERIFY(RQKeychain::saveValue(u"kept"_s, key));
-    QVERIFY(!RQKeychain::saveValue(QVariant::fromValue(Unstreamable{3}), key));
-    QVERIFY(!RQKeychain::saveValue(QVariantMap{{u"id"_s, 7}}, key));
-    QVERIFY(!RQKeychain::saveValue(QStringList{u"a"_s}, key));
+    for (const QVariant &value :
+         {QVariant::fromValue(Unstreamable{3}), QVariant(QVariantMap{{u"id"_s, 7}}), QVariant(QStringList{u"a"_s})})
+        QVERIFY2(!RQKeychain::saveValue(value, key), value.typeName());
     QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
 }
 
-void tst_RQKeychain::unavailableKeychain()
+void tst_RQKeychain::keychainOutOfReach_data()
 {
-    // A launch whose session bus is gone: every call fails quietly instead of crashing.
-    const QStringList noBus{u"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/tovra-bus"_s};
-    QCOMPARE(runHelper({u"save"_s, u"k"_s, u"v"_s}, noBus), QStringList{u"false"_s});
-    QCOMPARE(runHelper({u"load"_s, u"k"_s}, noBus), QStringList{u"<null>"_s});
-    QCOMPARE(runHelper({u"delete"_s, u"k"_s}, noBus), QStringList{u"false"_s});
+    QTest::addColumn<QString>("keychain");
+
+    QTest::newRow("no session bus") << u"no bus"_s;
+    QTest::newRow("no Secret Service") << u"no service"_s;
+    QTest::newRow("a Secret Service that never answers") << u"silent"_s;
+    QTest::newRow("locked keyring") << u"locked"_s;
 }
 
-void tst_RQKeychain::lockedKeyring()
+void tst_RQKeychain::keychainOutOfReach()
 {
-    const QString key = u"tovrakit.locked"_s;
+    QFETCH(QString, keychain);
+
+    const QString key = u"tovrakit.out-of-reach"_s;
     QVERIFY(RQKeychain::saveValue(u"kept"_s, key));
+    PrivateBus bus;
+    QStringList environment;
     KeychainProbe::SecretServiceCalls watch;
-    QVERIFY(watch.start());
-    QVERIFY(KeychainProbe::setKeyringLocked(true));
+    if (keychain == u"no bus"_s) {
+        environment = QStringList{u"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/tovra-bus"_s};
+    } else if (keychain == u"locked"_s) {
+        QVERIFY(watch.start());
+        QVERIFY(KeychainProbe::setKeyringLocked(true));
+    } else {
+        QVERIFY(bus.start(keychain == u"silent"_s ? QStringLiteral(TOVRA_TEST_HELPER) : QString()));
+        environment = bus.environment();
+    }
     // Unlocked again whatever happens, so that a failure here fails no later test.
-    const auto unlock = qScopeGuard([] { KeychainProbe::setKeyringLocked(false); });
+    const auto unlock = qScopeGuard([&] {
+        if (keychain == u"locked"_s)
+            KeychainProbe::setKeyringLocked(false);
+    });
 
-    // Unlocking would take the user's answer at a prompt, which a synchronous call cannot
-    // wait for: each call fails instead, and none asks the user. Each in a launch of its
-    // own, as a failure keeps a process's calls away from the keychain for a while.
-    QCOMPARE(runHelper({u"load"_s, key}), QStringList{u"<null>"_s});
-    QCOMPARE(runHelper({u"save"_s, key, u"new"_s}), QStringList{u"false"_s});
-    QCOMPARE(runHelper({u"delete"_s, key}), QStringList{u"false"_s});
-    const QStringList calls = watch.calls();
-    QVERIFY2(calls.contains(u"Unlock"_s) && !calls.contains(u"Prompt"_s), qPrintable(calls.join(u' ')));
-
+    // Every call fails quietly instead of crashing or waiting for ever; each in a launch of
+    // its own, as a failure keeps a process's calls away from the keychain for a while.
+    QCOMPARE(runHelper({u"load"_s, key}, environment), QStringList{u"<null>"_s});
+    QCOMPARE(runHelper({u"save"_s, key, u"new"_s}, environment), QStringList{u"false"_s});
+    QCOMPARE(runHelper({u"delete"_s, key}, environment), QStringList{u"false"_s});
+    // Once the keychain has failed, further reads do not wait for it again: fifty reads in
+    // one launch all end.
+    QCOMPARE(runHelper({u"timed"_s, u"identifier-reads"_s, u"50"_s}, environment).value(0).section(u' ', 0, 0),
+             u"<null>"_s);
+    if (keychain == u"locked"_s) {
+        // Unlocking would take the user's answer at a prompt, which a synchronous call
+        // cannot wait for: none asks the user.
+        const QStringList calls = watch.calls();
+        QVERIFY2(calls.contains(u"Unlock"_s) && !calls.contains(u"Prompt"_s), qPrintable(calls.join(u' ')));
+        QVERIFY(KeychainProbe::setKeyringLocked(false));
+    }
     // Nothing was lost meanwhile.
-    QVERIFY(KeychainProbe::setKeyringLocked(false));
     QCOMPARE(RQKeychain::loadValueForKey(key), QVariant(u"kept"_s));
+}
+
+void tst_RQKeychain::teamPrefix_data()
+{
+    QTest::addColumn<QList<qint32>>("copyFailures");
+    QTest::addColumn<QList<qint32>>("addFailures");
+    QTest::addColumn<QString>("defaultGroup");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QString>("prefix");
+
+    const QStringList lookedForThenMade{u"copyMatching"_s, u"add"_s};
+    QTest::newRow("keychain locked") << QList<qint32>{errSecInteractionNotAllowed} << QList<qint32>() << QString()
+                                     << QStringList{u"copyMatching"_s} << QString();
+    QTest::newRow("probe cannot be added")
+        << QList<qint32>() << QList<qint32>{errSecNotAvailable} << QString() << lookedForThenMade << QString();
+    QTest::newRow("probe has no group") << QList<qint32>() << QList<qint32>() << QString() << lookedForThenMade
+                                        << QString();
+    QTest::newRow("from the probe item's group")
+        << QList<qint32>() << QList<qint32>() << u"ABCDE12345.com.example.app"_s << lookedForThenMade
+        << u"ABCDE12345"_s;
+    QTest::newRow("kept once found") << QList<qint32>() << QList<qint32>() << u"OTHER99999.com.example.app"_s
+                                     << QStringList() << u"ABCDE12345"_s;
+}
+
+void tst_RQKeychain::teamPrefix()
+{
+    QFETCH(QList<qint32>, copyFailures);
+    QFETCH(QList<qint32>, addFailures);
+    QFETCH(QString, defaultGroup);
+    QFETCH(QStringList, calls);
+    QFETCH(QString, prefix);
+
+    TVRSecureItemStore::setDefaultStore(&m_store);
+    m_store.items.clear();
+    m_store.calls.clear();
+    m_store.copyFailures = copyFailures;
+    m_store.addFailures = addFailures;
+    m_store.defaultAccessGroup = defaultGroup;
+
+    const QString found = RQKeychain::getBundleSeedIdentifier();
+    QCOMPARE(found, prefix);
+    QCOMPARE(found.isNull(), prefix.isNull());
+
+    // Every call with the same four-entry probe query, its service empty but not null.
+    const QVariantMap probe{
+        {kSecClass, kSecClassGenericPassword},
+        {kSecAttrAccount, u"bundleSeedID"_s},
+        {kSecAttrService, u""_s},
+        {kSecReturnAttributes, true},
+    };
+    QStringList made;
+    for (const auto &[operation, query] : std::as_const(m_store.calls)) {
+        made << operation;
+        QCOMPARE(query, probe);
+        QVERIFY(!query.value(kSecAttrService).toString().isNull());
+    }
+    QCOMPARE(made, calls);
+    QCOMPARE(RQKeychain::getFullAppleIdentifier(u"group.shared.items"_s),
+             prefix.isNull() ? u"group.shared.items"_s : prefix + u".group.shared.items"_s);
+}
+
+void tst_RQKeychain::fullIdentifier_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("full");
+
+    QTest::newRow("prefix added") << u"group.shared.items"_s << u"ABCDE12345.group.shared.items"_s;
+    QTest::newRow("prefix already there") << u"ABCDE12345.group.shared.items"_s << u"ABCDE12345.group.shared.items"_s;
+    QTest::newRow("prefix inside") << u"group.ABCDE12345.x"_s << u"group.ABCDE12345.x"_s;
+    QTest::newRow("prefix in other case") << u"abcde12345.x"_s << u"ABCDE12345.abcde12345.x"_s;
+    QTest::newRow("empty group") << u""_s << u"ABCDE12345."_s;
+}
+
+void tst_RQKeychain::fullIdentifier()
+{
+    QFETCH(QString, group);
+    QFETCH(QString, full);
+    QCOMPARE(RQKeychain::getFullAppleIdentifier(group), full);
+
+    // The query of an item in the group: the full identifier added to the four attributes
+    // of every item; without a group, no group at all.
+    QVariantMap query{
+        {kSecClass, kSecClassGenericPassword},
+        {kSecAttrService, u"tovrakit.userIdentifier"_s},
+        {kSecAttrAccount, u"tovrakit.userIdentifier"_s},
+        {kSecAttrAccessible, kSecAttrAccessibleAfterFirstUnlock},
+    };
+    QCOMPARE(RQKeychain::getKeychainQuery(u"tovrakit.userIdentifier"_s, QString()), query);
+    query.insert(kSecAttrAccessGroup, full);
+    QCOMPARE(RQKeychain::getKeychainQuery(u"tovrakit.userIdentifier"_s, group), query);
+}
+
+void tst_RQKeychain::itemsLandInTheirGroup()
+{
+    TVRSecureItemStore::setDefaultStore(&m_store);
+    QVERIFY(RQKeychain::saveValue(u"shared value"_s, u"k"_s, u"shared"_s));
+    QVERIFY(RQKeychain::saveValue(u"own value"_s, u"k"_s, u"ABCDE12345.other"_s));
+
+    QCOMPARE(RQKeychain::loadValueForKey(u"k"_s, u"shared"_s), QVariant(u"shared value"_s));
+    QCOMPARE(RQKeychain::loadValueForKey(u"k"_s, u"ABCDE12345.other"_s), QVariant(u"own value"_s));
+    const QVariantMap &stored = m_store.items.constLast();
+    QCOMPARE(stored.value(kSecAttrAccessGroup), QVariant(u"ABCDE12345.other"_s));
+    QCOMPARE(stored.value(kSecAttrAccessible), QVariant(kSecAttrAccessibleAfterFirstUnlock));
+
+    QVERIFY(RQKeychain::deleteValueForKey(u"k"_s, u"shared"_s));
+    QVERIFY(!RQKeychain::loadValueForKey(u"k"_s, u"shared"_s).isValid());
+    QCOMPARE(RQKeychain::loadValueForKey(u"k"_s, u"ABCDE12345.other"_s), QVariant(u"own value"_s));
+}
+
+void tst_RQKeychain::failedAddLeavesNoItem()
+{
+    // Saving deletes first: an add that then fails has lost the old value, and says so.
+    TVRSecureItemStore::setDefaultStore(&m_store);
+    QVERIFY(RQKeychain::saveValue(u"old"_s, u"failing"_s));
+    m_store.addFailures = {errSecDuplicateItem};
+    QVERIFY(!RQKeychain::saveValue(u"new"_s, u"failing"_s));
+    QVERIFY(!RQKeychain::loadValueForKey(u"failing"_s).isValid());
 }
 
 QTEST_MAIN(tst_RQKeychain)
