@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
-// Faults injected for real: a thousand fetches, a keychain with no Secret Service or a hung
-// one, and a process killed while it writes the cached copy. (A body cut short, a failed
-// TLS handshake and a body over the size limit are in tst_tvrdocumentmanager; a server that never
+// Faults injected for real: a thousand fetches, and a process killed while it writes the
+// cached copy. (A keychain out of reach is in tst_rqkeychain; a body cut short, a failed TLS
+// handshake and a body over the size limit in tst_tvrdocumentmanager; a server that never
 // answers, in tst_documentscreens.)
 
 #include "HelperProcess.h"
-#include "PrivateBus.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -22,9 +21,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// How long a keychain call waits for an answer before it gives up.
-constexpr int keychainWaitLimitMs = 5000;
 
 class Recorder : public QObject, public TVRDocumentManagerDelegate
 {
@@ -60,8 +56,6 @@ private Q_SLOTS:
     void cleanup();
 
     void thousandFetches();
-    void keychainOutOfReach_data();
-    void keychainOutOfReach();
     void killedWhileWritingTheCache();
 
 private:
@@ -113,52 +107,6 @@ void tst_Faults::thousandFetches()
     const long growth = processStatusKiB("VmRSS") - warm;
     QVERIFY2(growth < 2048, qPrintable(u"grew by %1 KiB over 800 fetches"_s.arg(growth)));
 #endif
-}
-
-void tst_Faults::keychainOutOfReach_data()
-{
-    QTest::addColumn<bool>("silent");
-
-    QTest::newRow("no Secret Service") << false;
-    QTest::newRow("a Secret Service that never answers") << true;
-}
-
-void tst_Faults::keychainOutOfReach()
-{
-    QFETCH(bool, silent);
-
-    PrivateBus bus;
-    QVERIFY(bus.start(silent ? QStringLiteral(TOVRA_TEST_HELPER) : QString()));
-
-    // Each call in a launch of its own, timed inside it: the failure it meets is its own.
-    const QList<QPair<QStringList, QString>> calls{
-        {{u"save"_s, u"k"_s, u"v"_s}, u"false"_s},
-        {{u"load"_s, u"k"_s}, u"<null>"_s},
-        {{u"delete"_s, u"k"_s}, u"false"_s},
-    };
-    for (const auto &[call, expected] : calls) {
-        const QStringList answer = runHelper(QStringList{u"timed"_s} + call, bus.environment());
-        QCOMPARE(answer.size(), 1);
-        const QStringList fields = answer.constFirst().split(u' ');
-        QCOMPARE(fields.size(), 2);
-        QCOMPARE(fields[0], expected);
-        const int ms = fields[1].toInt();
-        // A missing service fails at once; a silent one is given up on at the wait limit
-        // (unbounded, the wait would last the bus's 25 s, or for ever on a prompt).
-        const int allowed = silent ? keychainWaitLimitMs + 5000 : keychainWaitLimitMs;
-        QVERIFY2(ms < allowed, qPrintable(u"%1 took %2 ms"_s.arg(call.first()).arg(ms)));
-        qInfo("%s: %s after %d ms", qPrintable(call.first()), qPrintable(fields[0]), ms);
-    }
-
-    // Once the keychain has failed, further reads do not wait for it again.
-    const QStringList reads = runHelper({u"timed"_s, u"identifier-reads"_s, u"50"_s}, bus.environment());
-    QCOMPARE(reads.size(), 1);
-    const QStringList fields = reads.constFirst().split(u' ');
-    QCOMPARE(fields.size(), 3);
-    QCOMPARE(fields[0], u"<null>"_s);
-    QVERIFY2(fields[2].toInt() < keychainWaitLimitMs,
-             qPrintable(u"49 reads after the first took %1 ms"_s.arg(fields[2])));
-    qInfo("50 identifier reads: the first %s ms, the other 49 %s ms", qPrintable(fields[1]), qPrintable(fields[2]));
 }
 
 void tst_Faults::killedWhileWritingTheCache()
