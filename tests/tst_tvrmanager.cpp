@@ -28,16 +28,11 @@ private Q_SLOTS:
 
     void everythingStartsEmpty(); // first: the state of a fresh process
     void versionSymbols();
-    void slotsHoldWhatIsGiven_data();
-    void slotsHoldWhatIsGiven();
-    void credentialsAreSetTogether();
     void appName_data();
     void appName();
     void appNameWithoutApplication();
     void userIdentifierIsKeptInTheKeychain();
-    void userIdentifierIsAskedForUntilFound();
     void userIdentifierComesBackInANewLaunch();
-    void nullUserIdentifierRemovesTheItem();
     void keychainFailureIsSilent();
     void logoutForgetsTheUserOnly();
     void keychainCallsRunNoHostEvent_data();
@@ -67,58 +62,6 @@ void tst_TVRManager::versionSymbols()
     QCOMPARE(std::strlen(actual), std::strlen(expected));
     QCOMPARE(std::memcmp(actual, expected, sizeof(expected)), 0); // the terminating zero too
     QCOMPARE(TovraVersionNumber, 1.0);
-}
-
-void tst_TVRManager::slotsHoldWhatIsGiven_data()
-{
-    QTest::addColumn<QString>("slot");
-    QTest::addColumn<QVariant>("value");
-
-    QTest::newRow("user name") << u"userName"_s << QVariant(u"Ann Lee"_s);
-    QTest::newRow("empty user name") << u"userName"_s << QVariant(u""_s);
-    QTest::newRow("user name as a number") << u"userName"_s << QVariant(7);
-    QTest::newRow("null user name") << u"userName"_s << QVariant();
-    QTest::newRow("picture address as text") << u"userImageUrl"_s << QVariant(u"https://example.org/a.png"_s);
-    QTest::newRow("picture address as address") << u"userImageUrl"_s << QVariant(QUrl(u"https://example.org/a.png"_s));
-    QTest::newRow("scroll to bottom on") << u"scrollToBottomEnabled"_s << QVariant(true);
-    QTest::newRow("scroll to bottom off") << u"scrollToBottomEnabled"_s << QVariant(false);
-    QTest::newRow("alert on agree on") << u"alertOnAgreeEnabled"_s << QVariant(true);
-    QTest::newRow("alert on agree off") << u"alertOnAgreeEnabled"_s << QVariant(false);
-}
-
-void tst_TVRManager::slotsHoldWhatIsGiven()
-{
-    QFETCH(QString, slot);
-    QFETCH(QVariant, value);
-
-    QVariant read;
-    if (slot == u"userName"_s) {
-        TVRManager::setUserName(value);
-        read = TVRManager::userName();
-    } else if (slot == u"userImageUrl"_s) {
-        TVRManager::setUserImageUrl(value);
-        read = TVRManager::userImageUrl();
-    } else if (slot == u"scrollToBottomEnabled"_s) {
-        TVRManager::setScrollToBottomEnabled(value.toBool());
-        read = TVRManager::scrollToBottomEnabled();
-        QCOMPARE(TVRManager::alertOnAgreeEnabled(), false);
-    } else {
-        TVRManager::setAlertOnAgreeEnabled(value.toBool());
-        read = TVRManager::alertOnAgreeEnabled();
-    }
-    QCOMPARE(read.metaType(), value.metaType());
-    QCOMPARE(read, value);
-}
-
-void tst_TVRManager::credentialsAreSetTogether()
-{
-    TVRManager::setAPIKey(u"key"_s, u"secret"_s);
-    QCOMPARE(TVRManager::apiKey(), u"key"_s);
-    QCOMPARE(TVRManager::apiSecret(), u"secret"_s);
-
-    TVRManager::setAPIKey(QString(), u""_s);
-    QVERIFY(TVRManager::apiKey().isNull());
-    QVERIFY(TVRManager::apiSecret().isEmpty() && !TVRManager::apiSecret().isNull());
 }
 
 void tst_TVRManager::appName_data()
@@ -179,15 +122,18 @@ void tst_TVRManager::userIdentifierIsKeptInTheKeychain()
     // Once held, the identifier is not read from the keychain again.
     QVERIFY(RQKeychain::deleteValueForKey(kTVRUserIdentifier));
     QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-1"_s));
-}
 
-void tst_TVRManager::userIdentifierIsAskedForUntilFound()
-{
-    TVRManager::logout();
-    QVERIFY(!TVRManager::userIdentifier().isValid());
+    // A null identifier removes the item.
+    TVRManager::setUserIdentifier(u"user-2"_s);
+    TVRManager::setUserIdentifier(QVariant());
+    bool found = true;
+    KeychainProbe::readRaw(kTVRUserIdentifier, kTVRUserIdentifier, &found);
+    QVERIFY(!found);
     QVERIFY(!TVRManager::userIdentifier().isValid());
 
-    // Another launch saves one meanwhile; the next read finds it.
+    // Not held, it is asked for at each read: another launch saves one meanwhile, and the
+    // next read finds it.
+    QVERIFY(!TVRManager::userIdentifier().isValid());
     QVERIFY(RQKeychain::saveValue(u"saved elsewhere"_s, kTVRUserIdentifier));
     QCOMPARE(TVRManager::userIdentifier(), QVariant(u"saved elsewhere"_s));
 }
@@ -198,16 +144,6 @@ void tst_TVRManager::userIdentifierComesBackInANewLaunch()
     // The new launch reads it without setting it, then holds it even once the item is gone.
     QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
     QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
-}
-
-void tst_TVRManager::nullUserIdentifierRemovesTheItem()
-{
-    TVRManager::setUserIdentifier(u"user-2"_s);
-    TVRManager::setUserIdentifier(QVariant());
-    bool found = true;
-    KeychainProbe::readRaw(kTVRUserIdentifier, kTVRUserIdentifier, &found);
-    QVERIFY(!found);
-    QVERIFY(!TVRManager::userIdentifier().isValid());
 }
 
 void tst_TVRManager::keychainFailureIsSilent()
