@@ -9,8 +9,6 @@
 //                                         fetch, then die by SIGKILL as the delegate hears of it
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 //   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
-//   tovra_test_helper timed save KEY VALUE | load KEY | delete KEY
-//                                         the call's result and how long it took, in ms
 //   tovra_test_helper timed identifier-reads N
 //                                         N reads of the user identifier: the last result,
 //                                         the first read's ms and the other reads' ms
@@ -47,46 +45,37 @@
 
 namespace {
 
+// The text of a value, "<null>" for none: a null variant or text.
 QString show(const QVariant &value)
 {
-    return value.isValid() ? value.toString() : QStringLiteral("<null>");
-}
-
-QString show(bool value)
-{
-    return value ? QStringLiteral("true") : QStringLiteral("false");
-}
-
-QString show(const QString &text)
-{
+    const QString text = value.toString();
     return text.isNull() ? QStringLiteral("<null>") : text;
 }
 
-class FetchAgain : public QObject, public TVRDocumentManagerDelegate
+// Fetches the Terms of Service, then quits with what came of it; or fetches again after
+// every answer; or dies by SIGKILL as it hears of the first.
+class Fetcher : public QObject, public TVRDocumentManagerDelegate
 {
 public:
-    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool) override { manager->fetchTermsOfService(); }
-    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &) override
-    {
-        manager->fetchTermsOfService();
-    }
-};
-
-class QuitWhenFetched : public QObject, public TVRDocumentManagerDelegate
-{
-public:
+    enum Mode { Once, Forever, DieAtOnce } mode = Once;
     QString outcome;
-    bool dieAtOnce = false;
-    void managerDidFinishWithSuccess(TVRDocumentManager *, bool success) override
+    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override
     {
-        if (dieAtOnce)
-            std::raise(SIGKILL);
-        outcome = success ? QStringLiteral("fetched") : QStringLiteral("not fetched");
-        QCoreApplication::quit();
+        answered(manager, success ? QStringLiteral("fetched") : QStringLiteral("not fetched"));
     }
-    void managerFailedWithError(TVRDocumentManager *, const TVRError &error) override
+    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &error) override
     {
-        outcome = QStringLiteral("failed: ") + error.message();
+        answered(manager, QStringLiteral("failed: ") + error.message());
+    }
+
+private:
+    void answered(TVRDocumentManager *manager, const QString &what)
+    {
+        if (mode == DieAtOnce)
+            std::raise(SIGKILL);
+        if (mode == Forever)
+            return manager->fetchTermsOfService();
+        outcome = what;
         QCoreApplication::quit();
     }
 };
@@ -110,8 +99,7 @@ int main(int argc, char *argv[])
 
     // appName() must also answer where the host made no application object.
     if (command == QLatin1String("appname-without-application")) {
-        const QString name = TVRManager::appName();
-        out << (name.isNull() ? QStringLiteral("<null>") : name) << Qt::endl;
+        out << show(TVRManager::appName()) << Qt::endl;
         return 0;
     }
 
@@ -135,29 +123,16 @@ int main(int argc, char *argv[])
         out << show(TVRManager::userIdentifier()) << Qt::endl;
         RQKeychain::deleteValueForKey(kTVRUserIdentifier);
         out << show(TVRManager::userIdentifier()) << Qt::endl;
-    } else if (command == QLatin1String("timed") && args.size() >= 2) {
-        // Only the calls are timed, inside this process: not its start or its end.
+    } else if (command == QLatin1String("timed") && args.size() == 2 && args[0] == QLatin1String("identifier-reads")) {
+        // Only the reads are timed, inside this process: not its start or its end.
         QElapsedTimer timer;
         timer.start();
-        if (args[0] == QLatin1String("save") && args.size() == 3) {
-            const bool saved = RQKeychain::saveValue(args[2], args[1]);
-            out << show(saved) << ' ' << timer.elapsed() << Qt::endl;
-        } else if (args[0] == QLatin1String("load")) {
-            const QVariant value = RQKeychain::loadValueForKey(args[1]);
-            out << show(value) << ' ' << timer.elapsed() << Qt::endl;
-        } else if (args[0] == QLatin1String("delete")) {
-            const bool deleted = RQKeychain::deleteValueForKey(args[1]);
-            out << show(deleted) << ' ' << timer.elapsed() << Qt::endl;
-        } else if (args[0] == QLatin1String("identifier-reads")) {
-            QVariant value = TVRManager::userIdentifier();
-            const qint64 first = timer.elapsed();
-            timer.restart();
-            for (int i = 1; i < args[1].toInt(); ++i)
-                value = TVRManager::userIdentifier();
-            out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
-        } else {
-            return 2;
-        }
+        QVariant value = TVRManager::userIdentifier();
+        const qint64 first = timer.elapsed();
+        timer.restart();
+        for (int i = 1; i < args[1].toInt(); ++i)
+            value = TVRManager::userIdentifier();
+        out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
     } else if (command == QLatin1String("host-and-kit") && args.size() == 3) {
         const auto host = [&] { HostKeychain::write(hostService, hostKey, args[2].toUtf8()); };
         const auto kit = [&] {
@@ -216,28 +191,22 @@ int main(int argc, char *argv[])
             return 1;
         out << "owned" << Qt::endl;
         return app.exec();
-    } else if (command.startsWith(QLatin1String("fetch-terms")) && command != QLatin1String("fetch-terms-forever")
-               && args.size() == 1) {
+    } else if (command.startsWith(QLatin1String("fetch-terms")) && args.size() == 1) {
         TestSession session;
         session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
         TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
         manager->setSession(&session);
-        QuitWhenFetched delegate;
-        delegate.dieAtOnce = command == QLatin1String("fetch-terms-and-die");
+        Fetcher delegate;
+        if (command == QLatin1String("fetch-terms-forever"))
+            delegate.mode = Fetcher::Forever;
+        else if (command == QLatin1String("fetch-terms-and-die"))
+            delegate.mode = Fetcher::DieAtOnce;
         manager->setDelegate(&delegate);
+        if (delegate.mode == Fetcher::Forever)
+            out << "fetching" << Qt::endl;
         manager->fetchTermsOfService();
         app.exec();
         out << delegate.outcome << Qt::endl;
-    } else if (command == QLatin1String("fetch-terms-forever") && args.size() == 1) {
-        TestSession session;
-        session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
-        TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
-        manager->setSession(&session);
-        FetchAgain delegate;
-        manager->setDelegate(&delegate);
-        out << "fetching" << Qt::endl;
-        manager->fetchTermsOfService();
-        return app.exec();
     } else if (command == QLatin1String("read-terms")) {
         const std::shared_ptr<TVRDocument> terms = TVRDocumentManager::sharedInstance()->termsOfService();
         if (!terms) {
