@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 // The demo's headless run, as a new user's first command runs it: it exits 0 and leaves
-// one phone-sized PNG per screen. And a folder of broken documents gets a clear message.
-// The QML demo, linked as a QML host links the kit, loads no Qt Widgets.
+// one phone-sized PNG per screen, and the QML demo, linked as a QML host links the kit,
+// loads no Qt Widgets. And a folder of broken documents gets a clear message.
 
 #include <QDir>
 #include <QHttpServer>
@@ -30,13 +30,13 @@ private Q_SLOTS:
     void userDocuments();
     void ownService_data();
     void ownService();
-    void libraries_data();
-    void libraries();
 
 private:
     static int run(const QStringList &arguments, QByteArray *output, QByteArray *errors = nullptr);
 };
 
+// Runs the demo with \a arguments, serving this process's events meanwhile (the demo may
+// talk to a server of the test's); its exit code, or -1 when it did not end normally.
 int tst_Demo::run(const QStringList &arguments, QByteArray *output, QByteArray *errors)
 {
     QProcess demo;
@@ -44,7 +44,7 @@ int tst_Demo::run(const QStringList &arguments, QByteArray *output, QByteArray *
     env.remove(u"QT_QPA_PLATFORM"_s); // the demo picks offscreen itself when headless
     demo.setProcessEnvironment(env);
     demo.start(QStringLiteral(TOVRA_DEMO), arguments);
-    if (!demo.waitForFinished(60000))
+    if (!QTest::qWaitFor([&demo] { return demo.state() == QProcess::NotRunning; }, 60000))
         return -1;
     *output = demo.readAllStandardOutput();
     if (errors)
@@ -56,28 +56,47 @@ void tst_Demo::screenshots_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QStringList>("names");
-    QTest::newRow("widgets") << QStringList()
-                             << QStringList{
-                                    u"terms-of-service-from-cache.png"_s, u"terms-of-service-dark-system-palette.png"_s,
-                                    u"privacy-policy-presented.png"_s,    u"agreement.png"_s,
-                                    u"privacy-policy-german.png"_s,       u"agreement-arabic.png"_s};
+    QTest::addColumn<bool>("widgets");
+    QTest::newRow("widgets") << QStringList() << QStringList{u"terms-of-service-from-cache.png"_s,
+                                                             u"terms-of-service-dark-system-palette.png"_s,
+                                                             u"privacy-policy-presented.png"_s,
+                                                             u"agreement.png"_s,
+                                                             u"privacy-policy-german.png"_s,
+                                                             u"agreement-arabic.png"_s}
+                             << true;
     QTest::newRow("QML") << QStringList{u"--quick"_s}
                          << QStringList{u"quick-terms-of-service.png"_s, u"quick-privacy-policy-presented.png"_s,
-                                        u"quick-agreement.png"_s};
+                                        u"quick-agreement.png"_s}
+                         << false;
 }
 
 void tst_Demo::screenshots()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, names);
+    QFETCH(bool, widgets);
     QTemporaryDir dir;
     QByteArray output;
-    const int code = run(arguments + QStringList{u"--screenshots"_s, dir.path()}, &output);
+    const int code = run(arguments + QStringList{u"--screenshots"_s, dir.path(), u"--libraries"_s}, &output);
     if (code == 2 && arguments.contains(u"--quick"_s))
         QSKIP("The demo was built without the QML module");
     QCOMPARE(code, 0);
 
-    const QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
+    // What the process maps once its tour has shown every screen: the widget demo has Qt
+    // Widgets, the QML demo has Qt Quick and no Qt Widgets.
+    QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
+    const QStringList libraries = printed.filter(QRegularExpression(u"^library: /"_s));
+    printed.removeIf([](const QString &line) { return line.startsWith(u"library: "_s); });
+#if defined(Q_OS_LINUX)
+    const auto maps = [&libraries](const QString &name) {
+        return std::any_of(libraries.cbegin(), libraries.cend(),
+                           [&name](const QString &library) { return library.contains(u'/' + name + u".so"_s); });
+    };
+    QVERIFY2(maps(u"libQt6Gui"_s), output.constData());
+    QCOMPARE(maps(u"libQt6Quick"_s), !widgets);
+    QVERIFY2(maps(u"libQt6Widgets"_s) == widgets, output.constData());
+#endif
+
     QCOMPARE(printed.size(), names.size());
     for (int i = 0; i < names.size(); ++i) {
         const QString path = QDir(dir.path()).filePath(names[i]);
@@ -143,14 +162,13 @@ void tst_Demo::userDocuments()
 
     QTemporaryDir documents;
     QTemporaryDir shots;
-    QFile termsFile(documents.filePath(u"terms-of-service.json"_s));
-    QVERIFY(termsFile.open(QIODevice::WriteOnly));
-    termsFile.write(terms);
-    termsFile.close();
-    QFile privacyFile(documents.filePath(u"privacy-policy.json"_s));
-    QVERIFY(privacyFile.open(QIODevice::WriteOnly));
-    privacyFile.write("{\"title\":\"Privacy\",\"sections\":[{\"body\":\"Text\"}]}");
-    privacyFile.close();
+    const QList<QPair<QString, QByteArray>> files{
+        {u"terms-of-service.json"_s, terms},
+        {u"privacy-policy.json"_s, "{\"title\":\"Privacy\",\"sections\":[{\"body\":\"Text\"}]}"}};
+    for (const auto &[name, content] : files) {
+        QFile file(documents.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    }
 
     QByteArray output;
     QByteArray errors;
@@ -196,65 +214,24 @@ void tst_Demo::ownService()
     QVERIFY(port != 0);
 
     QTemporaryDir shots;
-    QProcess demo;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(u"QT_QPA_PLATFORM"_s);
-    demo.setProcessEnvironment(env);
-    demo.start(QStringLiteral(TOVRA_DEMO),
-               front
-                   + QStringList{u"--service"_s, u"http://127.0.0.1:%1/legal"_s.arg(port), u"--key"_s, u"k"_s,
-                                 u"--secret"_s, u"s"_s, u"--screenshots"_s, shots.path()});
-    // This process serves the demo's requests while it runs.
-    QVERIFY(QTest::qWaitFor([&demo] { return demo.state() == QProcess::NotRunning; }, 60000));
-    QVERIFY2(demo.exitCode() == 0, demo.readAllStandardError().constData());
-    for (const QString &picture : pictures)
-        QVERIFY2(!QImage(shots.filePath(picture)).isNull(), qPrintable(picture));
-    const QString credentials = u"Basic "_s + QString::fromLatin1(QByteArray("k:s").toBase64());
-    QVERIFY(served.contains(u"/legal/api/terms-of-service "_s + credentials));
-    QVERIFY(served.contains(u"/legal/api/privacy-policy "_s + credentials));
-
-    // An address the kit refuses ends the demo with the reason.
     QByteArray output;
     QByteArray errors;
+    const QStringList credentials{u"--key"_s, u"k"_s, u"--secret"_s, u"s"_s, u"--screenshots"_s, shots.path()};
+    QVERIFY2(run(front + QStringList{u"--service"_s, u"http://127.0.0.1:%1/legal"_s.arg(port)} + credentials, &output,
+                 &errors)
+                 == 0,
+             errors.constData());
+    for (const QString &picture : pictures)
+        QVERIFY2(!QImage(shots.filePath(picture)).isNull(), qPrintable(picture));
+    const QString authorization = u"Basic "_s + QString::fromLatin1(QByteArray("k:s").toBase64());
+    QVERIFY(served.contains(u"/legal/api/terms-of-service "_s + authorization));
+    QVERIFY(served.contains(u"/legal/api/privacy-policy "_s + authorization));
+
+    // An address the kit refuses ends the demo with the reason.
     QCOMPARE(run(front + QStringList{u"--service"_s, u"http://legal.example.com"_s, u"--screenshots"_s, shots.path()},
                  &output, &errors),
              2);
     QVERIFY2(errors.contains("not a service address the kit takes"), errors.constData());
-}
-
-void tst_Demo::libraries_data()
-{
-    QTest::addColumn<QStringList>("front");
-    QTest::addColumn<bool>("widgets");
-
-    QTest::newRow("widgets") << QStringList() << true;
-    QTest::newRow("QML") << QStringList{u"--quick"_s} << false;
-}
-
-// What each front's process maps once its tour has shown every screen: the widget demo has
-// Qt Widgets, the QML demo has Qt Quick and no Qt Widgets.
-void tst_Demo::libraries()
-{
-#if !defined(Q_OS_LINUX)
-    QSKIP("The demo reads its libraries from /proc/self/maps");
-#endif
-    QFETCH(QStringList, front);
-    QFETCH(bool, widgets);
-    QTemporaryDir shots;
-    QByteArray output;
-    const int code = run(front + QStringList{u"--screenshots"_s, shots.path(), u"--libraries"_s}, &output);
-    if (code == 2 && front.contains(u"--quick"_s))
-        QSKIP("The demo was built without the QML module");
-    QCOMPARE(code, 0);
-
-    const QStringList libraries = QString::fromUtf8(output).split(u'\n').filter(QRegularExpression(u"^library: /"_s));
-    const auto maps = [&libraries](const QString &name) {
-        return std::any_of(libraries.cbegin(), libraries.cend(),
-                           [&name](const QString &library) { return library.contains(u'/' + name + u".so"_s); });
-    };
-    QVERIFY2(maps(u"libQt6Gui"_s), output.constData());
-    QCOMPARE(maps(u"libQt6Quick"_s), !widgets);
-    QVERIFY2(maps(u"libQt6Widgets"_s) == widgets, output.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_Demo)
