@@ -68,16 +68,23 @@ TestCase {
         return page;
     }
 
-    // The darkest pixel of a grabbed image in a rectangle: the ink of any text there.
-    function darkest(image, x0, y0, w, h) {
-        let best = 255 * 3;
-        for (let y = y0; y < y0 + h; y += 1) {
-            for (let x = x0; x < x0 + w; x += 1) {
+    // The darkest pixel of a grabbed image in a rectangle, the ink of any text there: its
+    // colour, or null when the rectangle is empty.
+    function darkestPixel(image, x0, y0, w, h) {
+        let best = null;
+        for (let y = Math.round(y0); y < y0 + h; ++y) {
+            for (let x = Math.round(x0); x < x0 + w; ++x) {
                 const c = image.pixel(x, y);
-                best = Math.min(best, Math.round((c.r + c.g + c.b) * 255));
+                if (!best || c.r + c.g + c.b < best.r + best.g + best.b)
+                    best = c;
             }
         }
         return best;
+    }
+    // The same pixel's red, green and blue summed, 0 to 765.
+    function darkest(image, x0, y0, w, h) {
+        const c = darkestPixel(image, x0, y0, w, h);
+        return c ? Math.round((c.r + c.g + c.b) * 255) : 765;
     }
 
     function screenshot(page, name) {
@@ -101,10 +108,6 @@ TestCase {
         const lastLine = body.mapToItem(page, 0, body.contentHeight - line);
         verify(darkest(image, Math.round(lastLine.x), Math.round(lastLine.y), 150, Math.floor(line)) < 100,
                "no ink in the last line");
-    }
-
-    function test_applicationHasNoWidgets() {
-        compare(service.isWidgetApplication(), false);
     }
 
     function test_aLongBodyIsLaidOutAsItComesIntoView() {
@@ -155,19 +158,15 @@ TestCase {
     }
 
     function test_termsPageShowsTheDocument() {
+        // The texts are those the screen reader test reads.
         const page = showPage(termsPage);
-        compare(page.title, "Terms of Service");
         compare(page.view.count, 30);
         compare(find(page, "closeButton"), null);
-        compare(page.document.dateText, "Tuesday, July 4, 2017");
-        compare(page.view.headerItem.children[0].text, page.document.dateText);
 
-        // A titled section shows its bold title, then the body with the app's name in place.
+        // A titled section shows its bold title, then the body.
         const first = page.view.itemAtIndex(0);
         compare(first.children[0].visible, true);
-        compare(titleOf(first).text, "Terms heading 1");
         compare(titleOf(first).font.bold, true);
-        verify(bodyOf(first).text.startsWith("Body 1: Acme keeps"));
         // A section without a title shows only its body.
         const third = page.view.itemAtIndex(2);
         compare(third.children[0].visible, false);
@@ -192,32 +191,10 @@ TestCase {
         const image = grabImage(page);
         const origin = title.mapToItem(page, 0, 0);
         // The darkest ink of the title is the host's red.
-        let reddest = null;
-        let darkestSum = 3;
-        for (let y = Math.round(origin.y); y < origin.y + 30; ++y) {
-            for (let x = Math.round(origin.x); x < origin.x + 150; ++x) {
-                const c = image.pixel(x, y);
-                if (c.r + c.g + c.b < darkestSum) {
-                    darkestSum = c.r + c.g + c.b;
-                    reddest = c;
-                }
-            }
-        }
-        verify(reddest !== null, "no ink in the title");
+        const reddest = darkestPixel(image, origin.x, origin.y, 150, 30);
         verify(reddest.r > 0.6 && reddest.g < 0.2 && reddest.b < 0.2, "title ink " + reddest);
         // A 24 px body runs to more lines than a 16 px one of the same text.
         verify(body.lineCount >= 4, "body of " + body.lineCount + " lines");
-    }
-
-    function test_bodiesAreNotClipped() {
-        const page = showPage(termsPage);
-        tryVerify(() => page.view.itemAtIndex(3) !== null);
-        for (let i = 0; i < 4; ++i) {
-            const box = page.view.itemAtIndex(i).children[1];
-            const body = bodyOf(page.view.itemAtIndex(i));
-            verify(box.height >= body.contentHeight, "body " + i + " is cut off");
-            verify(box.height - body.contentHeight < Math.max(40 - body.contentHeight, 0) + 1);
-        }
     }
 
     // The editor a tap on a body put in its place, or null.
@@ -391,31 +368,6 @@ TestCase {
         verify(find(page, "closeButton").activeFocus, "Shift+Tab did not reach Close");
     }
 
-    function test_agreementKnowsWhenTheEndOfItsDocumentWasShown() {
-        // A short copy kept from an earlier launch: all in view, so the end is shown and the
-        // answers the host closed open at once.
-        service.holdTerms(3);
-        const page = showPage(agreementPage, { agreeEnabled: false, disagreeEnabled: false });
-        tryCompare(page.view, "reachedEnd", true);
-        compare(find(page, "agreeButton").enabled, true);
-        compare(find(page, "disagreeButton").enabled, true);
-        // A reply adds sections under the reader: not read yet, and the host wanted them read.
-        page.document.fetch();
-        tryCompare(page.view, "reachedEnd", false);
-        compare(page.view.count, 30);
-        compare(find(page, "agreeButton").enabled, false);
-        page.view.positionViewAtEnd();
-        tryCompare(page.view, "reachedEnd", true);
-        compare(find(page, "agreeButton").enabled, true);
-        // The host's own setting is left as it set it.
-        compare(page.agreeEnabled, false);
-        // A refresh that brings the same sections changes nothing.
-        page.view.positionViewAtBeginning();
-        page.document.fetch();
-        tryCompare(page.document, "loading", false);
-        compare(page.view.reachedEnd, true);
-    }
-
     function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
         const page = showPage(agreementPage, { fetchOnLoad: true, modal: true });
         page.forceActiveFocus();
@@ -472,13 +424,17 @@ TestCase {
         compare(titleOf(page.view.itemAtIndex(0)).x, data.rightToLeft ? 28 : 12);
         const image = grabImage(page);
         screenshot(page, "terms-" + data.tag.replace(" ", "-").toLowerCase());
-        for (let i = 0; i < 3; ++i) {
+        for (let i = 0; i < 4; ++i) {
             const row = page.view.itemAtIndex(i);
             for (const text of [titleOf(row), bodyOf(row)]) {
                 if (!text.visible || text.text === "")
                     continue;
-                // The whole text inside its row, no line wider than the text's box.
+                // The whole text inside its row, a body's box no taller than its text or 40 px,
+                // no line wider than the text's box.
                 verify(text.parent.height >= text.contentHeight, "row " + i + " cuts its text off");
+                if (text === bodyOf(row))
+                    verify(text.parent.height - text.contentHeight < Math.max(40 - text.contentHeight, 0) + 1,
+                           "row " + i + " leaves room under its body");
                 verify(text.contentWidth <= text.width + 0.5, "row " + i + " runs " + text.contentWidth + " px wide");
                 // Painted on the side its script reads from.
                 const origin = text.mapToItem(page, 0, 0);
@@ -536,27 +492,20 @@ TestCase {
         compare(data.mirrored ? right : left, Qt.rgba(1, 1, 1, 1));
     }
 
-    function test_privacyPageClosesWhenModal() {
-        const page = showPage(privacyPage, { modal: true });
-        compare(page.title, "Privacy Policy");
-        const close = find(page, "closeButton");
-        compare(close.visible, true);
-        compare(close.text, "Close");
-        screenshot(page, "privacy-policy-modal");
-        const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
-        mouseClick(close);
-        compare(closed.count, 1);
-    }
-
     function test_closePopsAPagePushedModally() {
-        // As the README's example opens it.
+        // As the README's example opens it. (What a screen reader reads of Close is in
+        // test_screenReaderReadsThePages.)
         const stack = createTemporaryObject(stackView, testCase);
         stack.push(privacyPage, { modal: true });
         tryCompare(stack, "busy", false);
         compare(stack.depth, 2);
         const page = stack.currentItem;
-        tryVerify(() => page.view.count > 0);
+        tryVerify(() => page.view.count > 0 && !page.document.loading);
+        waitForItemPolished(page.view);
+        screenshot(page, "privacy-policy-modal");
+        const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
         mouseClick(find(page, "closeButton"));
+        compare(closed.count, 1);
         tryCompare(stack, "depth", 1);
     }
 
@@ -571,12 +520,24 @@ TestCase {
         compare(find(open, "disagreeButton").enabled, true);
         screenshot(open, "agreement-at-the-start");
 
-        // Closed by the host, they open when the end of the document is in view.
+        // Closed by the host, they open when the end of the document was shown: at once for
+        // a short copy kept from an earlier launch, all in view.
+        service.holdTerms(3);
         const page = showPage(agreementPage, { agreeEnabled: false, disagreeEnabled: false });
         const agree = find(page, "agreeButton");
         const disagree = find(page, "disagreeButton");
         compare(agree.text, "Agree");
         compare(disagree.text, "Disagree");
+        tryCompare(page.view, "reachedEnd", true);
+        compare(agree.enabled, true);
+        compare(disagree.enabled, true);
+        // The host's own setting is left as it set it.
+        compare(page.agreeEnabled, false);
+
+        // A reply adds sections under the reader: closed until End shows the new end.
+        page.document.fetch();
+        tryCompare(page.view, "count", 45);
+        compare(page.view.reachedEnd, false);
         compare(agree.enabled, false);
         compare(disagree.enabled, false);
         const agreed = createTemporaryObject(spy, testCase, { target: page, signalName: "agreeClicked" });
@@ -592,7 +553,14 @@ TestCase {
         compare(agreed.count, 1);
         compare(disagreed.count, 1);
 
-        // A refresh adds sections under the end: closed until End shows the new end.
+        // A refresh that brings the same sections changes nothing.
+        page.view.positionViewAtBeginning();
+        page.document.fetch();
+        tryCompare(page.document, "loading", false);
+        compare(page.view.reachedEnd, true);
+        compare(agree.enabled, true);
+
+        // One that adds sections under the end closes them again.
         service.setSections(60, true);
         page.document.fetch();
         tryCompare(page.view, "count", 60);
