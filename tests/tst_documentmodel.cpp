@@ -37,6 +37,7 @@ private Q_SLOTS:
 private:
     TestHttpsServer m_server;
     TestSession m_session;
+    bool m_breakNextReply = false;
 };
 
 void tst_DocumentModel::initTestCase()
@@ -45,16 +46,20 @@ void tst_DocumentModel::initTestCase()
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
     TVRManager::setAppName(u"Acme"_s);
     TVRDocumentManager::sharedInstance()->setSession(&m_session);
-    m_server.setHandler([](const TestRequest &request) {
+    m_server.setHandler([this](const TestRequest &request) {
         const QString name = request.path == u"/api/terms-of-service"_s ? u"Terms"_s : u"Privacy"_s;
         const QJsonArray sections{QJsonObject{{u"title"_s, name + u" one"_s}, {u"body"_s, u"##### one"_s}},
                                   QJsonObject{{u"body"_s, u"##### two"_s}},
                                   QJsonObject{{u"title"_s, name + u" three"_s}, {u"body"_s, u"##### three"_s}}};
-        return TestReply::json(200,
-                               QJsonDocument(QJsonObject{{u"title"_s, name},
-                                                         {u"updatedAt"_s, u"2018-02-28T23:30:00.000-0800"_s},
-                                                         {u"sections"_s, sections}})
-                                   .toJson(QJsonDocument::Compact));
+        TestReply reply = TestReply::json(200,
+                                          QJsonDocument(QJsonObject{{u"title"_s, name},
+                                                                    {u"updatedAt"_s, u"2018-02-28T23:30:00.000-0800"_s},
+                                                                    {u"sections"_s, sections}})
+                                              .toJson(QJsonDocument::Compact));
+        // A body cut short fails for good.
+        if (std::exchange(m_breakNextReply, false))
+            reply.cutBodyAt = 10;
+        return reply;
     });
 }
 
@@ -79,6 +84,11 @@ void tst_DocumentModel::followsTheManagerInAnItemView()
     view.resize(390, 400);
     view.show();
 
+    // A second model of the kind hears the reply to the first one's request.
+    TVRDocumentModel second;
+    second.setKind(TVRDocumentModel::Kind(kind));
+    const qsizetype requests = m_server.requests().size();
+
     QSignalSpy loading(&model, &TVRDocumentModel::loadingChanged);
     model.fetch();
     QVERIFY(model.isLoading());
@@ -86,6 +96,9 @@ void tst_DocumentModel::followsTheManagerInAnItemView()
     QCOMPARE(loading.size(), 2);
     QCOMPARE(model.error(), QString());
     QCOMPARE(model.title(), name);
+    QCOMPARE(m_server.requests().size(), requests + 1);
+    QCOMPARE(second.title(), name);
+    QCOMPARE(second.rowCount(), 3);
 
     // The rows as the view gets them: the title, else the body with the app's name.
     QCOMPARE(model.rowCount(), 3);
@@ -95,6 +108,13 @@ void tst_DocumentModel::followsTheManagerInAnItemView()
     QCOMPARE(model.index(1).data(TVRDocumentModel::TitleRole).toString(), QString());
     QCOMPARE(model.index(2).data(TVRDocumentModel::BodyRole).toString(), u"Acme three"_s);
     QVERIFY(view.visualRect(model.index(2)).isValid());
+
+    // A broken reply is an error; the document held stays.
+    m_breakNextReply = true;
+    second.fetch();
+    QTRY_VERIFY(!second.isLoading());
+    QVERIFY(!second.error().isEmpty());
+    QCOMPARE(second.rowCount(), 3);
 
     // A document set elsewhere reaches the model, and the view, too.
     const auto set = std::make_shared<TVRDocument>(
