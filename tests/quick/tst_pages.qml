@@ -17,7 +17,6 @@ TestCase {
     Component { id: termsPage; TermsOfServicePage { width: 390; height: 844 } }
     Component { id: privacyPage; PrivacyPolicyPage { width: 390; height: 844 } }
     Component { id: agreementPage; AgreementPage { width: 390; height: 844 } }
-    Component { id: documentModel; DocumentModel {} }
     Component { id: spy; SignalSpy {} }
     Component { id: stackView; StackView { width: 390; height: 844; initialItem: Item {} } }
     // A host's item that mirrors what it holds, or keeps it left-to-right, whatever the
@@ -594,26 +593,5 @@ TestCase {
         page.visible = false;
         page.parent = null;
         compare(pages().length, 0);
-    }
-
-    function test_everyModelHearsEveryReply() {
-        service.setSections(5);
-        const first = createTemporaryObject(documentModel, testCase, { kind: DocumentModel.PrivacyPolicy });
-        const second = createTemporaryObject(documentModel, testCase, { kind: DocumentModel.PrivacyPolicy });
-        const before = service.requests();
-        first.fetch();
-        compare(first.loading, true);
-        tryCompare(first, "loading", false);
-        compare(service.requests(), before + 1);
-        compare(first.rowCount(), 5);
-        compare(second.rowCount(), 5);
-        compare(second.title, "Privacy");
-        compare(first.error, "");
-
-        service.failNext();
-        second.fetch();
-        tryCompare(second, "loading", false);
-        verify(second.error !== "", "no error after a broken reply: " + service.requests());
-        compare(second.rowCount(), 5); // the document held stays
     }
 }

@@ -70,13 +70,6 @@ class Service : public QObject
     Q_OBJECT
 
 public:
-    explicit Service(TestHttpsServer *server)
-        : m_server(server)
-    {
-    }
-
-    //! The next reply breaks off in its body: the fetch fails.
-    Q_INVOKABLE void failNext() { m_failNext = true; }
     //! The next replies hold \a sections sections, their bodies of different lengths when
     //! \a unevenBodies.
     Q_INVOKABLE void setSections(int sections, bool unevenBodies = false)
@@ -102,7 +95,6 @@ public:
     //! The next replies are written in \a name: Latin (the default), Arabic, Hebrew, CJK, or
     //! "long words".
     Q_INVOKABLE void setScript(const QString &name) { m_script = script(name); }
-    Q_INVOKABLE int requests() const { return int(m_server->requests().size()); }
     //! Where a screenshot called \a name goes, or empty without TOVRA_SCREENSHOT_DIR.
     Q_INVOKABLE QString screenshotPath(const QString &name) const
     {
@@ -160,15 +152,10 @@ public:
     TestReply reply(const TestRequest &request)
     {
         const bool terms = request.path == u"/api/terms-of-service"_s;
-        TestReply reply = TestReply::json(200,
-                                          QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections,
-                                                                     m_script, m_unevenBodies, m_repeats))
-                                              .toJson(QJsonDocument::Compact));
-        // A body cut short fails for good; a connection dropped before any answer would be
-        // tried again by Qt on a fresh connection.
-        if (std::exchange(m_failNext, false))
-            reply.cutBodyAt = 10;
-        return reply;
+        return TestReply::json(200,
+                               QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, m_sections, m_script,
+                                                          m_unevenBodies, m_repeats))
+                                   .toJson(QJsonDocument::Compact));
     }
 
 private:
@@ -191,8 +178,6 @@ private:
         for (int i = 0; i < node->childCount(); ++i)
             walk(node->child(i), depth + 1, lines);
     }
-    TestHttpsServer *m_server;
-    bool m_failNext = false;
     int m_sections = 30;
     bool m_unevenBodies = false;
     int m_repeats = 2;
@@ -210,7 +195,7 @@ public Q_SLOTS:
     {
         m_server = std::make_unique<TestHttpsServer>();
         m_session = std::make_unique<TestSession>();
-        m_service = std::make_unique<Service>(m_server.get());
+        m_service = std::make_unique<Service>();
         if (!startLoopbackService(u"tst_quick"_s, *m_server, *m_session))
             qFatal("the loopback service did not start");
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
