@@ -216,8 +216,12 @@ private Q_SLOTS:
 private:
     // The terms screen showing \a terms in a navigation controller, in a window of \a size.
     TVRTermsOfServiceViewController *showTerms(const std::shared_ptr<TVRDocument> &terms, QSize size);
-    // The title label or body text view of row \a row of the first section.
-    static QWidget *painted(TVRDocumentViewController *screen, int row);
+    // The title label or body text view of \a cell, or of row \a row of the first section.
+    static QWidget *painted(TVRTableViewCell *cell);
+    static QWidget *painted(TVRDocumentViewController *screen, int row)
+    {
+        return painted(screen->tableView()->cellForRowAtIndexPath({0, row}));
+    }
     // Checks every row of \a table, scrolled into view one after another.
     void checkEveryRow(TVRTableView *table, const QString &what);
     void checkRow(TVRTableView *table, TVRIndexPath path, const QString &what);
@@ -255,9 +259,8 @@ TVRTermsOfServiceViewController *tst_Rendering::showTerms(const std::shared_ptr<
     return screen;
 }
 
-QWidget *tst_Rendering::painted(TVRDocumentViewController *screen, int row)
+QWidget *tst_Rendering::painted(TVRTableViewCell *cell)
 {
-    TVRTableViewCell *cell = screen->tableView()->cellForRowAtIndexPath({0, row});
     if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell))
         return title->titleLabel();
     auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
@@ -273,14 +276,18 @@ void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QStri
     TVRTableViewCell *cell = table->cellForRowAtIndexPath(path);
     const QString where = u"%1, section %2 row %3"_s.arg(what).arg(path.section).arg(path.row);
     QVERIFY2(cell, qPrintable(where));
-    QCOMPARE(cell->height(), row.height());
+    QCOMPARE(cell->size(), row.size());
+    // Label or text view, 8 px in from either side and as tall as the row.
+    QWidget *text = painted(cell);
+    QVERIFY2(text, qPrintable(where));
+    QCOMPARE(text->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
+    QCOMPARE(text->size(), QSize(row.width() - 16, row.height()));
 
     // The text as Qt lays it out to paint it, and one line of it.
     qreal textHeight = 0;
     qreal line = 0;
     if (auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell)) {
         QTextEdit *view = body->bodyTextView();
-        QCOMPARE(view->height(), row.height());
         textHeight = view->document()->size().height();
         line = QFontMetricsF(view->font()).height();
         QVERIFY2(view->verticalScrollBar()->maximum() == 0, qPrintable(where + u": text below the row"_s));
@@ -291,7 +298,6 @@ void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QStri
         auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell);
         QVERIFY(title);
         QLabel *label = title->titleLabel();
-        QCOMPARE(label->height(), row.height());
         textHeight = laidOut(label->text(), label->font(), label->contentsRect().width())->size().height();
         line = QFontMetricsF(label->font()).height();
         // Nothing painted outside the text's width: a long word is not cut at the edge.
@@ -314,14 +320,22 @@ void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QStri
 
 void tst_Rendering::checkEveryRow(TVRTableView *table, const QString &what)
 {
+    // Rows follow one another under the header without overlapping, and the table ends a
+    // section's spacing under the last.
     QVERIFY(table->numberOfSections() > 0);
+    int previousBottom = table->tableHeaderView() ? table->tableHeaderView()->height() : 0;
     for (int section = 0; section < table->numberOfSections(); ++section) {
         for (int row = 0; row < table->numberOfRowsInSection(section); ++row) {
+            const QRect rect = table->rectForRowAtIndexPath({section, row});
+            QVERIFY2(rect.top() >= previousBottom,
+                     qPrintable(u"%1: row %2.%3 overlaps"_s.arg(what).arg(section).arg(row)));
+            previousBottom = rect.bottom() + 1;
             checkRow(table, {section, row}, what);
             if (QTest::currentTestFailed())
                 return;
         }
     }
+    QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());
 }
 
 void tst_Rendering::rowsAreAsTallAsTheirText_data()
