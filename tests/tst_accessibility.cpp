@@ -4,6 +4,7 @@
 // through Qt's QAccessible interfaces, real key presses, and the focus as it is painted.
 
 #include "AccessibleTree.h"
+#include "DocumentJson.h"
 #include "OffscreenTest.h"
 #include "ScreenHelpers.h"
 #include "Screenshot.h"
@@ -32,19 +33,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString appName = u"Acme Notes"_s;
-
-QJsonObject documentJson(const QString &title, int sections)
-{
-    QJsonArray list;
-    for (int i = 0; i < sections; ++i) {
-        QJsonObject section{
-            {u"body"_s, u"Body %1: ##### keeps what you write on your device. "_s.arg(i + 1).repeated(3)}};
-        if (i % 2 == 0)
-            section.insert(u"title"_s, u"Heading %1"_s.arg(i + 1));
-        list.append(section);
-    }
-    return QJsonObject{{u"title"_s, title}, {u"updatedAt"_s, u"2017-07-04T09:00:00.000+0000"_s}, {u"sections"_s, list}};
-}
 
 // The rows' texts as a reader should hear them, top to bottom.
 QStringList rowTexts(const QJsonObject &document)
@@ -117,8 +105,8 @@ private:
     TestHttpsServer m_server;
     TestSession m_session;
     HostScreen *m_host = nullptr;
-    QJsonObject m_terms = documentJson(u"Terms"_s, 40);
-    const QJsonObject m_privacy = documentJson(u"Privacy"_s, 8);
+    QJsonObject m_terms = documentJson(u"Terms"_s, 40, u"2017-07-04T09:00:00.000+0000"_s);
+    const QJsonObject m_privacy = documentJson(u"Privacy"_s, 8, u"2017-07-04T09:00:00.000+0000"_s);
 };
 
 void tst_Accessibility::initTestCase()

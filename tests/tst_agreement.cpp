@@ -3,6 +3,7 @@
 // The agreement check: the two empty services, the agreement screen, activateApp and the
 // screen factories. Rendered offscreen at 390x844; screenshots go to TOVRA_SCREENSHOT_DIR.
 
+#include "DocumentJson.h"
 #include "OffscreenTest.h"
 #include "Screenshot.h"
 #include "TestFixture.h"
@@ -41,17 +42,7 @@ class AgreementDelegate : public QObject, public TVRAgreementManagerDelegate
 
 std::shared_ptr<TVRDocument> document(const QString &id, int sections)
 {
-    QJsonArray list;
-    for (int i = 0; i < sections; ++i) {
-        list.append(QJsonObject{{u"title"_s, u"%1. Your agreement"_s.arg(i + 1)},
-                                {u"body"_s,
-                                 u"By tapping Agree you accept that ##### may process your data as section %1 "
-                                 "describes. You may withdraw at any time."_s.arg(i + 1)}});
-    }
-    return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, id},
-                                                     {u"title"_s, u"Terms of Service"_s},
-                                                     {u"updatedAt"_s, u"2018-05-25T08:00:00.000+0000"_s},
-                                                     {u"sections"_s, list}});
+    return std::make_shared<TVRDocument>(documentJson(id, sections, u"2018-05-25T08:00:00.000+0000"_s));
 }
 
 // The kit's log lines, in order, as they are written; QtTest still sees every line.

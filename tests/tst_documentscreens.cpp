@@ -3,6 +3,7 @@
 // The document screens, rendered offscreen at the size that TOVRA_TEST_SCREEN names
 // (width x height, 390x844 unless told otherwise). Screenshots go to TOVRA_SCREENSHOT_DIR.
 
+#include "DocumentJson.h"
 #include "OffscreenTest.h"
 #include "ScreenHelpers.h"
 #include "Screenshot.h"
@@ -35,22 +36,6 @@ QSize screenSize()
     if (parts.size() == 2)
         return QSize(parts[0].toInt(), parts[1].toInt());
     return QSize(390, 844);
-}
-
-QJsonObject documentJson(const QString &title, int sections,
-                         const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
-{
-    QJsonArray list;
-    for (int i = 0; i < sections; ++i) {
-        QJsonObject section{{u"body"_s,
-                             u"Section %1 of these terms explains how ##### handles your data, "
-                             "what you may expect from the service and what it expects from you. "_s.arg(i + 1)
-                                 .repeated(1 + i % 4)}};
-        if (i % 3 != 2)
-            section.insert(u"title"_s, u"%1. A heading that is long enough to wrap onto a second line"_s.arg(i + 1));
-        list.append(section);
-    }
-    return QJsonObject{{u"_id"_s, title}, {u"title"_s, title}, {u"updatedAt"_s, updatedAt}, {u"sections"_s, list}};
 }
 
 class TableModel : public TVRTableViewDataSource, public TVRTableViewDelegate
