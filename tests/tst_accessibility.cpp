@@ -82,15 +82,12 @@ private Q_SLOTS:
 
     void screenReaderWalk_data();
     void screenReaderWalk();
-    void pressActions();
-    void tabOrder_data();
-    void tabOrder();
+    void keyboard_data();
+    void keyboard();
     void aPaintedBodyIsEditableText_data();
     void aPaintedBodyIsEditableText();
     void keysScroll_data();
     void keysScroll();
-    void escape_data();
-    void escape();
     void focusIsPainted();
 
 private:
@@ -164,12 +161,14 @@ void tst_Accessibility::screenReaderWalk_data()
     QTest::addColumn<QString>("dialog");
     QTest::addColumn<QStringList>("enabledButtons");
     QTest::addColumn<QStringList>("disabledButtons");
+    QTest::addColumn<QString>("press"); // pressed by the screen reader at the end
 
-    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QString() << QStringList{u"Back"_s} << QStringList();
+    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QString() << QStringList{u"Back"_s} << QStringList()
+                                   << QString();
     QTest::newRow("privacy, presented") << u"privacy, presented"_s << u"Privacy Policy"_s << QStringList{u"Close"_s}
-                                        << QStringList();
+                                        << QStringList() << u"Close"_s;
     QTest::newRow("agreement") << u"agreement"_s << u"Terms of Service"_s << QStringList()
-                               << QStringList{u"Disagree"_s, u"Agree"_s};
+                               << QStringList{u"Disagree"_s, u"Agree"_s} << u"Agree"_s;
 }
 
 void tst_Accessibility::screenReaderWalk()
@@ -178,8 +177,9 @@ void tst_Accessibility::screenReaderWalk()
     QFETCH(QString, dialog);
     QFETCH(QStringList, enabledButtons);
     QFETCH(QStringList, disabledButtons);
+    QFETCH(QString, press);
 
-    TVRDocumentViewController *screen = show(kind);
+    QPointer<TVRDocumentViewController> screen = show(kind);
     QAccessibleInterface *window = QAccessible::queryAccessibleInterface(screen->window());
     QVERIFY(window);
 
@@ -234,71 +234,30 @@ void tst_Accessibility::screenReaderWalk()
                      enabled);
         }
     }
-}
+    if (press.isEmpty())
+        return;
 
-void tst_Accessibility::pressActions()
-{
-    // The agreement's buttons become available once the end was reached with the keyboard.
-    auto *agreement = static_cast<TVRTermsViewController *>(show(u"agreement"_s));
-    QAccessibleInterface *window = QAccessible::queryAccessibleInterface(agreement->window());
-    QAccessibleInterface *agree = find(window, QAccessible::Button, u"Agree"_s);
-    QVERIFY(agree);
-    QTest::keyClick(table(agreement), Qt::Key_PageDown);
-    QVERIFY(agree->state().disabled);
-    QTest::keyClick(table(agreement), Qt::Key_End);
-    QTRY_VERIFY(!agree->state().disabled);
-    QVERIFY(agreement->disagreeBarButtonItem()->isEnabled());
-    QSignalSpy agreed(agreement->agreeBarButtonItem(), &QAction::triggered);
-    agree->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(agreed.size(), 1);
-    cleanup();
-
-    // Close, pressed by a screen reader, dismisses the presented screen.
-    QPointer<TVRDocumentViewController> privacy = show(u"privacy, presented"_s);
-    QAccessibleInterface *close =
-        find(QAccessible::queryAccessibleInterface(privacy->window()), QAccessible::Button, u"Close"_s);
-    QVERIFY(close);
-    close->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QTRY_VERIFY(!privacy);
-    QVERIFY(!m_host->presentedViewController());
-}
-
-void tst_Accessibility::tabOrder_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QStringList>("order");
-
-    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QStringList{u"document"_s, u"Back"_s};
-    QTest::newRow("privacy, presented") << u"privacy, presented"_s << QStringList{u"document"_s, u"Close"_s};
-    QTest::newRow("agreement") << u"agreement"_s << QStringList{u"document"_s, u"Disagree"_s, u"Agree"_s};
-}
-
-void tst_Accessibility::tabOrder()
-{
-    QFETCH(QString, kind);
-    QFETCH(QStringList, order);
-
-    TVRDocumentViewController *screen = show(kind);
-    // A shown screen takes focus on its document.
-    QCOMPARE(focusName(), u"document"_s);
-    if (kind == u"agreement"_s)
-        QTest::keyClick(table(screen), Qt::Key_End); // the answers take focus once enabled
-
-    QStringList forward{focusName()};
-    for (int i = 0; i < order.size(); ++i) {
-        pressTab();
-        forward << focusName();
+    // Pressed by the screen reader: the agreement's answers once the end was reached with
+    // the keyboard (a page down is not enough), Close at once, which dismisses the screen.
+    QAccessibleInterface *button = find(window, QAccessible::Button, press);
+    auto *agreement = qobject_cast<TVRTermsViewController *>(screen);
+    if (agreement) {
+        QTest::keyClick(table(screen), Qt::Key_PageDown);
+        QVERIFY(button->state().disabled);
+        QTest::keyClick(table(screen), Qt::Key_End);
+        QTRY_VERIFY(!button->state().disabled);
+        QVERIFY(agreement->disagreeBarButtonItem()->isEnabled());
     }
-    QCOMPARE(forward, order + QStringList{order.first()});
-
-    QStringList backward{focusName()};
-    for (int i = 0; i < order.size(); ++i) {
-        pressTab(Qt::ShiftModifier);
-        backward << focusName();
+    QSignalSpy pressed(agreement
+                           ? agreement->agreeBarButtonItem()
+                           : static_cast<TVRReadOnlyDocumentViewController *>(screen.data())->closeBarButtonItem(),
+                       &QAction::triggered);
+    button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(pressed.size(), 1);
+    if (!agreement) {
+        QTRY_VERIFY(!screen);
+        QVERIFY(!m_host->presentedViewController());
     }
-    QStringList reversed(order.crbegin(), order.crend());
-    reversed.prepend(order.first());
-    QCOMPARE(backward, reversed);
 }
 
 void tst_Accessibility::aPaintedBodyIsEditableText_data()
@@ -385,37 +344,58 @@ void tst_Accessibility::keysScroll()
                  qPrintable(u"from %1 to %2"_s.arg(start).arg(bar->value())));
 }
 
-void tst_Accessibility::escape_data()
+void tst_Accessibility::keyboard_data()
 {
     QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("closes");
+    QTest::addColumn<QStringList>("order"); // the Tab order
+    QTest::addColumn<bool>("escapeCloses");
 
-    QTest::newRow("privacy, presented") << u"privacy, presented"_s << true;
-    QTest::newRow("agreement") << u"agreement"_s << false;
-    QTest::newRow("terms, pushed") << u"terms, pushed"_s << false;
+    QTest::newRow("terms, pushed") << u"terms, pushed"_s << QStringList{u"document"_s, u"Back"_s} << false;
+    QTest::newRow("privacy, presented") << u"privacy, presented"_s << QStringList{u"document"_s, u"Close"_s} << true;
+    QTest::newRow("agreement") << u"agreement"_s << QStringList{u"document"_s, u"Disagree"_s, u"Agree"_s} << false;
 }
 
-void tst_Accessibility::escape()
+void tst_Accessibility::keyboard()
 {
     QFETCH(QString, kind);
-    QFETCH(bool, closes);
+    QFETCH(QStringList, order);
+    QFETCH(bool, escapeCloses);
 
     QPointer<TVRDocumentViewController> screen = show(kind);
-    // The host's own Escape, in the host's window.
+    // A shown screen takes focus on its document.
+    QCOMPARE(focusName(), u"document"_s);
+    if (kind == u"agreement"_s)
+        QTest::keyClick(table(screen), Qt::Key_End); // the answers take focus once enabled
+
+    // Tab goes round the order and back again.
+    QStringList forward{focusName()};
+    for (int i = 0; i < order.size(); ++i) {
+        pressTab();
+        forward << focusName();
+    }
+    QCOMPARE(forward, order + QStringList{order.first()});
+    QStringList backward{focusName()};
+    for (int i = 0; i < order.size(); ++i) {
+        pressTab(Qt::ShiftModifier);
+        backward << focusName();
+    }
+    QStringList reversed(order.crbegin(), order.crend());
+    reversed.prepend(order.first());
+    QCOMPARE(backward, reversed);
+
+    // Escape closes a presented screen; pushed in the host's window, the screen leaves Escape
+    // to the host's own shortcut.
     auto *hostEscape = new QShortcut(QKeySequence(Qt::Key_Escape), m_host);
     QSignalSpy hostEscaped(hostEscape, &QShortcut::activated);
-
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-    if (closes) {
+    if (escapeCloses) {
         QTRY_VERIFY(!screen);
         QVERIFY(!m_host->presentedViewController());
     } else {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(screen);
-        QVERIFY(screen->isVisible());
+        QVERIFY(screen && screen->isVisible());
     }
-    // Pushed in the host's window, the screen leaves Escape to the host.
     QCOMPARE(hostEscaped.size(), kind == u"terms, pushed"_s ? 1 : 0);
 }
 
