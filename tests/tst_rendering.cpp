@@ -304,11 +304,9 @@ void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QStri
         const QRect ink = inkBounds(render(table->window()), inWindow(label));
         const QRect text = inWindow(label, label->contentsRect());
         QVERIFY2(ink.left() >= text.left() - 1 && ink.right() <= text.right() + 1,
-                 qPrintable(u"%1: ink from x %2 to %3, text from %4 to %5"_s.arg(where)
-                                .arg(ink.left())
-                                .arg(ink.right())
-                                .arg(text.left())
-                                .arg(text.right())));
+                 qPrintable(where
+                            + QString::asprintf(": ink from x %d to %d, text from %d to %d", ink.left(), ink.right(),
+                                                text.left(), text.right())));
     }
     // No line clipped, and no blank tail longer than a line (40 px rows aside).
     QVERIFY2(textHeight <= row.height(),
@@ -587,12 +585,10 @@ void tst_Rendering::textStartsAtItsDirectionsEdgeShaped()
         if (std::abs(shapedWidth - unshapedWidth) < 4)
             QSKIP("This font shapes Arabic to the same width as it sets it unshaped");
         const int inkWidth = inkBounds(image, inWindow(widget)).width();
-        QVERIFY2(std::abs(inkWidth - shapedWidth) < std::abs(inkWidth - unshapedWidth),
-                 qPrintable(u"%1: ink %2 px wide; shaped %3, unshaped %4"_s
-                                .arg(QString::fromLatin1(widget->metaObject()->className()))
-                                .arg(inkWidth)
-                                .arg(shapedWidth)
-                                .arg(unshapedWidth)));
+        QVERIFY2(
+            std::abs(inkWidth - shapedWidth) < std::abs(inkWidth - unshapedWidth),
+            qPrintable(QString::asprintf("%s: ink %d px wide; shaped %g, unshaped %g",
+                                         widget->metaObject()->className(), inkWidth, shapedWidth, unshapedWidth)));
     }
 }
 
@@ -628,10 +624,8 @@ void tst_Rendering::sharpAtTheScreensDensity()
             }
         }
         QVERIFY2(detailed > blocks / 20,
-                 qPrintable(u"%1 of %2 blocks of %3 show detail: %4 is drawn at a lower density"_s.arg(detailed)
-                                .arg(blocks)
-                                .arg(step)
-                                .arg(cell->accessibleName().left(20))));
+                 qPrintable(QString::asprintf("%d of %d blocks of %d show detail: %s is drawn at a lower density",
+                                              detailed, blocks, step, qPrintable(cell->accessibleName().left(20)))));
     }
 }
 
