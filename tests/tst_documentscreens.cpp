@@ -26,6 +26,8 @@
 #include <QtTest>
 #include <QVBoxLayout>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -494,95 +496,83 @@ void tst_DocumentScreens::longDocumentKeepsFewCells()
 void tst_DocumentScreens::subviewWritersReplacePlaceAndOwn()
 {
     const auto document = std::make_shared<TVRDocument>(QJsonValue(documentJson(u"Agreement"_s, 4)));
+    // Hands \a now over through \a set in place of \a old; returns what did not hold, if anything.
+    QList<QPointer<QWidget>> given;
+    const auto replace = [&given](QWidget *old, QWidget *now, const std::function<void()> &set, bool samePlace = true) {
+        given << now;
+        const QPointer<QWidget> gone = old;
+        const QRect place = old->geometry();
+        set();
+        if (gone)
+            return u"the old one outlived its replacement"_s;
+        if (!now->isVisible())
+            return u"the new one is hidden"_s;
+        if (samePlace && !QTest::qWaitFor([&] { return now->geometry() == place; }))
+            return u"the new one is not where the old one was"_s;
+        return QString();
+    };
 
     // Given before the view exists, a subview is placed when the screen is shown.
     auto *early = new TVRTermsViewController(document);
-    QPointer<QToolBar> earlyToolbar = new QToolBar;
+    auto *earlyToolbar = new QToolBar;
+    given << earlyToolbar;
     early->setToolbar(earlyToolbar);
     showInNavigation(early);
     QTRY_VERIFY(earlyToolbar->isVisible());
     QCOMPARE(earlyToolbar->window(), early->window());
 
+    // Given to a shown screen, each replaces the one before, which goes at once: the toolbar
+    // under the table, and the table, keeping the rows and the header, each in the old one's
+    // place; the header heads the table, the date label spans the header.
     auto *screen = new TVRTermsViewController(document);
     showInNavigation(screen);
     QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty());
-
-    // The toolbar: the new one sits where the old one sat, under the table.
-    QPointer<QToolBar> oldToolbar = screen->toolbar();
-    const QRect toolbarPlace = oldToolbar->geometry();
-    QPointer<QToolBar> toolbar = new QToolBar;
-    toolbar->setFixedHeight(toolbarPlace.height());
+    auto *toolbar = new QToolBar;
+    toolbar->setFixedHeight(screen->toolbar()->height());
     toolbar->addAction(u"Custom"_s);
-    screen->setToolbar(toolbar);
-    QVERIFY(oldToolbar.isNull());
-    QCOMPARE(screen->toolbar(), toolbar.data());
-    QVERIFY(toolbar->isVisible());
-    QTRY_COMPARE(toolbar->geometry(), toolbarPlace);
+    QCOMPARE(replace(screen->toolbar(), toolbar, [&] { screen->setToolbar(toolbar); }), QString());
+    QCOMPARE(screen->toolbar(), toolbar);
 
-    // The table: the new one fills the old one's place and shows the same rows under the
-    // same header.
-    QPointer<TVRTableView> oldTable = screen->tableView();
     QPointer<TVRHeaderView> header = screen->headerView();
-    const QRect tablePlace = oldTable->geometry();
-    const int sections = oldTable->numberOfSections();
-    QPointer<TVRTableView> table = new TVRTableView(TVRTableView::Style::Grouped);
-    screen->setTableView(table);
-    QVERIFY(oldTable.isNull());
-    QVERIFY(header);
-    QVERIFY(table->isVisible());
-    QTRY_COMPARE(table->geometry(), tablePlace);
+    const int sections = screen->tableView()->numberOfSections();
+    auto *table = new TVRTableView(TVRTableView::Style::Grouped);
+    QCOMPARE(replace(screen->tableView(), table, [&] { screen->setTableView(table); }), QString());
     QTRY_VERIFY(!table->visibleCells().isEmpty());
     QCOMPARE(table->numberOfSections(), sections);
+    QVERIFY(header);
     QCOMPARE(header->parentWidget(), table->viewport());
 
-    // The header: the new one heads the table.
-    QPointer<TVRHeaderView> newHeader = new TVRHeaderView(QRect(0, 0, 100, 60));
-    screen->setHeaderView(newHeader);
-    QVERIFY(header.isNull());
+    auto *newHeader = new TVRHeaderView(QRect(0, 0, 100, 60));
+    QCOMPARE(replace(
+                 header, newHeader, [&] { screen->setHeaderView(newHeader); }, false),
+             QString());
     QCOMPARE(newHeader->parentWidget(), table->viewport());
-    QVERIFY(newHeader->isVisible());
-
-    // The header's date label spans the header.
-    QPointer<QLabel> oldDate = newHeader->dateLabel();
-    QPointer<QLabel> date = new QLabel(u"May 1, 2026"_s);
-    newHeader->setDateLabel(date);
-    QVERIFY(oldDate.isNull());
-    QCOMPARE(date->parentWidget(), newHeader.data());
-    QVERIFY(date->isVisible());
+    auto *date = new QLabel(u"May 1, 2026"_s);
+    QCOMPARE(replace(
+                 newHeader->dateLabel(), date, [&] { newHeader->setDateLabel(date); }, false),
+             QString());
+    QCOMPARE(date->parentWidget(), newHeader);
     QCOMPARE(date->width(), newHeader->width());
 
-    // The cells: the new label and text view take the old ones' places and show the section.
+    // The cells' new label and text view take the old ones' places and show the section.
     QTRY_VERIFY(table->cellForRowAtIndexPath({0, 1}));
     auto *titleCell = qobject_cast<TVRSectionTitleTableViewCell *>(table->cellForRowAtIndexPath({0, 0}));
     auto *bodyCell = qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
     QVERIFY(titleCell && bodyCell);
-    QPointer<QLabel> oldTitle = titleCell->titleLabel();
-    QPointer<QTextEdit> oldBody = bodyCell->bodyTextView();
-    const QRect titlePlace = oldTitle->geometry();
-    const QRect bodyPlace = oldBody->geometry();
-    QPointer<QLabel> title = new QLabel;
-    QPointer<QTextEdit> body = new QTextEdit;
-    titleCell->setTitleLabel(title);
-    bodyCell->setBodyTextView(body);
-    QVERIFY(oldTitle.isNull() && oldBody.isNull());
+    auto *title = new QLabel;
+    auto *body = new QTextEdit;
+    QCOMPARE(replace(titleCell->titleLabel(), title, [&] { titleCell->setTitleLabel(title); }), QString());
+    QCOMPARE(replace(bodyCell->bodyTextView(), body, [&] { bodyCell->setBodyTextView(body); }), QString());
     QCOMPARE(title->text(), titleCell->section()->title());
     QCOMPARE(body->toPlainText(), bodyCell->section()->body());
     QVERIFY(titleCell->isAncestorOf(title) && bodyCell->isAncestorOf(body));
-    QVERIFY(title->isVisible() && body->isVisible());
-    QTRY_COMPARE(title->geometry(), titlePlace);
-    QTRY_COMPARE(body->geometry(), bodyPlace);
 
     // All of it belongs to the screens now.
     for (const QPointer<QWidget> &window : std::as_const(m_windows))
         delete window;
     m_windows.clear();
-    QVERIFY(earlyToolbar.isNull());
-    QVERIFY(toolbar.isNull());
-    QVERIFY(table.isNull());
-    QVERIFY(newHeader.isNull());
-    QVERIFY(date.isNull());
-    QVERIFY(title.isNull());
-    QVERIFY(body.isNull());
+    for (const QPointer<QWidget> &subview : std::as_const(given))
+        QVERIFY2(!subview, subview ? subview->metaObject()->className() : "");
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_DocumentScreens, screenSize())
