@@ -26,7 +26,6 @@
 #include <QTextEdit>
 #include <QToolButton>
 #include <QtTest>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 

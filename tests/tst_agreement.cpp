@@ -14,13 +14,10 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QMainWindow>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QToolBar>
 #include <QtTest>
 

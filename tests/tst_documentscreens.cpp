@@ -13,18 +13,15 @@
 
 #include <Tovra.h>
 
-#include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
-#include <QVBoxLayout>
 
 #include <functional>
 

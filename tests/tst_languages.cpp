@@ -12,7 +12,6 @@
 
 #include <Tovra.h>
 
-#include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -20,7 +19,6 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 

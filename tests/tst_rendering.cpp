@@ -19,7 +19,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
