@@ -335,7 +335,7 @@ void tst_Agreement::complianceAnswer()
     QStringList lines;
     std::shared_ptr<TVRDocument> given;
     for (int i = 0; i < answers; ++i)
-        lines << answer(compliant, given = document(u"doc-%1"_s.arg(i), 5));
+        lines << answer(compliant, given = document(u"doc-%1"_s.arg(i), 5 + i));
     TVRManager::setAgreementPresenter({});
 
     QCOMPARE(kitLines, lines);
@@ -361,7 +361,7 @@ void tst_Agreement::complianceAnswer()
     auto *screen = qobject_cast<TVRTermsViewController *>(navigation->topViewController());
     QVERIFY(screen);
     QVERIFY(screen->presentingViewController());
-    QTRY_COMPARE(screen->tableView()->numberOfSections(), 5);
+    QTRY_COMPARE(screen->tableView()->numberOfSections(), int(given->sections().size())); // the last answer's
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
     if (QTest::currentDataTag() == "not compliant"_ba)
         QVERIFY(saveScreenshot(navigation, u"agreement"_s));
