@@ -247,6 +247,7 @@ void tst_Accessibility::screenReaderWalk()
                            ? agreement->agreeBarButtonItem()
                            : static_cast<TVRReadOnlyDocumentViewController *>(screen.data())->closeBarButtonItem(),
                        &QAction::triggered);
+    QCOMPARE(screen->presentingViewController(), m_host);
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(pressed.size(), 1);
     if (!agreement) {
