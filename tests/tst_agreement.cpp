@@ -374,7 +374,14 @@ void tst_Agreement::complianceAnswer()
     screen->agreeBarButtonItem()->trigger();
     screen->disagreeBarButtonItem()->trigger();
     flushRequests();
-    QCOMPARE(m_server.requests().size(), requests + 1);
+    // Past the screens' own document fetches, which may still be on their way, the flush is
+    // the one request the server sees.
+    QStringList sent;
+    for (const TestRequest &request : m_server.requests().mid(requests)) {
+        if (!request.path.startsWith(u"/api/terms-of-service"_s) && !request.path.startsWith(u"/api/privacy-policy"_s))
+            sent << request.path;
+    }
+    QCOMPARE(sent, QStringList{u"/flush"_s});
     QCOMPARE(users.calls, 0);
     QVERIFY(navigation && navigation->isVisible());
 }
