@@ -11,9 +11,10 @@
 #   Quick      the QML module, a library of its own on top of the core library
 # Then fails when a file of the core library or of the QML module includes a widget header:
 # a header of the widget screens' library (src/TovraSources.cmake says which files those
-# are) or one of Qt Widgets. Folders hold files of both libraries, so this is checked by
+# are) or one of Qt Widgets, or a header of Qt Network, which only the network library uses. Folders hold files of both libraries, so this is checked by
 # library, not by folder. Qt's headers are where qtpaths6 or qmake6 says, unless given:
 #   cmake [-DSOURCE_DIR=src] [-DQT_HEADERS_DIR=/usr/include/x86_64-linux-gnu/qt6] -P cmake/check_layers.cmake
+cmake_policy(SET CMP0057 NEW) # if(... IN_LIST ...)
 set(layers Platform Settings Model Network UI Core Quick)
 if(NOT SOURCE_DIR)
     get_filename_component(SOURCE_DIR "${CMAKE_CURRENT_LIST_DIR}/../src" ABSOLUTE)
@@ -106,3 +107,28 @@ if(violations)
     message(FATAL_ERROR "the core or the QML module includes a widget header:\n  ${shown}")
 endif()
 message(STATUS "layers: ${checked} files of the core and the QML module, no widget header among their includes")
+
+# Qt Network is the network library's alone (TOVRA_NETWORK_SOURCES): the core loads it with
+# its first request, so no file of the core or the QML module includes a Qt Network header.
+file(GLOB qt_network RELATIVE ${QT_HEADERS_DIR}/QtNetwork ${QT_HEADERS_DIR}/QtNetwork/*)
+set(network_headers "")
+foreach(header IN LISTS qt_network)
+    if(NOT EXISTS ${QT_HEADERS_DIR}/QtGui/${header} AND NOT EXISTS ${QT_HEADERS_DIR}/QtCore/${header})
+        list(APPEND network_headers ${header})
+    endif()
+endforeach()
+foreach(file IN LISTS widgetless)
+    file(STRINGS ${SOURCE_DIR}/${file} includes REGEX "^[ \t]*#[ \t]*include[ \t]*<")
+    foreach(line IN LISTS includes)
+        string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*<([^>]+)>.*" "\\1" header "${line}")
+        get_filename_component(name "${header}" NAME)
+        if(header MATCHES "^QtNetwork(/|$)" OR name IN_LIST network_headers)
+            list(APPEND violations "${file} includes ${header} (Qt Network)")
+        endif()
+    endforeach()
+endforeach()
+if(violations)
+    list(JOIN violations "\n  " shown)
+    message(FATAL_ERROR "the core or the QML module includes a Qt Network header:\n  ${shown}")
+endif()
+message(STATUS "layers: no Qt Network header in the core or the QML module")

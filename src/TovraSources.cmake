@@ -43,7 +43,9 @@ set(TOVRA_CORE_SOURCES
     Network/TVRDocumentManagerDelegate.cpp
     Network/TVRError.cpp
     Network/TVRHTTPResponse.cpp
+    Network/TVRHTTPResponse_p.h
     Network/TVRNetworkManager.cpp
+    Network/TVRNetworkManager_p.h
     Network/TVRUserManager.cpp
     Network/TVRUserManagerDelegate.cpp
     Settings/TVRJSONStore.cpp
@@ -59,6 +61,11 @@ set(TOVRA_CORE_SOURCES
     Platform/TVRWeakDelegate_p.h
     UI/TVRDesignClass.cpp
 )
+# The network library (Tovra::Network): the one part of the kit that uses Qt Network, loaded
+# by the core with its first request where the kit is shared on Linux, part of the core
+# elsewhere.
+set(TOVRA_NETWORK_SOURCES
+    Network/TVRTransport.cpp)
 # The keychain store of each platform: the Secret Service over D-Bus on Linux, QtKeychain
 # elsewhere.
 set(TOVRA_CORE_LINUX_SOURCES

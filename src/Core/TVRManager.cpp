@@ -12,7 +12,6 @@
 #include "TVRUserManager.h"
 
 #include <QCoreApplication>
-#include <QHostAddress>
 #include <QPointer>
 #include <QTranslator>
 
@@ -117,12 +116,25 @@ QVariant TVRManager::userImageUrl()
 
 namespace {
 
+// localhost, 127.0.0.0/8 (also as an IPv4-mapped IPv6 address) or ::1, as QUrl gives a host:
+// IPv6 addresses in their shortest form, without brackets.
 bool isLoopback(const QString &host)
 {
-    if (host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
+    if (host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 || host == QLatin1String("::1"))
         return true;
-    const QHostAddress address(host);
-    return !address.isNull() && address.isLoopback();
+    QString address = host;
+    if (address.startsWith(QLatin1String("::ffff:"), Qt::CaseInsensitive))
+        address = address.mid(7);
+    const QStringList parts = address.split(QLatin1Char('.'));
+    if (parts.size() != 4)
+        return false;
+    for (const QString &part : parts) {
+        bool number = false;
+        const int value = part.toInt(&number);
+        if (!number || value < 0 || value > 255 || part.size() > 3)
+            return false;
+    }
+    return parts.first().toInt() == 127;
 }
 
 // Why \a url cannot be the service's address; null when it can.

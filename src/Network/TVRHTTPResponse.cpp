@@ -1,30 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
-#include "TVRHTTPResponse.h"
-
-#include <QNetworkReply>
-
-class TVRHTTPResponseData : public QSharedData
-{
-public:
-    int statusCode = 0;
-    QUrl url;
-    QList<QPair<QByteArray, QByteArray>> headers;
-    QByteArray body;
-};
+#include "TVRHTTPResponse_p.h"
 
 TVRHTTPResponse::TVRHTTPResponse()
     : d(new TVRHTTPResponseData)
 {
-}
-
-TVRHTTPResponse::TVRHTTPResponse(const QNetworkReply *reply)
-    : TVRHTTPResponse()
-{
-    d->statusCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    d->url = reply->url();
-    d->headers = reply->rawHeaderPairs();
 }
 
 TVRHTTPResponse::TVRHTTPResponse(const TVRHTTPResponse &other) = default;

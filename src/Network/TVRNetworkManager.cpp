@@ -1,32 +1,40 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
-#include "TVRNetworkManager.h"
+#include "TVRNetworkManager_p.h"
 
+#include "TVRLogging_p.h"
 #include "TVRSettings_p.h"
 
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
+#include <QList>
 #include <QPointer>
+#include <QThread>
 #include <QTimer>
+#include <QWindow>
 
+#include <mutex>
 #include <utility>
+
+#ifdef TOVRA_LAZY_NETWORK
+#include <dlfcn.h>
+#endif
 
 namespace {
 
-// How long a request may go without sending or receiving anything before it fails with a
-// time-out, in the session the kit makes itself (the default of a platform URL session).
-constexpr int defaultTransferTimeoutMs = 60 * 1000;
+// QNetworkReply::NetworkError values of the core's own failures, which it cannot include.
+constexpr int operationCanceledError = 5; // OperationCanceledError
+constexpr int unknownNetworkError = 99; // UnknownNetworkError
+constexpr int protocolInvalidOperationError = 302; // ProtocolInvalidOperationError
 
-// Redirects followed for one request, as many as Qt follows by default.
-constexpr int maximumRedirects = 50;
+// The longest a process's first request waits for the windows' next frame.
+constexpr int firstRequestWaitMs = 500;
 
-// The most of a body that may wait in a reply before the kit takes it out.
-constexpr qint64 readAhead = qint64(512) * 1024;
+using SendFunction = void (*)(TVRNetworkManager *, TVRTransportRequest *);
 
 QByteArray bodyFor(const QJsonValue &parameters)
 {
@@ -37,242 +45,155 @@ QByteArray bodyFor(const QJsonValue &parameters)
     return {};
 }
 
-QJsonValue jsonFor(const QByteArray &body)
+#ifdef TOVRA_LAZY_NETWORK
+std::mutex transportMutex;
+SendFunction loadedSend = nullptr;
+
+// The network library in the core's own folder, where the kit installs them side by side.
+QByteArray libraryBesideCore()
 {
-    const QJsonDocument document = QJsonDocument::fromJson(body);
-    if (document.isObject())
-        return document.object();
-    if (document.isArray())
-        return document.array();
-    return QJsonValue(QJsonValue::Undefined);
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<void *>(&bodyFor), &info) == 0 || !info.dli_fname)
+        return {};
+    const QByteArray core(info.dli_fname);
+    const qsizetype slash = core.lastIndexOf('/');
+    return slash < 0 ? QByteArray() : core.left(slash + 1) + TOVRA_NETWORK_LIBRARY;
 }
 
-// Any reply that carries an HTTP status is the server's answer, whatever the status and
-// whatever Qt's error for it (Qt reports 4xx, 5xx, a 407 or a redirect without a usable
-// Location as errors). Only the transfer itself can still fail after the status line: the
-// connection broke off or went silent in the body, the kit refused a redirect that leaves
-// the service's origin, or a redirect loop. Those are Qt's network-layer errors (1-99),
-// and a body Qt could not decode.
-bool isAnswer(const QNetworkReply *reply)
+// The network library's send function, or null. Without \a load, only if the process has
+// loaded the library already; with it, loads it first, and says in \a error why it could not.
+SendFunction transport(bool load, QString *error)
 {
-    if (!reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
-        return false;
-    const QNetworkReply::NetworkError error = reply->error();
-    const bool transferFailed = (error > QNetworkReply::NoError && error < QNetworkReply::ProxyConnectionRefusedError)
-        || error == QNetworkReply::ProtocolFailure;
-    return !transferFailed;
-}
-
-// How long a transfer had gone without progress when it failed.
-struct Silence
-{
-    QElapsedTimer sinceActivity;
-    qint64 atError = -1;
-};
-
-// The handlers of one request, called at most once between them, and the redirects it
-// may still follow.
-struct PendingRequest
-{
-    TVRRequestSuccessHandler success;
-    TVRRequestFailureHandler failure;
-    bool completed = false;
-    int redirectsLeft = maximumRedirects;
-    const QNetworkReply *current = nullptr; // the reply that owes the answer
-    QByteArray received; // the body that reply has brought so far
-
-    void succeed(const TVRHTTPResponse &response, const QJsonValue &json)
-    {
-        completed = true;
-        const TVRRequestSuccessHandler handler = std::exchange(success, nullptr);
-        failure = nullptr;
-        if (handler)
-            handler(response, json);
+    const std::lock_guard<std::mutex> lock(transportMutex);
+    if (loadedSend)
+        return loadedSend;
+    const int mode = RTLD_NOW | RTLD_LOCAL | (load ? 0 : RTLD_NOLOAD);
+    void *library = nullptr;
+    const QByteArray beside = libraryBesideCore();
+    if (!beside.isEmpty())
+        library = dlopen(beside.constData(), mode);
+    if (!library)
+        library = dlopen(TOVRA_NETWORK_LIBRARY, mode);
+    if (library)
+        loadedSend = reinterpret_cast<SendFunction>(dlsym(library, "tovraTransportSend"));
+    if (!loadedSend && error) {
+        const char *reason = dlerror();
+        *error = QString::fromLocal8Bit(reason ? reason : TOVRA_NETWORK_LIBRARY " has no tovraTransportSend");
     }
-
-    void fail(const TVRHTTPResponse &response, const TVRError &error)
-    {
-        completed = true;
-        const TVRRequestFailureHandler handler = std::exchange(failure, nullptr);
-        success = nullptr;
-        if (handler)
-            handler(response, error);
-    }
-};
-
-bool sameOrigin(const QUrl &a, const QUrl &b)
+    return loadedSend;
+}
+#else
+SendFunction transport(bool, QString *)
 {
-    const auto port = [](const QUrl &url) { return url.port(url.scheme() == QLatin1String("https") ? 443 : 80); };
-    return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
+    return &tovraTransportSend;
+}
+#endif
+
+// Calls \a failure with \a error from the event loop, as a request's handlers are called.
+void failLater(TVRRequestFailureHandler failure, const TVRError &error)
+{
+    if (!failure)
+        return;
+    QTimer::singleShot(0, [failure = std::move(failure), error] { failure(TVRHTTPResponse(), error); });
 }
 
-bool isRedirect(int status)
+// Loads the network library if need be and sends \a request through \a manager's session.
+void dispatch(TVRNetworkManager *manager, TVRTransportRequest request)
 {
-    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-}
-
-// Ends \a reply before its transfer is over: it owes the caller nothing any more, so its
-// abort goes unheard. Done before the handler runs, which may delete the session and the
-// reply with it.
-void release(QNetworkReply *reply, PendingRequest &pending)
-{
-    pending.current = nullptr;
-    reply->abort();
-}
-
-// Refuses a reply larger than the limit: the handler hears of it at once and the transfer
-// stops, so that no more than about the limit is ever held.
-void refuseTooLarge(QNetworkReply *reply, PendingRequest &pending, qint64 size, bool announced, qint64 limit)
-{
-    const QString message = announced
-        ? QStringLiteral("The reply of %1 bytes is larger than the limit of %2 bytes").arg(size).arg(limit)
-        : QStringLiteral("The reply passed %1 bytes, more than the limit of %2 bytes").arg(size).arg(limit);
-    const TVRHTTPResponse response(reply);
-    release(reply, pending);
-    pending.fail(response, TVRError(TVRError::kitDomain(), QNetworkReply::UnknownContentError, message));
-}
-
-void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> &pending, const QUrl &url,
-          const QByteArray &verb, const QByteArray &body);
-
-// Follows the redirect that \a response of a request for \a url names, to \a target, if it
-// stays within the service's origin; else the request fails.
-void redirect(const QPointer<QNetworkAccessManager> &session, const std::shared_ptr<PendingRequest> &pending,
-              const TVRHTTPResponse &response, const QUrl &target, const QUrl &url, const QByteArray &verb,
-              const QByteArray &body)
-{
-    // Relative to the kit's own address, not to the one a session may route it to.
-    const QUrl next = url.resolved(target);
-    if (!sameOrigin(next, url)) {
-        pending->fail(response,
-                      TVRError(TVRError::networkDomain(), QNetworkReply::InsecureRedirectError,
-                               QStringLiteral("Refused the redirect from %1 to %2, which leaves the service")
-                                   .arg(url.toString(), next.toString())));
+    QString reason;
+    if (const SendFunction send = transport(true, &reason)) {
+        send(manager, &request);
         return;
     }
-    if (--pending->redirectsLeft < 0 || !session) {
-        pending->fail(response,
-                      TVRError(TVRError::networkDomain(), QNetworkReply::TooManyRedirectsError,
-                               QStringLiteral("Too many redirects from %1").arg(url.toString())));
-        return;
-    }
-    // As browsers and Qt go on: a 303 asks for its target with GET (a HEAD stays a HEAD),
-    // and a POST that was moved (301, 302) goes on as a GET.
-    const int status = response.statusCode();
-    if ((status == 303 && verb != "HEAD") || ((status == 301 || status == 302) && verb == "POST"))
-        send(session, pending, next, "GET", {});
-    else
-        send(session, pending, next, verb, body);
+    qCWarning(lcTovra, "NETWORK: cannot load %s: %s", TOVRA_NETWORK_LIBRARY, qUtf8Printable(reason));
+    failLater(std::move(request.failure),
+              TVRError(TVRError::kitDomain(), unknownNetworkError,
+                       QStringLiteral("The kit's network library %1 could not be loaded: %2")
+                           .arg(QLatin1String(TOVRA_NETWORK_LIBRARY), reason)));
 }
 
-// Sends one request of \a pending to \a url; a redirect within the service's origin sends
-// the next one from here.
-void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> &pending, const QUrl &url,
-          const QByteArray &verb, const QByteArray &body)
-{
-    QNetworkRequest request = TVRNetworkManager::requestWithURL(url);
-    // The kit follows redirects itself: Qt drops the body of a redirect it cannot follow.
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    const bool isGet = verb == "GET";
-    const bool isHead = verb == "HEAD";
-    QNetworkReply *reply = isGet ? carrier->get(request) : carrier->sendCustomRequest(request, verb, body);
-    pending->current = reply;
-    pending->received.clear();
-
-    // Qt ends a transfer that stays silent for the session's time-out by aborting it, which
-    // it reports as a cancellation. Its timer restarts on the same progress as this one,
-    // and later, so a cancellation after that long a silence is the time-out (less the 5 %
-    // by which a coarse timer may fire early). The silence is read when the error comes,
-    // before the progress signals of the abort itself.
-    const int transferTimeout = carrier->transferTimeout();
-    auto silence = std::make_shared<Silence>();
-    silence->sinceActivity.start();
-    const auto restartSilence = [silence] { silence->sinceActivity.restart(); };
-    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, restartSilence);
-    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, restartSilence);
-    QObject::connect(reply, &QNetworkReply::uploadProgress, reply, restartSilence);
-    QObject::connect(reply, &QNetworkReply::errorOccurred, reply,
-                     [silence] { silence->atError = silence->sinceActivity.elapsed(); });
-
-    const qint64 limit = TVRSettings::current().maximumReplySize;
-    if (!isHead) {
-        // The body is taken out of the reply as it comes, and Qt stops reading from the
-        // connection while this much waits in the reply: a thread that is busy elsewhere
-        // lets no more than that pile up beyond the limit.
-        reply->setReadBufferSize(readAhead);
-        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending, limit] {
-            const qint64 announced = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-            if (pending->current == reply && announced > limit)
-                refuseTooLarge(reply, *pending, announced, true, limit);
-        });
-        QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, pending, limit] {
-            if (pending->current != reply)
-                return;
-            pending->received += reply->readAll();
-            if (pending->received.size() > limit)
-                refuseTooLarge(reply, *pending, pending->received.size(), false, limit);
-        });
-    }
-
-    const QPointer<QNetworkAccessManager> session(carrier);
-    QObject::connect(
-        reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout, url, verb, body, session] {
-            reply->deleteLater();
-            if (pending->completed || pending->current != reply)
-                return;
-            const TVRHTTPResponse response(reply);
-            const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-            if (isRedirect(response.statusCode()) && !target.isEmpty() && reply->error() == QNetworkReply::NoError) {
-                redirect(session, pending, response, target, url, verb, body);
-                return;
-            }
-            if (isAnswer(reply)) {
-                TVRHTTPResponse answer = response;
-                answer.setBody(std::exchange(pending->received, {}) + reply->readAll());
-                pending->succeed(answer, jsonFor(answer.body()));
-            } else if (reply->error() == QNetworkReply::OperationCanceledError && transferTimeout > 0
-                       && silence->atError >= transferTimeout - transferTimeout / 20) {
-                pending->fail(
-                    response,
-                    TVRError(TVRError::networkDomain(), QNetworkReply::TimeoutError,
-                             QStringLiteral("The request timed out after %1 ms without data").arg(transferTimeout)));
-            } else {
-                pending->fail(response, TVRError(TVRError::networkDomain(), reply->error(), reply->errorString()));
-            }
-        });
-    if (isHead) {
-        // Sent as a custom verb, to carry its body, the request is no HEAD to Qt, which
-        // would then wait for the body that the answer's Content-Length announces and a
-        // HEAD answer never sends. The headers are the whole answer.
-        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, pending, url, verb, body, session] {
-            if (pending->current != reply || !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
-                return;
-            const TVRHTTPResponse response(reply);
-            const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-            release(reply, *pending);
-            if (isRedirect(response.statusCode()) && !target.isEmpty())
-                redirect(session, pending, response, target, url, verb, body);
-            else
-                pending->succeed(response, QJsonValue(QJsonValue::Undefined));
-        });
-    }
-    // A reply destroyed unfinished, with its session, still owes the caller an answer.
-    QObject::connect(reply, &QObject::destroyed, [pending, url, reply] {
-        if (!pending->completed && pending->current == reply) {
-            pending->fail(TVRHTTPResponse(),
-                          TVRError(TVRError::networkDomain(), QNetworkReply::OperationCanceledError,
-                                   QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
-        }
-    });
-}
-
-} // namespace
-
-class TVRNetworkManagerPrivate
+// A request made before the network library is loaded. Loading it loads Qt Network, which
+// takes longer than a small screen takes to show, so the request waits until every visible
+// window has shown its next frame (at most firstRequestWaitMs), then loads it and is sent.
+// Destroyed with its manager before that, it fails as cancelled, as a reply destroyed with
+// its session does.
+class DeferredRequest : public QObject
 {
 public:
-    QPointer<QNetworkAccessManager> session;
+    DeferredRequest(TVRNetworkManager *manager, TVRTransportRequest request)
+        : QObject(manager)
+        , m_manager(manager)
+        , m_request(std::move(request))
+    {
+        QTimer::singleShot(0, this, &DeferredRequest::watchWindows);
+        QTimer::singleShot(firstRequestWaitMs, this, &DeferredRequest::send);
+    }
+
+    ~DeferredRequest() override
+    {
+        if (m_sent || !m_request.failure)
+            return;
+        const TVRRequestFailureHandler failure = std::exchange(m_request.failure, nullptr);
+        failure(TVRHTTPResponse(),
+                TVRError(TVRError::networkDomain(), operationCanceledError,
+                         QStringLiteral("Request to %1 was cancelled").arg(m_request.url.toString())));
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        // A widget window paints while it handles these, a Qt Quick window renders: the
+        // frame is on screen a loop turn after the filter, and a second turn lets a host
+        // that waits for it hear of it first.
+        if ((event->type() == QEvent::Expose || event->type() == QEvent::UpdateRequest)
+            && m_windows.removeAll(watched) > 0) {
+            watched->removeEventFilter(this);
+            if (m_windows.isEmpty())
+                QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &DeferredRequest::send); });
+        }
+        return false;
+    }
+
+private:
+    void watchWindows()
+    {
+        if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())
+            && QThread::currentThread() == QCoreApplication::instance()->thread()) {
+            const QList<QWindow *> windows = QGuiApplication::topLevelWindows();
+            for (QWindow *window : windows) {
+                if (!window->isVisible())
+                    continue;
+                m_windows.append(window);
+                window->installEventFilter(this);
+                if (window->isExposed())
+                    window->requestUpdate();
+            }
+        }
+        if (m_windows.isEmpty())
+            send();
+    }
+
+    void send()
+    {
+        if (m_sent)
+            return;
+        m_sent = true;
+        for (const QPointer<QObject> &window : std::as_const(m_windows)) {
+            if (window)
+                window->removeEventFilter(this);
+        }
+        m_windows.clear();
+        dispatch(m_manager, std::move(m_request));
+        deleteLater();
+    }
+
+    TVRNetworkManager *const m_manager;
+    TVRTransportRequest m_request;
+    QList<QPointer<QObject>> m_windows;
+    bool m_sent = false;
 };
+
+} // namespace
 
 TVRNetworkManager::TVRNetworkManager(QObject *parent)
     : QObject(parent)
@@ -287,16 +208,11 @@ QUrl TVRNetworkManager::baseURLComponents()
     return TVRSettings::current().serviceURL;
 }
 
-QNetworkRequest TVRNetworkManager::requestWithURL(const QUrl &url)
+QByteArray TVRNetworkManager::authorization()
 {
     // A missing key or secret is written as empty text: no key and no secret give ":".
     const QString credentials = TVRSettings::current().apiKey + QLatin1Char(':') + TVRSettings::current().apiSecret;
-
-    QNetworkRequest request(url);
-    request.setRawHeader("Content-Type", "application/json");
-    request.setRawHeader("Authorization", "Basic " + credentials.toUtf8().toBase64());
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
-    return request;
+    return "Basic " + credentials.toUtf8().toBase64();
 }
 
 QString TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod method)
@@ -318,28 +234,10 @@ QString TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod method)
     return {};
 }
 
-QNetworkAccessManager *TVRNetworkManager::session()
-{
-    if (!d->session) {
-        d->session = new QNetworkAccessManager(this);
-        d->session->setTransferTimeout(defaultTransferTimeoutMs);
-    }
-    return d->session;
-}
-
-void TVRNetworkManager::setSession(QNetworkAccessManager *session)
-{
-    d->session = session;
-}
-
 void TVRNetworkManager::requestForPath(const QString &path, const QString &query, TVRHTTPMethod method,
                                        const QJsonValue &parameters, TVRRequestSuccessHandler success,
                                        TVRRequestFailureHandler failure)
 {
-    auto pending = std::make_shared<PendingRequest>();
-    pending->success = std::move(success);
-    pending->failure = std::move(failure);
-
     // The service's path prefix, if it has one, comes before every path, each encoded as
     // it is: a "%2F" in the prefix stays one.
     QUrl url = baseURLComponents();
@@ -351,11 +249,21 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
 
     const QString verb = stringForHTTPMethod(method);
     if (verb.isNull()) {
-        TVRHTTPResponse response;
-        const TVRError error(TVRError::kitDomain(), QNetworkReply::ProtocolInvalidOperationError,
-                             QStringLiteral("%1 is not an HTTP method of the kit").arg(method));
-        QTimer::singleShot(0, [pending, response, error] { pending->fail(response, error); });
+        failLater(std::move(failure),
+                  TVRError(TVRError::kitDomain(), protocolInvalidOperationError,
+                           QStringLiteral("%1 is not an HTTP method of the kit").arg(method)));
         return;
     }
-    send(session(), pending, url, verb.toLatin1(), method == TVRHTTPMethodGET ? QByteArray() : bodyFor(parameters));
+
+    TVRTransportRequest request;
+    request.url = url;
+    request.verb = verb.toLatin1();
+    request.body = method == TVRHTTPMethodGET ? QByteArray() : bodyFor(parameters);
+    request.maximumReplySize = TVRSettings::current().maximumReplySize;
+    request.success = std::move(success);
+    request.failure = std::move(failure);
+    if (const SendFunction sendNow = transport(false, nullptr))
+        sendNow(this, &request);
+    else
+        new DeferredRequest(this, std::move(request));
 }

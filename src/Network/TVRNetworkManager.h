@@ -15,7 +15,6 @@
 #include "TVRHTTPResponse.h"
 
 #include <QJsonValue>
-#include <QNetworkRequest>
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -24,6 +23,7 @@
 #include <memory>
 
 class QNetworkAccessManager;
+class QNetworkRequest;
 class TVRNetworkManagerPrivate;
 
 //! The HTTP method of a request of TVRNetworkManager::requestForPath().
@@ -73,6 +73,16 @@ using TVRRequestFailureHandler = std::function<void(const TVRHTTPResponse &respo
 
     The handlers run on the thread of the manager's session, from its event loop, and never
     before requestForPath() has returned. Exactly one of them is called, once, per request.
+
+    The requests go through the kit's network library, which alone uses Qt Network. Where
+    the kit is built as shared libraries on Linux, that library (libTovraNetwork) is loaded
+    with the first request, so that a host that shows the kept copies at launch loads no
+    Qt Network before its first frame: the first request of a process waits until every
+    visible window has shown its next frame (at most half a second), unless the library is
+    loaded already. If it cannot be loaded, each request ends in the failure handler with a
+    kitDomain() error that says why. requestWithURL(), session() and setSession() are
+    defined by that library: a host that calls them links Tovra::Network (Tovra::Tovra
+    brings it) and includes \<QNetworkRequest\> or \<QNetworkAccessManager\> itself.
 */
 class TOVRA_EXPORT TVRNetworkManager : public QObject
 {
@@ -119,6 +129,9 @@ public:
                         TVRRequestSuccessHandler success, TVRRequestFailureHandler failure);
 
 private:
+    // "Basic " and the Base64 of the API key and secret, as they are now.
+    static QByteArray authorization();
+
     std::unique_ptr<TVRNetworkManagerPrivate> const d;
 };
 
