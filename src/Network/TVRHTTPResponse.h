@@ -29,6 +29,7 @@ public:
     //! No answer: status code 0, an empty address, no headers and no body.
     TVRHTTPResponse();
     //! The status code, address and headers of \a reply as they are now; the body stays empty.
+    //! Defined by the kit's network library: a host that calls it links Tovra::Network.
     explicit TVRHTTPResponse(const QNetworkReply *reply);
     //! A copy of \a other; responses are implicitly shared, so copying is cheap.
     TVRHTTPResponse(const TVRHTTPResponse &other);

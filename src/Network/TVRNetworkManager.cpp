@@ -21,7 +21,10 @@
 #include <utility>
 
 #ifdef TOVRA_LAZY_NETWORK
+#include "tovra_version.h"
+
 #include <dlfcn.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -60,29 +63,55 @@ QByteArray libraryBesideCore()
     return slash < 0 ? QByteArray() : core.left(slash + 1) + TOVRA_NETWORK_LIBRARY;
 }
 
+// Whether the process has Qt Network already, linked by the host or another library: then
+// loading the kit's network library costs next to nothing, and a request need not wait.
+bool qtNetworkLoaded()
+{
+    void *qtNetwork = dlopen("libQt6Network.so.6", RTLD_LAZY | RTLD_NOLOAD);
+    if (qtNetwork)
+        dlclose(qtNetwork);
+    return qtNetwork != nullptr;
+}
+
 // The network library's send function, or null. Without \a load, only if the process has
 // loaded the library already; with it, loads it first, and says in \a error why it could not.
+// The library beside the core is the one built with it; only where there is none is it
+// looked for by its name. One of another release is refused.
 SendFunction transport(bool load, QString *error)
 {
     const std::lock_guard<std::mutex> lock(transportMutex);
     if (loadedSend)
         return loadedSend;
     const int mode = RTLD_NOW | RTLD_LOCAL | (load ? 0 : RTLD_NOLOAD);
-    void *library = nullptr;
     const QByteArray beside = libraryBesideCore();
-    if (!beside.isEmpty())
-        library = dlopen(beside.constData(), mode);
-    if (!library)
-        library = dlopen(TOVRA_NETWORK_LIBRARY, mode);
-    if (library)
-        loadedSend = reinterpret_cast<SendFunction>(dlsym(library, "tovraTransportSend"));
-    if (!loadedSend && error) {
-        const char *reason = dlerror();
-        *error = QString::fromLocal8Bit(reason ? reason : TOVRA_NETWORK_LIBRARY " has no tovraTransportSend");
+    const bool hasBeside = !beside.isEmpty() && access(beside.constData(), F_OK) == 0;
+    void *library = dlopen(hasBeside ? beside.constData() : TOVRA_NETWORK_LIBRARY, mode);
+    QString reason;
+    if (!library) {
+        const char *dlError = dlerror();
+        reason = QString::fromLocal8Bit(dlError ? dlError : "not found");
+    } else {
+        const auto *version = static_cast<const char *>(dlsym(library, "tovraTransportVersion"));
+        const auto send = reinterpret_cast<SendFunction>(dlsym(library, "tovraTransportSend"));
+        if (!version || !send || qstrcmp(version, TOVRA_VERSION_STRING) != 0) {
+            reason = QStringLiteral("%1 is not the network library of release %2")
+                         .arg(QLatin1String(hasBeside ? beside.constData() : TOVRA_NETWORK_LIBRARY),
+                              QLatin1String(TOVRA_VERSION_STRING));
+            dlclose(library);
+        } else {
+            loadedSend = send;
+        }
     }
+    if (!loadedSend && error)
+        *error = reason;
     return loadedSend;
 }
 #else
+bool qtNetworkLoaded()
+{
+    return true;
+}
+
 SendFunction transport(bool, QString *)
 {
     return &tovraTransportSend;
@@ -125,8 +154,12 @@ public:
         , m_manager(manager)
         , m_request(std::move(request))
     {
-        QTimer::singleShot(0, this, &DeferredRequest::watchWindows);
-        QTimer::singleShot(firstRequestWaitMs, this, &DeferredRequest::send);
+        // Both go with the request if its manager moves to another thread.
+        QMetaObject::invokeMethod(this, &DeferredRequest::watchWindows, Qt::QueuedConnection);
+        auto *fallback = new QTimer(this);
+        fallback->setSingleShot(true);
+        connect(fallback, &QTimer::timeout, this, &DeferredRequest::send);
+        fallback->start(firstRequestWaitMs);
     }
 
     ~DeferredRequest() override
@@ -148,8 +181,7 @@ protected:
         if ((event->type() == QEvent::Expose || event->type() == QEvent::UpdateRequest)
             && m_windows.removeAll(watched) > 0) {
             watched->removeEventFilter(this);
-            if (m_windows.isEmpty())
-                QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &DeferredRequest::send); });
+            frameShown();
         }
         return false;
     }
@@ -165,12 +197,24 @@ private:
                     continue;
                 m_windows.append(window);
                 window->installEventFilter(this);
+                // A window closed for good before it shows a frame has no frame to wait for.
+                connect(window, &QObject::destroyed, this, [this] {
+                    m_windows.removeIf([](const QPointer<QObject> &watched) { return watched.isNull(); });
+                    frameShown();
+                });
                 if (window->isExposed())
                     window->requestUpdate();
             }
         }
         if (m_windows.isEmpty())
             send();
+    }
+
+    // Once no watched window is left to show its frame, the request goes two loop turns later.
+    void frameShown()
+    {
+        if (m_windows.isEmpty() && !m_sent)
+            QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &DeferredRequest::send); });
     }
 
     void send()
@@ -260,9 +304,10 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     request.verb = verb.toLatin1();
     request.body = method == TVRHTTPMethodGET ? QByteArray() : bodyFor(parameters);
     request.maximumReplySize = TVRSettings::current().maximumReplySize;
+    request.authorization = authorization();
     request.success = std::move(success);
     request.failure = std::move(failure);
-    if (const SendFunction sendNow = transport(false, nullptr))
+    if (const SendFunction sendNow = transport(qtNetworkLoaded(), nullptr))
         sendNow(this, &request);
     else
         new DeferredRequest(this, std::move(request));

@@ -77,10 +77,11 @@ using TVRRequestFailureHandler = std::function<void(const TVRHTTPResponse &respo
     The requests go through the kit's network library, which alone uses Qt Network. Where
     the kit is built as shared libraries on Linux, that library (libTovraNetwork) is loaded
     with the first request, so that a host that shows the kept copies at launch loads no
-    Qt Network before its first frame: the first request of a process waits until every
-    visible window has shown its next frame (at most half a second), unless the library is
-    loaded already. If it cannot be loaded, each request ends in the failure handler with a
-    kitDomain() error that says why. requestWithURL(), session() and setSession() are
+    Qt Network before its first frame: unless the process has Qt Network already, a request
+    made before the library is loaded waits until every visible window has shown its next
+    frame (at most half a second), with the address, credentials and size limit of when it
+    was made. If the library cannot be loaded, each request ends in the failure handler
+    with a kitDomain() error that says why. requestWithURL(), session() and setSession() are
     defined by that library: a host that calls them links Tovra::Network (Tovra::Tovra
     brings it) and includes \<QNetworkRequest\> or \<QNetworkAccessManager\> itself.
 */

@@ -16,12 +16,14 @@
 // kept copies loads no Qt Network before its first frame; elsewhere it is part of the core.
 
 // A request as the core hands it to the network library: the full URL, the method, its
-// body, and the largest reply body taken.
+// body, the Authorization header and the largest reply body taken, all as they were when
+// the request was made, however long it waits for the library.
 struct TVRTransportRequest
 {
     QUrl url;
     QByteArray verb;
     QByteArray body;
+    QByteArray authorization;
     qint64 maximumReplySize = 0;
     TVRRequestSuccessHandler success;
     TVRRequestFailureHandler failure;
@@ -36,7 +38,9 @@ public:
 };
 
 // Sends \a request through \a manager's session; exactly one of its handlers is called, later,
-// from the session's event loop. Looked up by this name when the library is loaded.
+// from the session's event loop. Looked up by this name when the library is loaded, with
+// tovraTransportVersion, the release the library was built as, which must be the core's.
 extern "C" TOVRA_EXPORT void tovraTransportSend(TVRNetworkManager *manager, TVRTransportRequest *request);
+extern "C" TOVRA_EXPORT const char tovraTransportVersion[];
 
 #endif

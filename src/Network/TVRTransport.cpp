@@ -4,6 +4,7 @@
 // reply size limit and the time-out. The one file of the kit that uses Qt Network; the core
 // reaches it through tovraTransportSend().
 
+#include "tovra_version.h"
 #include "TVRHTTPResponse_p.h"
 #include "TVRNetworkManager_p.h"
 
@@ -67,6 +68,7 @@ struct PendingRequest
     bool completed = false;
     int redirectsLeft = maximumRedirects;
     qint64 maximumReplySize = 0;
+    QByteArray authorization;
     const QNetworkReply *current = nullptr; // the reply that owes the answer
     QByteArray received; // the body that reply has brought so far
 
@@ -160,6 +162,8 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
           const QByteArray &verb, const QByteArray &body)
 {
     QNetworkRequest request = TVRNetworkManager::requestWithURL(url);
+    // The credentials of when the request was made, though the host may have set others since.
+    request.setRawHeader("Authorization", pending->authorization);
     // The kit follows redirects itself: Qt drops the body of a redirect it cannot follow.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     const bool isGet = verb == "GET";
@@ -294,11 +298,14 @@ void TVRNetworkManager::setSession(QNetworkAccessManager *session)
     d->session = session;
 }
 
+const char tovraTransportVersion[] = TOVRA_VERSION_STRING;
+
 void tovraTransportSend(TVRNetworkManager *manager, TVRTransportRequest *request)
 {
     auto pending = std::make_shared<PendingRequest>();
     pending->success = std::move(request->success);
     pending->failure = std::move(request->failure);
     pending->maximumReplySize = request->maximumReplySize;
+    pending->authorization = request->authorization;
     send(manager->session(), pending, request->url, request->verb, request->body);
 }

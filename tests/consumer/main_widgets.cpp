@@ -70,7 +70,8 @@ int main(int argc, char *argv[])
     {
         auto manager = std::make_unique<TVRNetworkManager>();
         manager->requestForPath(QStringLiteral("/api/privacy-policy"), QString(), TVRHTTPMethodGET, QJsonValue(),
-                                nullptr, [&dropped](const TVRHTTPResponse &, const TVRError &error) { dropped = error; });
+                                nullptr,
+                                [&dropped](const TVRHTTPResponse &, const TVRError &error) { dropped = error; });
     }
     if (dropped.code() != 5) { // QNetworkReply::OperationCanceledError
         std::printf("a request dropped with its manager ended with %s %d: %s\n", qUtf8Printable(dropped.domain()),
@@ -81,8 +82,8 @@ int main(int argc, char *argv[])
     TVRNetworkManager manager;
     const TVRError error = fetch(manager);
     if (qEnvironmentVariableIsSet("CONSUMER_NETWORK_LIBRARY_REMOVED")) {
-        const bool named = error.domain() == TVRError::kitDomain()
-            && error.message().contains(QStringLiteral("libTovraNetwork"));
+        const bool named =
+            error.domain() == TVRError::kitDomain() && error.message().contains(QStringLiteral("libTovraNetwork"));
         std::printf("without the network library: %s\n", qUtf8Printable(error.message()));
         return named ? 0 : 1;
     }
