@@ -219,6 +219,9 @@ void tst_Accessibility::screenReaderWalk()
         QCOMPARE(item->parent()->object(), list->object());
         QVERIFY(list->childAt(item->rect().center().x(), item->rect().center().y()) == item);
     }
+    // With no header, the list is its rows alone.
+    table(screen)->setTableHeaderView(nullptr);
+    QCOMPARE(list->childCount(), int(table(screen)->visibleCells().size()));
 
     // Buttons are buttons with their names, and a disabled one says so. (That it then offers
     // no press action is Qt's own doing.)
