@@ -295,6 +295,12 @@ void tst_Accessibility::aPaintedBodyIsEditableText()
     QCOMPARE(textView->toPlainText(), body);
     QTest::keyClick(textView, Qt::Key_X);
     QCOMPARE(textView->toPlainText(), u"x"_s + body);
+    // Its window hidden and shown again, the screen leaves the focus in the body.
+    screen->window()->hide();
+    screen->window()->show();
+    QVERIFY(QTest::qWaitForWindowActive(screen->window()));
+    QCoreApplication::processEvents();
+    QCOMPARE(screen->window()->focusWidget(), textView);
 
     // Tab leaves the body, and types no tab into it.
     pressTab();
