@@ -296,6 +296,8 @@ void tst_Agreement::complianceAnswer_data()
     QTest::newRow("not compliant") << u"main window"_s << false << 1 << false << true;
     QTest::newRow("not compliant, over a kit screen") << u"kit screen"_s << false << 1 << false << true;
     QTest::newRow("not compliant, a dialog in front") << u"dialog"_s << false << 1 << false << true;
+    QTest::newRow("not compliant, a dialog of its own in front")
+        << u"dialog of its own"_s << false << 1 << false << true;
     QTest::newRow("not compliant, no window") << u"none"_s << false << 1 << false << false;
     QTest::newRow("not compliant twice") << u"main window"_s << false << 2 << false << true;
     QTest::newRow("not compliant, a presenter declines") << u"main window"_s << false << 1 << true << true;
@@ -315,8 +317,8 @@ void tst_Agreement::complianceAnswer()
         window = showHost(host == u"kit screen"_s ? TVRManager::privacyPolicyViewController() : nullptr);
         QVERIFY(window);
     }
-    if (host == u"dialog"_s) {
-        dialog = new QDialog(window);
+    if (host.startsWith(u"dialog"_s)) {
+        dialog = new QDialog(host == u"dialog"_s ? window : nullptr);
         dialog->show();
         QApplication::setActiveWindow(dialog);
         QVERIFY(QTest::qWaitForWindowActive(dialog));
