@@ -99,7 +99,8 @@ private:
     QByteArray m_head;
 };
 
-// A host's window that notes whether Qt Network was in the process when it first painted.
+// A host's window that notes whether Qt Network was in the process when it first painted
+// after painted was last cleared.
 class HostWindow : public QWidget
 {
 public:
@@ -176,6 +177,11 @@ void tst_LazyNetwork::loadedAfterTheWindowsFrameWithTheRequestsCredentials()
     HostWindow window;
     window.resize(200, 100);
     window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_VERIFY(window.painted);
+    // A frame the host has yet to show when it asks: the request waits for it.
+    window.painted = false;
+    window.update();
     TVRNetworkManager manager;
     const std::shared_ptr<Outcome> outcome = send(manager);
     // Set while the request waits: it goes out with the credentials it was made with.

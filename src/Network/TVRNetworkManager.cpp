@@ -189,8 +189,10 @@ protected:
 private:
     void watchWindows()
     {
-        if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())
-            && QThread::currentThread() == QCoreApplication::instance()->thread()) {
+        // Windows belong to the application's thread: a manager of another thread has none
+        // to wait for, and without a QGuiApplication there are none.
+        const QCoreApplication *application = QCoreApplication::instance();
+        if (QThread::currentThread() == (application ? application->thread() : nullptr)) {
             const QList<QWindow *> windows = QGuiApplication::topLevelWindows();
             for (QWindow *window : windows) {
                 if (!window->isVisible())
