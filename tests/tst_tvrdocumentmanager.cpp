@@ -83,6 +83,7 @@ private Q_SLOTS:
     void fetchHoldsAndCaches_data();
     void fetchHoldsAndCaches();
     void cacheAnswersWhileNothingIsHeld();
+    void unwritableCopyIsLogged();
     void errorStatusIsTakenAsDocument();
     void emptyReplyKeepsTheCache_data();
     void emptyReplyKeepsTheCache();
@@ -197,6 +198,26 @@ void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
     QVERIFY(cached(kTVRTermsOfServiceDataPath).isUndefined());
     m_manager->setTermsOfService(nullptr);
     QVERIFY(!m_manager->termsOfService());
+}
+
+void tst_TVRDocumentManager::unwritableCopyIsLogged()
+{
+    // The copies' folder cannot be made: a file has its name.
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    const QString folder = config + u"/Tovra"_s;
+    QDir(folder).removeRecursively();
+    QVERIFY(QDir().mkpath(config));
+    QFile blocker(folder);
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Keeping kTVRTermsOfServiceDataPath failed: "_s));
+    RecordingDelegate delegate;
+    const bool fetched = fetchTerms(delegate);
+    QFile::remove(folder);
+    QVERIFY(fetched);
+    // The reply is still the document, for this launch.
+    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+    QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
 }
 
 void tst_TVRDocumentManager::errorStatusIsTakenAsDocument()

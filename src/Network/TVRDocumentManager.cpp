@@ -5,6 +5,7 @@
 
 #include "TVRDocumentManagerDelegate.h"
 #include "TVRJSONStore_p.h"
+#include "TVRLogging_p.h"
 #include "TVRWeakDelegate_p.h"
 
 #include <QPointer>
@@ -50,8 +51,10 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
         [guard, kind, cacheKey](const TVRHTTPResponse &response, const QJsonValue &reply) {
             // The copy is in its file before anyone hears of the reply, and is kept even if
             // the manager went away meanwhile.
-            if (!reply.isUndefined())
-                TVRJSONStore::write(cacheKey, reply, response.body());
+            if (!reply.isUndefined() && !TVRJSONStore::write(cacheKey, reply, response.body())) {
+                qCWarning(lcTovra, "Keeping %s failed: %s could not be written", qUtf8Printable(cacheKey),
+                          qUtf8Printable(TVRJSONStore::fileFor(cacheKey)));
+            }
             if (!guard)
                 return;
             guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
