@@ -119,6 +119,7 @@ protected:
 
 struct Outcome
 {
+    int ends = 0; // handler calls, which must be one
     bool ended = false;
     int status = 0;
     TVRError error;
@@ -130,10 +131,12 @@ std::shared_ptr<Outcome> send(TVRNetworkManager &manager)
     manager.requestForPath(
         u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(),
         [outcome](const TVRHTTPResponse &response, const QJsonValue &) {
+            ++outcome->ends;
             outcome->ended = true;
             outcome->status = response.statusCode();
         },
         [outcome](const TVRHTTPResponse &, const TVRError &error) {
+            ++outcome->ends;
             outcome->ended = true;
             outcome->error = error;
         });
@@ -182,14 +185,17 @@ void tst_LazyNetwork::loadedAfterTheWindowsFrameWithTheRequestsCredentials()
     // A frame the host has yet to show when it asks: the request waits for it.
     window.painted = false;
     window.update();
-    TVRNetworkManager manager;
-    const std::shared_ptr<Outcome> outcome = send(manager);
+    auto manager = std::make_unique<TVRNetworkManager>();
+    const std::shared_ptr<Outcome> outcome = send(*manager);
     // Set while the request waits: it goes out with the credentials it was made with.
     TVRManager::setAPIKey(u"second-key"_s, u"second-secret"_s);
 
     QTRY_VERIFY(outcome->ended);
     QVERIFY2(outcome->error.domain().isEmpty(), qPrintable(outcome->error.message()));
     QCOMPARE(outcome->status, 200);
+    // Once, also after the manager is gone.
+    manager.reset();
+    QCOMPARE(outcome->ends, 1);
     QVERIFY(window.painted);
     QVERIFY(!window.networkAtFirstPaint);
     QVERIFY(mapsQtNetwork());
