@@ -309,7 +309,12 @@ void TVRNetworkManager::requestForPath(const QString &path, const QString &query
     request.authorization = authorization();
     request.success = std::move(success);
     request.failure = std::move(failure);
-    if (const SendFunction sendNow = transport(qtNetworkLoaded(), nullptr))
+    // Once the library is in, nothing more is asked of the loader; before, a process that
+    // has Qt Network already loads it at once.
+    SendFunction sendNow = transport(false, nullptr);
+    if (!sendNow && qtNetworkLoaded())
+        sendNow = transport(true, nullptr);
+    if (sendNow)
         sendNow(this, &request);
     else
         new DeferredRequest(this, std::move(request));
