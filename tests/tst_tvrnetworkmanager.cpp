@@ -12,7 +12,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkReply>
-#include <QPointer>
 #include <QSslConfiguration>
 #include <QtTest>
 
@@ -26,7 +25,6 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void baseAddress();
     void serviceAddress_data();
     void serviceAddress();
     void credentials_data();
@@ -37,20 +35,15 @@ private Q_SLOTS:
     void pathAndQuery();
     void everyAnswerGoesToSuccess_data();
     void everyAnswerGoesToSuccess();
-    void transportFailure_data();
-    void transportFailure();
-    void silenceEndsInATimeOut_data();
-    void silenceEndsInATimeOut();
+    void failure_data();
+    void failure();
     void nullHandlersAreSkipped();
     void redirectElsewhereIsRefused_data();
     void redirectElsewhereIsRefused();
     void redirectWithinServiceIsFollowed_data();
     void redirectWithinServiceIsFollowed();
-    void headAnswerHasNoBody();
     void unknownMethodIsNotSent_data();
     void unknownMethodIsNotSent();
-    void sessionIsLazyAndReplaceable();
-    void destroyedSessionStillAnswers();
 
 private:
     // Waits until the request has been answered and its reply is gone, so that a second
@@ -84,18 +77,6 @@ void tst_TVRNetworkManager::init()
 bool tst_TVRNetworkManager::settle(const std::shared_ptr<RequestOutcome> &outcome)
 {
     return QTest::qWaitFor([&] { return outcome->calls() > 0 && m_session->liveReplies() == 0; });
-}
-
-void tst_TVRNetworkManager::baseAddress()
-{
-    const QUrl base = TVRNetworkManager::baseURLComponents();
-    QCOMPARE(base.scheme(), u"https"_s);
-    QVERIFY(!base.host().isEmpty());
-    QCOMPARE(base.port(), -1);
-    QVERIFY(base.userInfo().isEmpty());
-    QVERIFY(base.path().isEmpty());
-    QVERIFY(!base.hasQuery());
-    QVERIFY(!base.hasFragment());
 }
 
 void tst_TVRNetworkManager::serviceAddress_data()
@@ -135,17 +116,6 @@ void tst_TVRNetworkManager::serviceAddress()
     const QUrl now = TVRManager::serviceURL();
     TVRManager::setServiceURL(before);
     QCOMPARE(now, taken.isEmpty() ? before : QUrl(taken));
-    if (taken.isEmpty() || !taken.startsWith(u"https://"_s + m_host))
-        return;
-
-    // Every request starts with the prefix, and goes to the same server.
-    TVRManager::setServiceURL(QUrl(address));
-    const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, u"q=1"_s, TVRHTTPMethodGET);
-    TVRManager::setServiceURL(before);
-    QVERIFY(settle(outcome));
-    QCOMPARE(outcome->successes, 1);
-    QCOMPARE(m_server.requests().constLast().path, QUrl(taken).path() + u"/api/terms-of-service"_s);
-    QCOMPARE(m_server.requests().constLast().query, u"q=1"_s);
 }
 
 void tst_TVRNetworkManager::credentials_data()
@@ -170,17 +140,15 @@ void tst_TVRNetworkManager::credentials()
     QFETCH(QByteArray, authorization);
 
     TVRManager::setAPIKey(key, secret);
-    const QNetworkRequest built = TVRNetworkManager::requestWithURL(QUrl(u"https://example.org/x"_s));
-    QCOMPARE(built.rawHeader("Authorization"), authorization);
-    QCOMPARE(built.rawHeader("Content-Type"), QByteArray("application/json"));
-
+    // A host that builds its own request gets the same header.
+    QCOMPARE(TVRNetworkManager::requestWithURL(QUrl(u"https://example.org/x"_s)).rawHeader("Authorization"),
+             authorization);
     const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
     QVERIFY(settle(outcome));
     QCOMPARE(outcome->successes, 1);
     const TestRequest &sent = m_server.requests().constLast();
     QCOMPARE(sent.header("Authorization"), authorization);
     QCOMPARE(sent.header("Content-Type"), QByteArray("application/json"));
-    QCOMPARE(sent.header("Host"), m_host.toUtf8());
 }
 
 void tst_TVRNetworkManager::body_data()
@@ -221,9 +189,7 @@ void tst_TVRNetworkManager::body()
     QCOMPARE(outcome->successes, 1);
     const TestRequest &sent = m_server.requests().constLast();
     QCOMPARE(sent.method, sentMethod);
-    QCOMPARE(TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod(method)), QString::fromLatin1(sentMethod));
     QCOMPARE(sent.body, sentBody);
-    QCOMPARE(sent.header("Content-Type"), QByteArray("application/json"));
 }
 
 void tst_TVRNetworkManager::pathAndQuery_data()
@@ -258,7 +224,6 @@ void tst_TVRNetworkManager::pathAndQuery()
     QCOMPARE(m_server.requests().constLast().path, sentPath);
     QCOMPARE(m_server.requests().constLast().query, sentQuery);
     QCOMPARE(outcome->response.url().hasQuery(), hasQuery);
-    QCOMPARE(outcome->response.url().scheme(), u"https"_s);
 }
 
 void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
@@ -274,7 +239,6 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     QTest::newRow("401 with an error object")
         << TestReply::json(401, R"({"error":"no"})") << QJsonValue(QJsonObject{{u"error"_s, u"no"_s}});
     QTest::newRow("404 with HTML") << TestReply::json(404, "<html>gone</html>") << QJsonValue(QJsonValue::Undefined);
-    QTest::newRow("503") << TestReply::json(503, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("an array") << TestReply::json(200, "[1,2]") << QJsonValue(QJsonArray{1, 2});
     QTest::newRow("bare null") << TestReply::json(200, "null") << QJsonValue(QJsonValue::Undefined);
     QTest::newRow("bare number") << TestReply::json(200, "42") << QJsonValue(QJsonValue::Undefined);
@@ -284,12 +248,9 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess_data()
     late.delayMs = 100;
     QTest::newRow("late answer") << late << QJsonValue(QJsonObject());
     // A status of every class, the ones Qt counts as errors among them.
-    QTest::newRow("299") << TestReply::json(299, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("300") << TestReply::json(300, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("304") << TestReply::json(304, "") << QJsonValue(QJsonValue::Undefined);
-    QTest::newRow("400") << TestReply::json(400, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("407") << TestReply::json(407, "{}") << QJsonValue(QJsonObject());
-    QTest::newRow("418") << TestReply::json(418, "{}") << QJsonValue(QJsonObject());
     QTest::newRow("599") << TestReply::json(599, "{}") << QJsonValue(QJsonObject());
     // A redirect that names no place to go is an answer like any other, body and all.
     for (int status : {301, 302, 303, 307, 308})
@@ -308,7 +269,6 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
     QCOMPARE(outcome->successes, 1);
     QCOMPARE(outcome->failures, 0);
     QCOMPARE(outcome->json, json);
-    QCOMPARE(outcome->json.isUndefined(), json.isUndefined());
     QCOMPARE(outcome->response.statusCode(), reply.status);
     QCOMPARE(outcome->response.header("content-type"), QByteArray("application/json"));
     QCOMPARE(outcome->response.body(), reply.body);
@@ -316,9 +276,9 @@ void tst_TVRNetworkManager::everyAnswerGoesToSuccess()
     QVERIFY(!outcome->calledOffThread);
 }
 
-void tst_TVRNetworkManager::transportFailure_data()
+void tst_TVRNetworkManager::failure_data()
 {
-    QTest::addColumn<QString>("failure");
+    QTest::addColumn<QString>("fault");
     QTest::addColumn<int>("error");
 
     QTest::newRow("connection refused") << u"refused"_s << int(QNetworkReply::ConnectionRefusedError);
@@ -326,30 +286,48 @@ void tst_TVRNetworkManager::transportFailure_data()
         << u"untrusted"_s << int(QNetworkReply::SslHandshakeFailedError);
     QTest::newRow("certificate for another host") << u"wrong name"_s << int(QNetworkReply::SslHandshakeFailedError);
     QTest::newRow("connection dropped") << u"dropped"_s << int(QNetworkReply::RemoteHostClosedError);
+    QTest::newRow("silent past the time-out") << u"silent"_s << int(QNetworkReply::TimeoutError);
+    QTest::newRow("cancelled before it") << u"cancelled"_s << int(QNetworkReply::OperationCanceledError);
+    QTest::newRow("session destroyed under it") << u"session gone"_s << int(QNetworkReply::OperationCanceledError);
 }
 
-void tst_TVRNetworkManager::transportFailure()
+void tst_TVRNetworkManager::failure()
 {
-    QFETCH(QString, failure);
+    QFETCH(QString, fault);
     QFETCH(int, error);
 
-    TestSession session;
-    session.route(m_host, m_server.port());
-    if (failure == u"refused"_s) {
-        QVERIFY(session.routeToClosedPort(m_host));
-    } else if (failure == u"untrusted"_s) {
-        session.setAuthorities(QSslConfiguration::systemCaCertificates());
-    } else if (failure == u"wrong name"_s) {
-        session.setPeerVerifyName(u"not-the-service.example"_s);
-    } else {
+    // The host's session keeps its own time-out.
+    auto session = std::make_unique<TestSession>();
+    session->route(m_host, m_server.port());
+    session->setTransferTimeout(fault == u"silent"_s ? 300 : 60 * 1000);
+    if (fault == u"refused"_s)
+        QVERIFY(session->routeToClosedPort(m_host));
+    else if (fault == u"untrusted"_s)
+        session->setAuthorities(QSslConfiguration::systemCaCertificates());
+    else if (fault == u"wrong name"_s)
+        session->setPeerVerifyName(u"not-the-service.example"_s);
+    else if (fault == u"dropped"_s)
         m_server.reply(TestReply::dropped());
+    // The last three get no answer until the test is over.
+    const bool held = fault == u"silent"_s || fault == u"cancelled"_s || fault == u"session gone"_s;
+    if (held) {
+        TestReply silent = TestReply::json(200, "{}");
+        silent.held = true;
+        m_server.reply(silent);
     }
     TVRNetworkManager manager;
-    manager.setSession(&session);
+    manager.setSession(session.get());
 
     const int requestsBefore = m_server.requests().size();
     const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
-    QVERIFY(QTest::qWaitFor([&] { return outcome->calls() > 0 && session.liveReplies() == 0; }));
+    if (held)
+        QTRY_COMPARE(m_server.requests().size(), requestsBefore + 1);
+    if (fault == u"cancelled"_s)
+        session->abortAll();
+    if (fault == u"session gone"_s)
+        session.reset();
+    QVERIFY(QTest::qWaitFor([&] { return outcome->calls() > 0 && (!session || session->liveReplies() == 0); }));
+    m_server.releaseHeld();
     QCOMPARE(outcome->failures, 1);
     QCOMPARE(outcome->successes, 0);
     QCOMPARE(outcome->error.domain(), TVRError::networkDomain());
@@ -357,48 +335,14 @@ void tst_TVRNetworkManager::transportFailure()
     QVERIFY(!outcome->error.message().isEmpty());
     QCOMPARE(outcome->response.statusCode(), 0);
     QVERIFY(!outcome->calledTooEarly);
-    // Without verified TLS the request, and its credentials, never reach the server.
-    if (failure != u"dropped"_s)
+    // Without a verified TLS connection the request, and its credentials, never reach the server.
+    if (!held && fault != u"dropped"_s)
         QCOMPARE(m_server.requests().size(), requestsBefore);
-}
-
-void tst_TVRNetworkManager::silenceEndsInATimeOut_data()
-{
-    QTest::addColumn<bool>("abortEarly");
-    QTest::addColumn<int>("error");
-
-    QTest::newRow("silent past the time-out") << false << int(QNetworkReply::TimeoutError);
-    QTest::newRow("cancelled before it") << true << int(QNetworkReply::OperationCanceledError);
-}
-
-void tst_TVRNetworkManager::silenceEndsInATimeOut()
-{
-    QFETCH(bool, abortEarly);
-    QFETCH(int, error);
-
-    // The host's session keeps its own time-out; the kit's default is a minute.
-    TestSession session;
-    session.route(m_host, m_server.port());
-    session.setTransferTimeout(abortEarly ? 60 * 1000 : 300);
-    TVRNetworkManager manager;
-    manager.setSession(&session);
-    QCOMPARE(manager.session()->transferTimeout(), session.transferTimeout());
-    QCOMPARE(TVRNetworkManager().session()->transferTimeout(), 60 * 1000);
-
-    TestReply silent = TestReply::json(200, "{}");
-    silent.held = true;
-    m_server.reply(silent);
-    const int requestsBefore = m_server.requests().size();
-    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
-    QTRY_COMPARE(m_server.requests().size(), requestsBefore + 1);
-    if (abortEarly)
-        session.abortAll();
-    QVERIFY(QTest::qWaitFor([&] { return outcome->calls() > 0 && session.liveReplies() == 0; }));
-    QCOMPARE(outcome->failures, 1);
-    QCOMPARE(outcome->successes, 0);
-    QCOMPARE(outcome->error.domain(), TVRError::networkDomain());
-    QCOMPARE(outcome->error.code(), error);
-    m_server.releaseHeld();
+    if (!session) {
+        // A session of the kit's own takes the place of the host's, with a minute's time-out.
+        QCOMPARE(manager.session()->parent(), &manager);
+        QCOMPARE(manager.session()->transferTimeout(), 60 * 1000);
+    }
 }
 
 void tst_TVRNetworkManager::nullHandlersAreSkipped()
@@ -458,6 +402,7 @@ void tst_TVRNetworkManager::redirectWithinServiceIsFollowed_data()
     QTest::newRow("POST, 302 goes on as GET") << int(TVRHTTPMethodPOST) << 302 << QByteArray("GET");
     QTest::newRow("PUT, 303 goes on as GET") << int(TVRHTTPMethodPUT) << 303 << QByteArray("GET");
     QTest::newRow("POST, 307 keeps its body") << int(TVRHTTPMethodPOST) << 307 << QByteArray("POST");
+    QTest::newRow("PUT, 308 keeps its body") << int(TVRHTTPMethodPUT) << 308 << QByteArray("PUT");
 }
 
 void tst_TVRNetworkManager::redirectWithinServiceIsFollowed()
@@ -492,20 +437,6 @@ void tst_TVRNetworkManager::redirectWithinServiceIsFollowed()
         QCOMPARE(outcome->json, QJsonValue(QJsonObject{{u"moved"_s, true}}));
 }
 
-void tst_TVRNetworkManager::headAnswerHasNoBody()
-{
-    // A HEAD answer states the length of the body a GET would get, and sends none.
-    TestReply head;
-    head.headers = {{"Content-Type", "application/json"}, {"Content-Length", "120"}};
-    m_server.reply(head);
-    const auto outcome =
-        sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodHEAD, QJsonObject{{u"a"_s, 1}});
-    QVERIFY(settle(outcome));
-    QCOMPARE(outcome->successes, 1);
-    QVERIFY(outcome->json.isUndefined());
-    QCOMPARE(m_server.requests().constLast().body, QByteArray(R"({"a":1})"));
-}
-
 void tst_TVRNetworkManager::unknownMethodIsNotSent_data()
 {
     QTest::addColumn<int>("method");
@@ -518,7 +449,6 @@ void tst_TVRNetworkManager::unknownMethodIsNotSent()
 {
     QFETCH(int, method);
 
-    QVERIFY(TVRNetworkManager::stringForHTTPMethod(TVRHTTPMethod(method)).isNull());
     const int requestsBefore = m_server.requests().size();
     const auto outcome = sendRequest(m_manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethod(method));
     QVERIFY(settle(outcome));
@@ -526,48 +456,6 @@ void tst_TVRNetworkManager::unknownMethodIsNotSent()
     QCOMPARE(outcome->error.domain(), TVRError::kitDomain());
     QVERIFY(!outcome->calledTooEarly);
     QCOMPARE(m_server.requests().size(), requestsBefore);
-}
-
-void tst_TVRNetworkManager::sessionIsLazyAndReplaceable()
-{
-    TVRNetworkManager manager;
-    QNetworkAccessManager *made = manager.session();
-    QVERIFY(made);
-    QCOMPARE(made->parent(), &manager);
-    QCOMPARE(manager.session(), made);
-
-    {
-        QNetworkAccessManager host;
-        manager.setSession(&host);
-        QCOMPARE(manager.session(), &host);
-    }
-    // The host's session is gone: a fresh default one takes its place.
-    QNetworkAccessManager *fresh = manager.session();
-    QVERIFY(fresh);
-    QCOMPARE(fresh->parent(), &manager);
-
-    manager.setSession(nullptr);
-    QVERIFY(manager.session());
-}
-
-void tst_TVRNetworkManager::destroyedSessionStillAnswers()
-{
-    auto *session = new TestSession;
-    session->route(m_host, m_server.port());
-    TVRNetworkManager manager;
-    manager.setSession(session);
-    TestReply never = TestReply::json(200, "{}");
-    never.delayMs = 60 * 1000;
-    m_server.reply(never);
-
-    const int requestsBefore = m_server.requests().size();
-    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
-    QTRY_COMPARE(m_server.requests().size(), requestsBefore + 1);
-    delete session;
-
-    QTRY_COMPARE(outcome->failures, 1);
-    QCOMPARE(outcome->successes, 0);
-    QCOMPARE(outcome->error.code(), int(QNetworkReply::OperationCanceledError));
 }
 
 QTEST_MAIN(tst_TVRNetworkManager)
