@@ -106,11 +106,10 @@ TVRTextLayout::PlainText::~PlainText() = default;
 
 void TVRTextLayout::PlainText::draw(QPainter *painter, const QPointF &origin, const QRectF &clip) const
 {
-    for (const Paragraph &paragraph : paragraphs) {
-        const QRectF bounds = paragraph.layout->boundingRect().translated(0, paragraph.top);
-        if (bounds.top() < clip.bottom() && bounds.bottom() > clip.top())
-            paragraph.layout->draw(painter, origin + QPointF(0, paragraph.top));
-    }
+    // QTextLayout passes over the lines outside the clip itself.
+    const QRectF painterClip = clip.translated(origin);
+    for (const Paragraph &paragraph : paragraphs)
+        paragraph.layout->draw(painter, origin + QPointF(0, paragraph.top), {}, painterClip);
 }
 
 QByteArray TVRTextLayout::layoutKey(const QString &text, const QFont &font, qreal width)

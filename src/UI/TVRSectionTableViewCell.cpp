@@ -66,7 +66,7 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
 {
     const bool present = !text.isNull();
     if (!present)
-        return rowHeightForMeasuredHeight(0, false);
+        return rowHeightForMeasuredHeight(0, present);
 
     // Laying the text out is the whole cost, and a reload asks for the same texts again:
     // the height of a text, font and width is kept for the texts measured last, under the
@@ -79,7 +79,7 @@ qreal TVRSectionTableViewCell::heightForText(const QString &text, const QFont &f
         return *height;
 
     const qreal measured = TVRTextLayout::plainTextHeight(text, font, qreal(width));
-    const qreal height = rowHeightForMeasuredHeight(measured, true);
+    const qreal height = rowHeightForMeasuredHeight(measured, present);
     remembered.insert(key, new qreal(height));
     return height;
 }
