@@ -18,6 +18,7 @@
 #include <QWindow>
 
 #include <mutex>
+#include <optional>
 #include <utility>
 
 #ifdef TOVRA_LAZY_NETWORK
@@ -164,12 +165,12 @@ public:
 
     ~DeferredRequest() override
     {
-        if (m_sent || !m_request.failure)
+        if (!m_request || !m_request->failure)
             return;
-        const TVRRequestFailureHandler failure = std::exchange(m_request.failure, nullptr);
+        const TVRRequestFailureHandler failure = std::exchange(m_request->failure, nullptr);
         failure(TVRHTTPResponse(),
                 TVRError(TVRError::networkDomain(), operationCanceledError,
-                         QStringLiteral("Request to %1 was cancelled").arg(m_request.url.toString())));
+                         QStringLiteral("Request to %1 was cancelled").arg(m_request->url.toString())));
     }
 
 protected:
@@ -215,28 +216,28 @@ private:
     // Once no watched window is left to show its frame, the request goes two loop turns later.
     void frameShown()
     {
-        if (m_windows.isEmpty() && !m_sent)
+        if (m_windows.isEmpty() && m_request)
             QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, &DeferredRequest::send); });
     }
 
     void send()
     {
-        if (m_sent)
+        if (!m_request)
             return;
-        m_sent = true;
         for (const QPointer<QObject> &window : std::as_const(m_windows)) {
             if (window)
                 window->removeEventFilter(this);
         }
         m_windows.clear();
-        dispatch(m_manager, std::move(m_request));
+        TVRTransportRequest request = std::move(*m_request);
+        m_request.reset();
+        dispatch(m_manager, std::move(request));
         deleteLater();
     }
 
     TVRNetworkManager *const m_manager;
-    TVRTransportRequest m_request;
+    std::optional<TVRTransportRequest> m_request; // until it is sent
     QList<QPointer<QObject>> m_windows;
-    bool m_sent = false;
 };
 
 } // namespace

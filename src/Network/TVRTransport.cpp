@@ -60,12 +60,11 @@ struct Silence
 };
 
 // The handlers of one request, called at most once between them, and the redirects it
-// may still follow.
+// may still follow. Once it has answered, no reply owes the answer any more.
 struct PendingRequest
 {
     TVRRequestSuccessHandler success;
     TVRRequestFailureHandler failure;
-    bool completed = false;
     int redirectsLeft = maximumRedirects;
     qint64 maximumReplySize = 0;
     QByteArray authorization;
@@ -74,7 +73,7 @@ struct PendingRequest
 
     void succeed(const TVRHTTPResponse &response, const QJsonValue &json)
     {
-        completed = true;
+        current = nullptr;
         const TVRRequestSuccessHandler handler = std::exchange(success, nullptr);
         failure = nullptr;
         if (handler)
@@ -83,7 +82,7 @@ struct PendingRequest
 
     void fail(const TVRHTTPResponse &response, const TVRError &error)
     {
-        completed = true;
+        current = nullptr;
         const TVRRequestFailureHandler handler = std::exchange(failure, nullptr);
         success = nullptr;
         if (handler)
@@ -211,7 +210,7 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
     QObject::connect(
         reply, &QNetworkReply::finished, reply, [reply, pending, silence, transferTimeout, url, verb, body, session] {
             reply->deleteLater();
-            if (pending->completed || pending->current != reply)
+            if (pending->current != reply)
                 return;
             const TVRHTTPResponse response(reply);
             const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
@@ -251,7 +250,7 @@ void send(QNetworkAccessManager *carrier, const std::shared_ptr<PendingRequest> 
     }
     // A reply destroyed unfinished, with its session, still owes the caller an answer.
     QObject::connect(reply, &QObject::destroyed, [pending, url, reply] {
-        if (!pending->completed && pending->current == reply) {
+        if (pending->current == reply) {
             pending->fail(TVRHTTPResponse(),
                           TVRError(TVRError::networkDomain(), QNetworkReply::OperationCanceledError,
                                    QStringLiteral("Request to %1 was cancelled").arg(url.toString())));
