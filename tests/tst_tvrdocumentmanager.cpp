@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
+#include "DocumentJson.h"
 #include "HelperProcess.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
@@ -64,11 +65,6 @@ QJsonObject sampleDocument(const QString &title)
     };
 }
 
-QJsonValue cached(const QString &key)
-{
-    return keptCopy(key);
-}
-
 } // namespace
 
 class tst_TVRDocumentManager : public QObject
@@ -80,20 +76,12 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void fetchHoldsAndCaches_data();
-    void fetchHoldsAndCaches();
     void cacheAnswersWhileNothingIsHeld();
     void unwritableCopyIsLogged();
-    void errorStatusIsTakenAsDocument();
-    void emptyReplyKeepsTheCache_data();
-    void emptyReplyKeepsTheCache();
-    void transportFailureChangesNothing_data();
-    void transportFailureChangesNothing();
-    void noCacheAndNoNetwork();
-    void wrongTypesNeverCrash_data();
-    void wrongTypesNeverCrash();
-    void replyOverTheLimitFails_data();
-    void replyOverTheLimitFails();
+    void failedFetchChangesNothing_data();
+    void failedFetchChangesNothing();
+    void anyReplyIsAnAnswer_data();
+    void anyReplyIsAnAnswer();
     void delegateIsHeldWeakly();
     void lastDelegateHearsBothDocuments();
     void signalsReachEveryListener();
@@ -106,14 +94,12 @@ private:
 
     TestHttpsServer m_server;
     TestSession m_session;
-    QString m_host;
     std::unique_ptr<TVRDocumentManager> m_manager;
 };
 
 void tst_TVRDocumentManager::initTestCase()
 {
     QVERIFY(startLoopbackService(u"tst_tvrdocumentmanager"_s, m_server, m_session));
-    m_host = TVRNetworkManager::baseURLComponents().host();
     TVRManager::setAPIKey(u"a"_s, u"b"_s);
 }
 
@@ -138,48 +124,6 @@ bool tst_TVRDocumentManager::fetchTerms(RecordingDelegate &delegate, int calls)
     return QTest::qWaitFor([&] { return delegate.calls.size() >= calls && m_session.liveReplies() == 0; }, 30000);
 }
 
-void tst_TVRDocumentManager::fetchHoldsAndCaches_data()
-{
-    QTest::addColumn<bool>("terms");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("otherKey");
-
-    QTest::newRow("Terms of Service") << true << u"/api/terms-of-service"_s << u"kTVRTermsOfServiceDataPath"_s
-                                      << u"kTVRPrivacyPolicyDataPath"_s;
-    QTest::newRow("Privacy Policy") << false << u"/api/privacy-policy"_s << u"kTVRPrivacyPolicyDataPath"_s
-                                    << u"kTVRTermsOfServiceDataPath"_s;
-}
-
-void tst_TVRDocumentManager::fetchHoldsAndCaches()
-{
-    QFETCH(bool, terms);
-    QFETCH(QString, path);
-    QFETCH(QString, key);
-    QFETCH(QString, otherKey);
-
-    const QJsonObject reply = sampleDocument(u"Fresh"_s);
-    m_server.reply(TestReply::json(200, compact(reply)));
-    RecordingDelegate delegate;
-    m_manager->setDelegate(&delegate);
-    terms ? m_manager->fetchTermsOfService() : m_manager->fetchPrivacyPolicy();
-    QTRY_COMPARE(delegate.calls, QStringList{u"finished"_s});
-
-    const TestRequest &sent = m_server.requests().constLast();
-    QCOMPARE(sent.method, QByteArray("GET"));
-    QCOMPARE(sent.path, path);
-    QVERIFY(sent.query.isEmpty());
-    QVERIFY(sent.body.isEmpty());
-    QCOMPARE(sent.header("Authorization"), QByteArray("Basic YTpi"));
-
-    QCOMPARE(cached(key), QJsonValue(reply));
-    QVERIFY(cached(otherKey).isUndefined());
-    const auto held = terms ? m_manager->termsOfService() : m_manager->privacyPolicy();
-    QVERIFY(held);
-    QCOMPARE(held->title(), u"Fresh"_s);
-    QVERIFY(!(terms ? m_manager->privacyPolicy() : m_manager->termsOfService()));
-}
-
 void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
 {
     // A copy that release 1.0 kept in the host's settings is read until a reply replaces it.
@@ -195,7 +139,7 @@ void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
     auto given = std::make_shared<TVRDocument>(sampleDocument(u"Given"_s));
     m_manager->setTermsOfService(given);
     QCOMPARE(m_manager->termsOfService(), given);
-    QVERIFY(cached(kTVRTermsOfServiceDataPath).isUndefined());
+    QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
     m_manager->setTermsOfService(nullptr);
     QVERIFY(!m_manager->termsOfService());
 }
@@ -220,152 +164,121 @@ void tst_TVRDocumentManager::unwritableCopyIsLogged()
     QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
 }
 
-void tst_TVRDocumentManager::errorStatusIsTakenAsDocument()
-{
-    const QJsonObject error{{u"error"_s, u"Unauthorized"_s}};
-    m_server.reply(TestReply::json(401, compact(error)));
-    RecordingDelegate delegate;
-    QVERIFY(fetchTerms(delegate));
-    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QJsonValue(error));
-    QVERIFY(m_manager->termsOfService()->title().isNull());
-}
-
-void tst_TVRDocumentManager::emptyReplyKeepsTheCache_data()
-{
-    QTest::addColumn<QByteArray>("body");
-
-    QTest::newRow("empty body") << QByteArray();
-    QTest::newRow("JSON null") << QByteArray("null");
-    QTest::newRow("not JSON") << QByteArray("<html>Bad gateway</html>");
-    QTest::newRow("invalid UTF-8") << QByteArray("{\"title\":\"\xc3\x28\"}");
-    QTest::newRow("nested 10,000 deep") << QByteArray(10000, '[') + QByteArray(10000, ']');
-}
-
-void tst_TVRDocumentManager::emptyReplyKeepsTheCache()
-{
-    QFETCH(QByteArray, body);
-
-    RecordingDelegate delegate;
-    QVERIFY(fetchTerms(delegate));
-    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
-    QVERIFY(before.isObject());
-
-    m_server.reply(TestReply::json(200, body));
-    QVERIFY(fetchTerms(delegate, 2));
-    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"finished"_s}));
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
-
-    // The held document is replaced all the same, by one without content.
-    const auto held = m_manager->termsOfService();
-    QVERIFY(held);
-    QVERIFY(held->title().isNull());
-    QVERIFY(held->sections().isEmpty());
-
-    // The next launch still finds the earlier copy.
-    QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Terms"_s);
-}
-
-void tst_TVRDocumentManager::transportFailureChangesNothing_data()
+void tst_TVRDocumentManager::failedFetchChangesNothing_data()
 {
     QTest::addColumn<TestReply>("reply");
+    QTest::addColumn<qint64>("limit"); // the largest reply taken; 0 for the default
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message"); // a part of the error's message
 
-    QTest::newRow("connection dropped") << TestReply::dropped();
+    QTest::newRow("connection dropped") << TestReply::dropped() << qint64(0)
+                                        << int(QNetworkReply::RemoteHostClosedError) << QString();
     // The status line came, then the connection broke off in the middle of the body.
     TestReply cut = TestReply::json(200, compact(sampleDocument(u"Cut"_s)));
     cut.cutBodyAt = 40;
-    QTest::newRow("body cut short") << cut;
+    QTest::newRow("body cut short") << cut << qint64(0) << int(QNetworkReply::RemoteHostClosedError) << QString();
+
+    const QByteArray json = compact(documentJson(u"Large"_s, 20));
+    QTest::newRow("over the limit, announced by Content-Length")
+        << TestReply::json(200, json) << qint64(2048) << int(QNetworkReply::UnknownContentError)
+        << u"The reply of %1 bytes is larger than the limit of 2048 bytes"_s.arg(json.size());
+    // No length is announced: the bytes received tell.
+    TestReply chunked = TestReply::json(200, {});
+    chunked.headers.append(qMakePair(QByteArray("Transfer-Encoding"), QByteArray("chunked")));
+    for (qsizetype at = 0; at < json.size(); at += 1000) {
+        const QByteArray chunk = json.mid(at, 1000);
+        chunked.body += QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n";
+    }
+    chunked.body += "0\r\n\r\n";
+    QTest::newRow("over the limit, chunked")
+        << chunked << qint64(2048) << int(QNetworkReply::UnknownContentError) << u"more than the limit of 2048 bytes"_s;
 }
 
-void tst_TVRDocumentManager::transportFailureChangesNothing()
+void tst_TVRDocumentManager::failedFetchChangesNothing()
 {
     QFETCH(TestReply, reply);
+    QFETCH(qint64, limit);
+    QFETCH(int, code);
+    QFETCH(QString, message);
 
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
     const auto held = m_manager->termsOfService();
-    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
+    const QJsonValue before = keptCopy(kTVRTermsOfServiceDataPath);
 
+    TVRManager::setMaximumReplySize(limit);
     m_server.reply(reply);
-    QVERIFY(fetchTerms(delegate, 2));
+    const bool ended = fetchTerms(delegate, 2);
+    TVRManager::setMaximumReplySize(0); // back to the default
+    QVERIFY(ended);
     QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
-    QCOMPARE(delegate.errors.constFirst().code(), int(QNetworkReply::RemoteHostClosedError));
+    const TVRError error = delegate.errors.constFirst();
+    QCOMPARE(error.code(), code);
+    QVERIFY2(error.message().contains(message), qPrintable(error.message()));
     QCOMPARE(m_manager->termsOfService(), held);
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
+    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), before);
 }
 
-void tst_TVRDocumentManager::noCacheAndNoNetwork()
+void tst_TVRDocumentManager::anyReplyIsAnAnswer_data()
 {
-    TestSession offline;
-    QVERIFY(offline.routeToClosedPort(m_host));
-    m_manager->setSession(&offline);
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QJsonValue>("copy"); // the copy then kept; undefined where the earlier one stays
 
-    RecordingDelegate delegate;
-    m_manager->setDelegate(&delegate);
-    m_manager->fetchTermsOfService();
-    m_manager->fetchPrivacyPolicy();
-    QTRY_COMPARE(delegate.calls, QStringList({u"failed"_s, u"failed"_s}));
-    QVERIFY(!m_manager->termsOfService());
-    QVERIFY(!m_manager->privacyPolicy());
-    QVERIFY(cached(kTVRTermsOfServiceDataPath).isUndefined());
-    QVERIFY(cached(kTVRPrivacyPolicyDataPath).isUndefined());
-    QTRY_COMPARE(offline.liveReplies(), 0);
-}
-
-void tst_TVRDocumentManager::wrongTypesNeverCrash_data()
-{
-    QTest::addColumn<QJsonObject>("reply");
-    QTest::addColumn<QByteArray>("lead"); // bytes the server sends before the JSON
-
-    QJsonObject numberTitle = sampleDocument(u"x"_s);
-    numberTitle.insert(u"title"_s, 42);
-    QJsonObject objectSections = sampleDocument(u"x"_s);
-    objectSections.insert(u"sections"_s, QJsonObject{{u"title"_s, u"Scope"_s}});
+    // Any JSON is the document, and kept exactly, whatever its status and its types.
+    const QJsonObject error{{u"error"_s, u"Unauthorized"_s}};
+    QTest::newRow("401 with an error object") << 401 << compact(error) << QJsonValue(error);
+    QJsonObject wrongTypes = sampleDocument(u"x"_s);
+    wrongTypes.insert(u"title"_s, 42);
+    wrongTypes.insert(u"updatedAt"_s, 1456835400);
+    wrongTypes.insert(u"sections"_s, QJsonObject{{u"title"_s, u"Scope"_s}});
     QJsonObject odd = sampleDocument(u"x"_s);
+    odd.insert(u"updatedAt"_s, QJsonValue::Null);
     odd.insert(u"sections"_s,
                QJsonArray{u"text"_s, QJsonArray{1, 2}, QJsonValue::Null, 3,
                           QJsonObject{{u"title"_s, 7}, {u"body"_s, QJsonArray()}}});
-    QJsonObject numberDate = sampleDocument(u"x"_s);
-    numberDate.insert(u"updatedAt"_s, 1456835400);
-    QJsonObject nullDate = sampleDocument(u"x"_s);
-    nullDate.insert(u"updatedAt"_s, QJsonValue::Null);
     QJsonObject typed = sampleDocument(u"Typed"_s);
     typed.insert(u"title"_s, QJsonValue::Null);
     typed.insert(u"version"_s, 3.25);
     typed.insert(u"published"_s, true);
     typed.insert(u"extra"_s, QJsonObject{{u"list"_s, QJsonArray{QJsonValue::Null, false, u""_s, QJsonObject()}}});
     typed.remove(u"_id"_s);
-    QJsonObject large = sampleDocument(u"Large"_s);
-    QJsonArray many;
-    const QString paragraph(2400, u'w');
-    for (int i = 0; i < 2000; ++i)
-        many.append(QJsonObject{{u"title"_s, QString::number(i)}, {u"body"_s, paragraph}});
-    large.insert(u"sections"_s, many);
+    const QJsonObject large = documentJson(u"Large"_s, 12200);
+    QTest::newRow("title, date and sections of other types") << 200 << compact(wrongTypes) << QJsonValue(wrongTypes);
+    QTest::newRow("section elements of every kind, date null") << 200 << compact(odd) << QJsonValue(odd);
+    QTest::newRow("every JSON type") << 200 << compact(typed) << QJsonValue(typed);
+    QTest::newRow("4.8 MB document, under the limit") << 200 << compact(large) << QJsonValue(large);
+    QTest::newRow("byte order mark and blanks") << 200 << "\xef\xbb\xbf \r\n" + compact(typed) << QJsonValue(typed);
+    QTest::newRow("an array") << 200 << QByteArray(" [1,2]") << QJsonValue(QJsonArray{1, 2});
 
-    QTest::newRow("title a number") << numberTitle << QByteArray();
-    QTest::newRow("sections an object") << objectSections << QByteArray();
-    QTest::newRow("section elements of every kind") << odd << QByteArray();
-    QTest::newRow("updatedAt a number") << numberDate << QByteArray();
-    QTest::newRow("updatedAt JSON null") << nullDate << QByteArray();
-    QTest::newRow("every JSON type") << typed << QByteArray();
-    QTest::newRow("4.8 MB document, under the limit") << large << QByteArray();
-    QTest::newRow("byte order mark and blanks") << typed << QByteArray("\xef\xbb\xbf \r\n");
+    // No JSON: the held document is one without content, and the copy stays.
+    const QJsonValue stays(QJsonValue::Undefined);
+    QTest::newRow("empty body") << 200 << QByteArray() << stays;
+    QTest::newRow("JSON null") << 200 << QByteArray("null") << stays;
+    QTest::newRow("not JSON") << 502 << QByteArray("<html>Bad gateway</html>") << stays;
+    QTest::newRow("invalid UTF-8") << 200 << QByteArray("{\"title\":\"\xc3\x28\"}") << stays;
+    QTest::newRow("nested 10,000 deep") << 200 << QByteArray(10000, '[') + QByteArray(10000, ']') << stays;
 }
 
-void tst_TVRDocumentManager::wrongTypesNeverCrash()
+void tst_TVRDocumentManager::anyReplyIsAnAnswer()
 {
-    QFETCH(QJsonObject, reply);
-    QFETCH(QByteArray, lead);
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    QFETCH(QJsonValue, copy);
 
-    m_server.reply(TestReply::json(200, lead + compact(reply)));
     RecordingDelegate delegate;
     QVERIFY(fetchTerms(delegate));
-    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+    const QJsonValue before = keptCopy(kTVRTermsOfServiceDataPath);
+    QVERIFY(before.isObject());
+    m_server.reply(TestReply::json(status, body));
+    QVERIFY(fetchTerms(delegate, 2));
+    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"finished"_s}));
+    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), copy.isUndefined() ? before : copy);
 
-    // Kept exactly, and every property of the held and the cached document can be read.
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), QJsonValue(reply));
+    // Every property of the held document, and of the one the next launch reads, can be read.
+    const auto held = m_manager->termsOfService();
     TVRDocumentManager later;
-    for (const auto &document : {m_manager->termsOfService(), later.termsOfService()}) {
+    for (const auto &document : {held, later.termsOfService()}) {
         QVERIFY(document);
         document->identifier();
         document->title();
@@ -375,59 +288,13 @@ void tst_TVRDocumentManager::wrongTypesNeverCrash()
             section->body();
         }
     }
-    QCOMPARE(later.termsOfService()->sections().size(), m_manager->termsOfService()->sections().size());
-}
-
-void tst_TVRDocumentManager::replyOverTheLimitFails_data()
-{
-    QTest::addColumn<TestReply>("reply");
-    QTest::addColumn<QString>("message");
-
-    QJsonObject document = sampleDocument(u"Large"_s);
-    document.insert(u"padding"_s, QString(4000, u'p'));
-    const QByteArray json = compact(document);
-    const qint64 limit = 2048;
-
-    QTest::newRow("announced by Content-Length")
-        << TestReply::json(200, json)
-        << u"The reply of %1 bytes is larger than the limit of %2 bytes"_s.arg(json.size()).arg(limit);
-    // No length is announced: the bytes received tell.
-    TestReply chunked = TestReply::json(200, {});
-    chunked.headers.append(qMakePair(QByteArray("Transfer-Encoding"), QByteArray("chunked")));
-    for (qsizetype at = 0; at < json.size(); at += 1000) {
-        const QByteArray chunk = json.mid(at, 1000);
-        chunked.body += QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n";
+    if (copy.isUndefined()) {
+        QVERIFY(held->title().isNull());
+        QVERIFY(held->sections().isEmpty());
+        QCOMPARE(later.termsOfService()->title(), u"Terms"_s);
+    } else {
+        QCOMPARE(later.termsOfService()->sections().size(), held->sections().size());
     }
-    chunked.body += "0\r\n\r\n";
-    QTest::newRow("chunked, no length") << chunked << u"more than the limit of %1 bytes"_s.arg(limit);
-}
-
-void tst_TVRDocumentManager::replyOverTheLimitFails()
-{
-    QFETCH(TestReply, reply);
-    QFETCH(QString, message);
-
-    RecordingDelegate delegate;
-    QVERIFY(fetchTerms(delegate));
-    const QJsonValue before = cached(kTVRTermsOfServiceDataPath);
-
-    TVRManager::setMaximumReplySize(2048);
-    m_server.reply(reply);
-    const bool ended = fetchTerms(delegate, 2);
-    TVRManager::setMaximumReplySize(0); // back to the default
-    QVERIFY(ended);
-    QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
-    QVERIFY2(delegate.errors.constFirst().message().contains(message),
-             qPrintable(delegate.errors.constFirst().message()));
-    QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
-    QCOMPARE(cached(kTVRTermsOfServiceDataPath), before);
-
-    // The same reply within the limit is a document.
-    TVRManager::setMaximumReplySize(1024 * 1024);
-    QVERIFY(fetchTerms(delegate, 3));
-    TVRManager::setMaximumReplySize(0);
-    QCOMPARE(delegate.calls.constLast(), u"finished"_s);
-    QCOMPARE(m_manager->termsOfService()->title(), u"Large"_s);
 }
 
 void tst_TVRDocumentManager::delegateIsHeldWeakly()
@@ -435,9 +302,7 @@ void tst_TVRDocumentManager::delegateIsHeldWeakly()
     auto *gone = new RecordingDelegate;
     m_manager->setDelegate(gone);
     QCOMPARE(m_manager->delegate(), gone);
-    QSignalSpy destroyed(gone, &QObject::destroyed);
     delete gone;
-    QCOMPARE(destroyed.size(), 1);
     QVERIFY(!m_manager->delegate());
 
     // The fetch completes with nobody to tell, and the document is still kept.
@@ -471,6 +336,11 @@ void tst_TVRDocumentManager::lastDelegateHearsBothDocuments()
     QVERIFY(first.calls.isEmpty());
     QCOMPARE(last.titlesHeld,
              QStringList({u"- + /api/privacy-policy"_s, u"/api/terms-of-service + /api/privacy-policy"_s}));
+    // Each is kept under its own key; both were asked for with GET.
+    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(sampleDocument(u"/api/terms-of-service"_s)));
+    QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(sampleDocument(u"/api/privacy-policy"_s)));
+    for (const TestRequest &request : m_server.requests())
+        QCOMPARE(request.method, QByteArray("GET"));
 }
 
 void tst_TVRDocumentManager::signalsReachEveryListener()
@@ -478,9 +348,7 @@ void tst_TVRDocumentManager::signalsReachEveryListener()
     using Document = TVRDocumentManager::Document;
     RecordingDelegate delegate;
     m_manager->setDelegate(&delegate);
-    // Two listeners besides the delegate, as a page and a model would be.
-    QSignalSpy changedForPage(m_manager.get(), &TVRDocumentManager::documentChanged);
-    QSignalSpy changedForModel(m_manager.get(), &TVRDocumentManager::documentChanged);
+    QSignalSpy changed(m_manager.get(), &TVRDocumentManager::documentChanged);
     QSignalSpy failed(m_manager.get(), &TVRDocumentManager::fetchFailed);
 
     m_server.setHandler([](const TestRequest &request) {
@@ -489,9 +357,8 @@ void tst_TVRDocumentManager::signalsReachEveryListener()
         return TestReply::json(200, compact(sampleDocument(u"Fresh terms"_s)));
     });
     m_manager->fetch(Document::TermsOfService);
-    QTRY_COMPARE(changedForPage.size(), 1);
-    QCOMPARE(changedForModel.size(), 1);
-    QCOMPARE(changedForPage[0][0].value<Document>(), Document::TermsOfService);
+    QTRY_COMPARE(changed.size(), 1);
+    QCOMPARE(changed[0][0].value<Document>(), Document::TermsOfService);
     QCOMPARE(m_manager->documentFor(Document::TermsOfService)->title(), u"Fresh terms"_s);
     QCOMPARE(delegate.calls, QStringList{u"finished"_s}); // the delegate is heard as before
 
@@ -501,13 +368,13 @@ void tst_TVRDocumentManager::signalsReachEveryListener()
     QCOMPARE(failed[0][0].value<Document>(), Document::PrivacyPolicy);
     QCOMPARE(failed[0][1].value<TVRError>().domain(), TVRError::networkDomain());
     QCOMPARE(delegate.calls, QStringList({u"finished"_s, u"failed"_s}));
-    QCOMPARE(changedForPage.size(), 1);
+    QCOMPARE(changed.size(), 1);
     QCOMPARE(m_manager->privacyPolicy(), privacyBefore);
 
     // Setting a document tells the listeners too.
     m_manager->setPrivacyPolicy(std::make_shared<TVRDocument>(sampleDocument(u"Set"_s)));
-    QCOMPARE(changedForModel.size(), 2);
-    QCOMPARE(changedForModel[1][0].value<Document>(), Document::PrivacyPolicy);
+    QCOMPARE(changed.size(), 2);
+    QCOMPARE(changed[1][0].value<Document>(), Document::PrivacyPolicy);
 }
 
 void tst_TVRDocumentManager::managerGoneStillCaches()
@@ -522,7 +389,7 @@ void tst_TVRDocumentManager::managerGoneStillCaches()
     QTRY_COMPARE(m_server.requests().size(), requests + 1);
     delete manager;
 
-    QTRY_VERIFY(cached(kTVRTermsOfServiceDataPath).isObject());
+    QTRY_VERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
     QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
 }
 
