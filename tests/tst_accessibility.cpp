@@ -292,7 +292,6 @@ void tst_Accessibility::aPaintedBodyIsEditableText()
     text->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
     QCOMPARE(focusName(), u"body"_s);
     auto *textView = qobject_cast<QTextEdit *>(QApplication::focusWidget());
-    QCOMPARE(textView->toPlainText(), body);
     QTest::keyClick(textView, Qt::Key_X);
     QCOMPARE(textView->toPlainText(), u"x"_s + body);
     // Its window hidden and shown again, the screen leaves the focus in the body.

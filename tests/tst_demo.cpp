@@ -104,13 +104,6 @@ void tst_Demo::screenshots()
         const QImage image(path);
         QVERIFY2(!image.isNull(), qPrintable(path));
         QCOMPARE(image.size(), QSize(390, 844));
-        // Not a blank page: text is drawn somewhere below the bars.
-        int dark = 0;
-        for (int y = 100; y < image.height(); y += 4) {
-            for (int x = 0; x < image.width(); x += 4)
-                dark += qGray(image.pixel(x, y)) < 96;
-        }
-        QVERIFY2(dark > 200, qPrintable(u"%1 looks empty"_s.arg(path)));
 
         // The README shows the committed copy: it must still be what the demo renders.
         const QString committed = QStringLiteral(TOVRA_SOURCE_DIR "/docs/screenshots/") + names[i];

@@ -156,29 +156,6 @@ TestCase {
         compare(editor.text.charAt(editor.cursorPosition - 1), "x");
     }
 
-    function test_termsPageShowsTheDocument() {
-        // The texts are those the screen reader test reads.
-        const page = showPage(termsPage);
-        compare(page.view.count, 30);
-        compare(find(page, "closeButton"), null);
-
-        // A titled section shows its bold title, then the body.
-        const first = page.view.itemAtIndex(0);
-        compare(first.children[0].visible, true);
-        compare(titleOf(first).font.bold, true);
-        // A section without a title shows only its body.
-        const third = page.view.itemAtIndex(2);
-        compare(third.children[0].visible, false);
-        compare(third.children[0].height, 0);
-
-        // Painted: dark ink in the title row, the page white where nothing is drawn.
-        const image = grabImage(page);
-        const titleTop = first.mapToItem(page, 0, first.topPadding).y;
-        verify(darkest(image, 12, Math.round(titleTop), 200, 30) < 100, "no ink in the title row");
-        compare(image.pixel(380, Math.round(titleTop) - 6), Qt.rgba(1, 1, 1, 1));
-        screenshot(page, "terms-of-service");
-    }
-
     function test_appearanceReachesThePixels() {
         service.setAppearance("#C00000", 24);
         const page = showPage(termsPage);
@@ -363,8 +340,6 @@ TestCase {
         keyClick(Qt.Key_Space);
         compare(page.view.contentY, top + page.view.height);
         compare(editor.text, text);
-        keyClick(Qt.Key_Backtab);
-        verify(find(page, "closeButton").activeFocus, "Shift+Tab did not reach Close");
     }
 
     function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
@@ -418,7 +393,12 @@ TestCase {
     function test_everyScriptFitsItsRows(data) {
         service.setScript(data.tag);
         const page = showPage(termsPage);
+        compare(page.view.count, 30);
+        compare(find(page, "closeButton"), null); // not modal
+        // A titled section shows its bold title, then the body; an untitled one its body alone.
         compare(titleOf(page.view.itemAtIndex(0)).text, data.firstTitle);
+        verify(titleOf(page.view.itemAtIndex(0)).visible && titleOf(page.view.itemAtIndex(0)).font.bold);
+        compare(page.view.itemAtIndex(2).children[0].height, 0);
         // A title is inset 12 px on the side it starts from, 28 on the other.
         compare(titleOf(page.view.itemAtIndex(0)).x, data.rightToLeft ? 28 : 12);
         const image = grabImage(page);
@@ -588,7 +568,6 @@ TestCase {
         // A second answer while the page is up shows no second page.
         service.answerNotCompliant(4);
         compare(pages().length, 1);
-        compare(service.isWidgetApplication(), false);
         // The host takes it away once answered.
         page.visible = false;
         page.parent = null;

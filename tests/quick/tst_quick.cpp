@@ -147,7 +147,6 @@ public:
     {
         QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     }
-    Q_INVOKABLE bool isWidgetApplication() const { return QCoreApplication::instance()->inherits("QApplication"); }
 
     TestReply reply(const TestRequest &request)
     {
