@@ -244,7 +244,6 @@ void tst_Accessibility::screenReaderWalk()
         QVERIFY(button->state().disabled);
         QTest::keyClick(table(screen), Qt::Key_End);
         QTRY_VERIFY(!button->state().disabled);
-        QVERIFY(agreement->disagreeBarButtonItem()->isEnabled());
     }
     QSignalSpy pressed(agreement
                            ? agreement->agreeBarButtonItem()
