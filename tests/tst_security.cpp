@@ -5,6 +5,7 @@
 // refused in tst_tvrnetworkmanager.)
 
 #include "KeychainProbe.h"
+#include "RequestOutcome.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
 #include "TestSession.h"
@@ -29,14 +30,6 @@ void recordEverything(QtMsgType type, const QMessageLogContext &context, const Q
     testHandler(type, context, message);
 }
 
-class Recorder : public QObject, public TVRDocumentManagerDelegate
-{
-public:
-    int calls = 0;
-    void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++calls; }
-    void managerFailedWithError(TVRDocumentManager *, const TVRError &) override { ++calls; }
-};
-
 const QString identifier = u"user-7f3a9c41"_s;
 const QString key = u"key-1b2c3d4e"_s;
 const QString secret = u"secret-9d8e7f6a"_s;
@@ -51,11 +44,15 @@ private Q_SLOTS:
     void initTestCase();
     void secretsStayOutOfSettingsAndLogs();
     void noCredentialsOverPlainHttp();
+
+private:
+    TestHttpsServer m_server;
+    TestSession m_session;
 };
 
 void tst_Security::initTestCase()
 {
-    QVERIFY(isolateTestHost(u"tst_security"_s));
+    QVERIFY(startLoopbackService(u"tst_security"_s, m_server, m_session));
     testHandler = qInstallMessageHandler(recordEverything);
     // Everything the kit can say, said.
     QLoggingCategory::setFilterRules(u"tovra.*=true"_s);
@@ -63,11 +60,7 @@ void tst_Security::initTestCase()
 
 void tst_Security::secretsStayOutOfSettingsAndLogs()
 {
-    TestHttpsServer server;
-    QVERIFY(server.start());
-    server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
-    TestSession session;
-    session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
+    m_server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
 
     // A host's whole round: credentials, identity, both fetches, the agreement check, an
     // unreadable keychain item, and logging out.
@@ -75,12 +68,11 @@ void tst_Security::secretsStayOutOfSettingsAndLogs()
     TVRManager::setUserIdentifier(identifier);
     TVRManager::setUserName(u"Ann"_s);
     TVRDocumentManager manager;
-    manager.setSession(&session);
-    Recorder recorder;
-    manager.setDelegate(&recorder);
+    manager.setSession(&m_session);
+    QSignalSpy fetched(&manager, &TVRDocumentManager::documentChanged);
     manager.fetchTermsOfService();
     manager.fetchPrivacyPolicy();
-    QTRY_COMPARE(recorder.calls, 2);
+    QTRY_COMPARE(fetched.size(), 2);
     QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
     QTest::ignoreMessage(QtInfoMsg, "FETCH");
     TVRManager::activateApp();
@@ -97,7 +89,7 @@ void tst_Security::secretsStayOutOfSettingsAndLogs()
     QVERIFY(!TVRManager::userIdentifier().isValid());
 
     // The requests did carry the credentials, so a leak would have had them at hand.
-    QCOMPARE(server.requests().constFirst().header("Authorization"),
+    QCOMPARE(m_server.requests().constFirst().header("Authorization"),
              "Basic " + (key + u':' + secret).toUtf8().toBase64());
     QVERIFY(allLogLines.size() >= 5);
     for (const QString &line : std::as_const(allLogLines)) {
@@ -134,16 +126,13 @@ void tst_Security::noCredentialsOverPlainHttp()
             socket->write("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}");
         });
     });
-    TestSession session;
-    session.route(TVRNetworkManager::baseURLComponents().host(), plain.serverPort());
+    m_session.route(TVRNetworkManager::baseURLComponents().host(), plain.serverPort());
     TVRNetworkManager manager;
-    manager.setSession(&session);
+    manager.setSession(&m_session);
     TVRManager::setAPIKey(key, secret);
 
-    int failures = 0;
-    manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(), nullptr,
-                           [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
-    QTRY_COMPARE(failures, 1);
+    const auto outcome = sendRequest(manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+    QTRY_COMPARE(outcome->failures, 1);
     QVERIFY(!received.isEmpty()); // the TLS handshake began
     const QByteArray credentials = (key + u':' + secret).toUtf8().toBase64();
     QVERIFY(!received.contains("Authorization"));
