@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 // Faults injected for real: a thousand fetches, and a process killed while it writes the
-// cached copy. (A keychain out of reach is in tst_rqkeychain; a body cut short, a failed TLS
-// handshake and a body over the size limit in tst_tvrdocumentmanager; a server that never
-// answers, in tst_documentscreens.)
+// cached copy. (A keychain out of reach is in tst_rqkeychain; a body cut short and a body over
+// the size limit in tst_tvrdocumentmanager; a failed TLS handshake in tst_tvrnetworkmanager; a
+// server that never answers, in tst_documentscreens.)
 
+#include "DocumentJson.h"
 #include "HelperProcess.h"
 #include "TestFixture.h"
 #include "TestHttpsServer.h"
@@ -12,39 +13,16 @@
 
 #include <Tovra.h>
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-class Recorder : public QObject, public TVRDocumentManagerDelegate
+static QByteArray compact(const QJsonObject &document)
 {
-public:
-    int finished = 0;
-    int failed = 0;
-    void managerDidFinishWithSuccess(TVRDocumentManager *, bool) override { ++finished; }
-    void managerFailedWithError(TVRDocumentManager *, const TVRError &) override { ++failed; }
-    int calls() const { return finished + failed; }
-};
-
-QByteArray documentJson(const QString &id, int sections, int bodyCharacters = 200)
-{
-    QJsonArray list;
-    for (int i = 0; i < sections; ++i)
-        list.append(QJsonObject{{u"title"_s, u"Section %1"_s.arg(i + 1)}, {u"body"_s, QString(bodyCharacters, u'x')}});
-    return QJsonDocument(QJsonObject{{u"_id"_s, id},
-                                     {u"title"_s, u"Terms"_s},
-                                     {u"updatedAt"_s, u"2026-09-01T09:00:00.000+0000"_s},
-                                     {u"sections"_s, list}})
-        .toJson(QJsonDocument::Compact);
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
 }
-
-} // namespace
 
 class tst_Faults : public QObject
 {
@@ -85,19 +63,21 @@ void tst_Faults::thousandFetches()
 {
     TVRDocumentManager manager;
     manager.setSession(&m_session);
-    Recorder recorder;
-    manager.setDelegate(&recorder);
-    m_server.reply(TestReply::json(200, documentJson(u"loop"_s, 20)));
+    int finished = 0;
+    int failed = 0;
+    connect(&manager, &TVRDocumentManager::documentChanged, this, [&] { ++finished; });
+    connect(&manager, &TVRDocumentManager::fetchFailed, this, [&] { ++failed; });
+    m_server.reply(TestReply::json(200, compact(documentJson(u"loop"_s, 20))));
     long warm = 0;
     for (int i = 0; i < 1000; ++i) {
         manager.fetchTermsOfService();
-        QTRY_COMPARE(recorder.calls(), i + 1);
+        QTRY_COMPARE(finished + failed, i + 1);
         if (i == 199)
             warm = processStatusKiB("VmRSS");
     }
     QTRY_COMPARE(m_session.liveReplies(), 0);
-    QCOMPARE(recorder.finished, 1000);
-    QCOMPARE(recorder.failed, 0);
+    QCOMPARE(finished, 1000);
+    QCOMPARE(failed, 0);
 #if defined(__SANITIZE_ADDRESS__)
     // AddressSanitizer keeps freed memory in quarantine, up to 256 MB, so the resident size
     // says nothing here; its leak checker looks at what is left when the process ends.
@@ -113,8 +93,8 @@ void tst_Faults::killedWhileWritingTheCache()
 {
     // Two documents of different sizes take turns; each read after a kill must be one of
     // them, whole.
-    const QByteArray first = documentJson(u"A"_s, 300, 400);
-    const QByteArray second = documentJson(u"B"_s, 120, 900);
+    const QByteArray first = compact(documentJson(u"A"_s, 300));
+    const QByteArray second = compact(documentJson(u"B"_s, 120));
     const QMap<QString, int> sectionsOf{{u"A"_s, 300}, {u"B"_s, 120}};
     int served = 0;
     m_server.setHandler([&](const TestRequest &) { return TestReply::json(200, (served++ % 2) ? second : first); });
