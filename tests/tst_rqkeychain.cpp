@@ -8,6 +8,7 @@
 #include "KeychainProbe.h"
 #include "MemoryItemStore.h"
 #include "PrivateBus.h"
+#include "TestFixture.h"
 
 #include <RQKeychain.h>
 #include <TVRManager.h>
@@ -61,7 +62,7 @@ private:
 void tst_RQKeychain::initTestCase()
 {
     // Everything here must run against the private keyring of run-isolated.sh.
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    QVERIFY(isolateTestHost(u"tst_rqkeychain"_s));
     QVERIFY(KeychainProbe::writeRaw(u"probe"_s, u"probe"_s, "ready"));
 }
 

@@ -4,6 +4,7 @@
 #include "HelperProcess.h"
 #include "KeychainProbe.h"
 #include "MemoryItemStore.h"
+#include "TestFixture.h"
 
 #include <RQKeychain.h>
 #include <TovraVersion.h>
@@ -41,7 +42,7 @@ private Q_SLOTS:
 
 void tst_TVRManager::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariable("HOME").contains(u"tovra-test"_s), "run this test through tests/run-isolated.sh");
+    QVERIFY(isolateTestHost(u"tst_tvrmanager"_s));
 }
 
 void tst_TVRManager::everythingStartsEmpty()
@@ -146,7 +147,6 @@ void tst_TVRManager::keychainFailureIsSilent()
 
     // The slot holds what the host gave, whatever the keychain did.
     QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-3"_s));
-    QVERIFY(failing.items.isEmpty());
     QCOMPARE(failing.callCount(u"add"_s), 1);
 }
 
