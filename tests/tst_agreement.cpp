@@ -194,6 +194,10 @@ void tst_Agreement::toolbar()
     QCOMPARE(agree->text(), u"Agree"_s);
     QVERIFY(disagree->geometry().left() < 40 && agree->geometry().right() > bar->width() - 40);
     QVERIFY(!disagree->font().bold() && !agree->font().bold());
+    // Between the two, the bar is painted in its own colour, not the page's under it.
+    const QImage shot = screen->grab().toImage();
+    const QColor painted = shot.pixelColor(bar->geometry().center() * shot.devicePixelRatio());
+    QCOMPARE(painted, bar->palette().color(QPalette::Window));
 }
 
 void tst_Agreement::activateApp_data()
