@@ -77,6 +77,7 @@ private Q_SLOTS:
     void cleanup();
 
     void cacheAnswersWhileNothingIsHeld();
+    void unwritableCopyIsLogged_data();
     void unwritableCopyIsLogged();
     void failedFetchChangesNothing_data();
     void failedFetchChangesNothing();
@@ -144,20 +145,31 @@ void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
     QVERIFY(!m_manager->termsOfService());
 }
 
+void tst_TVRDocumentManager::unwritableCopyIsLogged_data()
+{
+    QTest::addColumn<QString>("blocked");
+    QTest::newRow("a file has the folder's name") << u"/Tovra"_s;
+    QTest::newRow("a folder has the copy's name") << u"/Tovra/kTVRTermsOfServiceDataPath.json"_s;
+}
+
 void tst_TVRDocumentManager::unwritableCopyIsLogged()
 {
-    // The copies' folder cannot be made: a file has its name.
+    QFETCH(QString, blocked);
+
     const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    const QString folder = config + u"/Tovra"_s;
-    QDir(folder).removeRecursively();
-    QVERIFY(QDir().mkpath(config));
-    QFile blocker(folder);
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    QDir(config + u"/Tovra"_s).removeRecursively();
+    QVERIFY(QDir().mkpath(QFileInfo(config + blocked).absolutePath()));
+    if (blocked.endsWith(u".json"_s)) {
+        QVERIFY(QDir().mkpath(config + blocked));
+    } else {
+        QFile blocker(config + blocked);
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+    }
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Keeping kTVRTermsOfServiceDataPath failed: "_s));
     RecordingDelegate delegate;
     const bool fetched = fetchTerms(delegate);
-    QFile::remove(folder);
+    QFile::remove(config + u"/Tovra"_s);
+    QDir(config + u"/Tovra"_s).removeRecursively();
     QVERIFY(fetched);
     // The reply is still the document, for this launch.
     QCOMPARE(delegate.calls, QStringList{u"finished"_s});
