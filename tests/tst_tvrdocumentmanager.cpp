@@ -81,6 +81,8 @@ private Q_SLOTS:
     void unwritableCopyIsLogged();
     void failedFetchChangesNothing_data();
     void failedFetchChangesNothing();
+    void replyOfTheLimitIsTaken_data();
+    void replyOfTheLimitIsTaken();
     void anyReplyIsAnAnswer_data();
     void anyReplyIsAnAnswer();
     void delegateIsHeldWeakly();
@@ -195,15 +197,9 @@ void tst_TVRDocumentManager::failedFetchChangesNothing_data()
         << TestReply::json(200, json) << qint64(2048) << int(QNetworkReply::UnknownContentError)
         << u"The reply of %1 bytes is larger than the limit of 2048 bytes"_s.arg(json.size());
     // No length is announced: the bytes received tell.
-    TestReply chunked = TestReply::json(200, {});
-    chunked.headers.append(qMakePair(QByteArray("Transfer-Encoding"), QByteArray("chunked")));
-    for (qsizetype at = 0; at < json.size(); at += 1000) {
-        const QByteArray chunk = json.mid(at, 1000);
-        chunked.body += QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n";
-    }
-    chunked.body += "0\r\n\r\n";
     QTest::newRow("over the limit, chunked")
-        << chunked << qint64(2048) << int(QNetworkReply::UnknownContentError) << u"more than the limit of 2048 bytes"_s;
+        << TestReply::chunked(200, json) << qint64(2048) << int(QNetworkReply::UnknownContentError)
+        << u"more than the limit of 2048 bytes"_s;
 }
 
 void tst_TVRDocumentManager::failedFetchChangesNothing()
@@ -229,6 +225,30 @@ void tst_TVRDocumentManager::failedFetchChangesNothing()
     QVERIFY2(error.message().contains(message), qPrintable(error.message()));
     QCOMPARE(m_manager->termsOfService(), held);
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), before);
+}
+
+void tst_TVRDocumentManager::replyOfTheLimitIsTaken_data()
+{
+    QTest::addColumn<bool>("chunked");
+    QTest::newRow("announced by Content-Length") << false;
+    QTest::newRow("chunked") << true;
+}
+
+// A reply of exactly the largest size taken is the document.
+void tst_TVRDocumentManager::replyOfTheLimitIsTaken()
+{
+    QFETCH(bool, chunked);
+
+    const QJsonObject document = documentJson(u"Edge"_s, 20);
+    const QByteArray json = compact(document);
+    m_server.reply(chunked ? TestReply::chunked(200, json) : TestReply::json(200, json));
+    TVRManager::setMaximumReplySize(json.size());
+    RecordingDelegate delegate;
+    const bool ended = fetchTerms(delegate);
+    TVRManager::setMaximumReplySize(0);
+    QVERIFY(ended);
+    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(document));
 }
 
 void tst_TVRDocumentManager::anyReplyIsAnAnswer_data()

@@ -30,6 +30,18 @@ TestReply TestReply::json(int status, const QByteArray &body)
     return reply;
 }
 
+TestReply TestReply::chunked(int status, const QByteArray &body)
+{
+    TestReply reply = json(status, {});
+    reply.headers.append({QByteArray("Transfer-Encoding"), QByteArray("chunked")});
+    for (qsizetype at = 0; at < body.size(); at += 1000) {
+        const QByteArray chunk = body.mid(at, 1000);
+        reply.body += QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n";
+    }
+    reply.body += "0\r\n\r\n";
+    return reply;
+}
+
 TestReply TestReply::dropped()
 {
     TestReply reply;

@@ -42,6 +42,8 @@ struct TestReply
     bool held = false; // sent only when the test calls releaseHeld()
 
     static TestReply json(int status, const QByteArray &body);
+    // \a body sent in chunks of 1,000 bytes, with no length announced.
+    static TestReply chunked(int status, const QByteArray &body);
     static TestReply dropped();
 };
 
