@@ -44,6 +44,8 @@ private Q_SLOTS:
     void redirectWithinServiceIsFollowed();
     void unknownMethodIsNotSent_data();
     void unknownMethodIsNotSent();
+    void errorsAreEqualInDomainCodeAndMessage_data();
+    void errorsAreEqualInDomainCodeAndMessage();
 
 private:
     // Waits until the request has been answered and its reply is gone, so that a second
@@ -449,6 +451,31 @@ void tst_TVRNetworkManager::unknownMethodIsNotSent()
     QCOMPARE(outcome->error.domain(), TVRError::kitDomain());
     QVERIFY(!outcome->calledTooEarly);
     QCOMPARE(m_server.requests().size(), requestsBefore);
+}
+
+void tst_TVRNetworkManager::errorsAreEqualInDomainCodeAndMessage_data()
+{
+    QTest::addColumn<TVRError>("other");
+    QTest::addColumn<bool>("equal");
+    const TVRError error(TVRError::networkDomain(), 1, u"refused"_s);
+    QTest::newRow("a copy") << TVRError(error) << true;
+    QTest::newRow("made alike") << TVRError(TVRError::networkDomain(), 1, u"refused"_s) << true;
+    QTest::newRow("another domain") << TVRError(TVRError::kitDomain(), 1, u"refused"_s) << false;
+    QTest::newRow("another code") << TVRError(TVRError::networkDomain(), 2, u"refused"_s) << false;
+    QTest::newRow("another message") << TVRError(TVRError::networkDomain(), 1, u"reset"_s) << false;
+    QTest::newRow("no error") << TVRError() << false;
+}
+
+void tst_TVRNetworkManager::errorsAreEqualInDomainCodeAndMessage()
+{
+    QFETCH(TVRError, other);
+    QFETCH(bool, equal);
+
+    const TVRError error(TVRError::networkDomain(), 1, u"refused"_s);
+    QCOMPARE(error == other, equal);
+    QCOMPARE(other == error, equal);
+    QCOMPARE(error != other, !equal);
+    QVERIFY(other == other);
 }
 
 QTEST_MAIN(tst_TVRNetworkManager)
