@@ -549,11 +549,18 @@ TestCase {
         compare(agreed.count, 2);
     }
 
-    function test_agreementCheckShowsThePageOverThisWindow() {
+    function test_agreementCheckShowsThePageOverThisWindow_data() {
+        return [{ tag: "this window has the focus", elsewhere: false },
+                { tag: "a window of another kind has the focus", elsewhere: true }];
+    }
+
+    function test_agreementCheckShowsThePageOverThisWindow(data) {
         const content = testCase.Window.window.contentItem;
         const pages = () => Array.from(content.children).filter(item => item.objectName === "TovraAgreementPage");
         compare(pages().length, 0);
+        verify(service.focusPlainWindow(data.elsewhere));
         service.answerNotCompliant(3);
+        service.focusPlainWindow(false);
         compare(pages().length, 1);
         const page = pages()[0];
         compare(page.title, "Terms of Service");

@@ -18,7 +18,11 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QTest>
 #include <QtQuickTest>
+#include <QWindow>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -142,6 +146,19 @@ public:
         button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         return true;
     }
+    //! A window that is not a Qt Quick one takes the focus, or gives it back when \a focused is false.
+    Q_INVOKABLE bool focusPlainWindow(bool focused)
+    {
+        if (!focused) {
+            m_plainWindow.reset();
+            return true;
+        }
+        m_plainWindow = std::make_unique<QWindow>();
+        m_plainWindow->show();
+        m_plainWindow->requestActivate();
+        return QTest::qWaitForWindowActive(m_plainWindow.get())
+            && QGuiApplication::focusWindow() == m_plainWindow.get();
+    }
     //! The application's layout direction, as a host in a right-to-left language sets it.
     Q_INVOKABLE void setRightToLeft(bool rightToLeft)
     {
@@ -177,6 +194,7 @@ private:
         for (int i = 0; i < node->childCount(); ++i)
             walk(node->child(i), depth + 1, lines);
     }
+    std::unique_ptr<QWindow> m_plainWindow;
     int m_sections = 30;
     bool m_unevenBodies = false;
     int m_repeats = 2;
