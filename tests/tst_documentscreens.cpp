@@ -399,9 +399,21 @@ void tst_DocumentScreens::modality()
     if (navigation) {
         auto *left = navigation->navigationBar()->findChildren<QToolButton *>().constFirst();
         QCOMPARE(left->isVisible() && left->text() == u"Close"_s, modal);
-        if (setting == u"presented navigation"_s)
+        if (setting == u"presented navigation"_s) {
             QVERIFY(saveScreenshot(navigation, u"terms-presented"_s));
-        else if (setting == u"pushed"_s)
+            // The bar is filled with its colour, and Close lies flat on it, without a frame.
+            QWidget *bar = navigation->navigationBar();
+            const QImage shot = bar->grab().toImage();
+            const qreal ratio = shot.devicePixelRatio();
+            const QColor fill = bar->palette().color(QPalette::Window);
+            QCOMPARE_NE(fill, screen->tableView()->palette().color(QPalette::Base));
+            const QRect close = left->geometry();
+            const QPoint center = close.center();
+            for (const QPoint &at :
+                 {QPoint(bar->width() * 3 / 4, 2), QPoint(close.left(), center.y()), QPoint(close.right(), center.y()),
+                  QPoint(center.x(), close.top()), QPoint(center.x(), close.bottom())})
+                QCOMPARE(shot.pixelColor(at * ratio), fill);
+        } else if (setting == u"pushed"_s)
             QVERIFY(saveScreenshot(host, u"terms-pushed"_s));
     }
 }
