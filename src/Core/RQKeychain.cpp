@@ -34,13 +34,12 @@ bool RQKeychain::saveValue(const QVariant &value, const QString &key, const QStr
 
     // Archiving cannot touch the keychain, so a value that cannot be archived leaves the
     // stored item as it was.
-    bool archived = false;
-    const QByteArray data = TVRArchiver::archivedData(value, &archived);
-    if (!archived)
+    const std::optional<QByteArray> data = TVRArchiver::archivedData(value);
+    if (!data)
         return false;
 
     deleteValueForKey(key, accessGroup);
-    query.insert(kSecValueData, data);
+    query.insert(kSecValueData, *data);
     return TVRSecureItemStore::defaultStore()->add(query, nullptr) == errSecSuccess;
 }
 

@@ -41,18 +41,17 @@ bool isArchivable(int typeId)
 }
 } // namespace
 
-QByteArray TVRArchiver::archivedData(const QVariant &object, bool *ok)
+std::optional<QByteArray> TVRArchiver::archivedData(const QVariant &object)
 {
-    if (!isArchivable(object.metaType().id())) {
-        *ok = false;
-        return {};
-    }
+    if (!isArchivable(object.metaType().id()))
+        return std::nullopt;
     QByteArray data;
     QDataStream out(&data, QIODevice::WriteOnly);
     out.setVersion(StreamVersion);
     out << ArchiveMagic << ArchiveFormat << object;
-    *ok = out.status() == QDataStream::Ok;
-    return *ok ? data : QByteArray();
+    if (out.status() != QDataStream::Ok)
+        return std::nullopt;
+    return data;
 }
 
 QVariant TVRArchiver::unarchivedObject(const QByteArray &data, QString *errorMessage)

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 /*
     Turns a QVariant into bytes for the keychain and back: a magic number, a format
     version, then the QVariant in a QDataStream of a fixed version. Plain values only:
@@ -17,8 +19,8 @@
 class TVRArchiver
 {
 public:
-    // The archive of \a object; empty, with \a ok false, when it is not a plain value.
-    static QByteArray archivedData(const QVariant &object, bool *ok);
+    // The archive of \a object; none when it is not a plain value.
+    static std::optional<QByteArray> archivedData(const QVariant &object);
 
     // The object in \a data. When \a data is not an archive of this format, the result is
     // null and \a errorMessage says why; otherwise \a errorMessage is left null.
