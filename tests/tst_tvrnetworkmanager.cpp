@@ -97,6 +97,9 @@ void tst_TVRNetworkManager::serviceAddress_data()
     QTest::newRow("http on 127.0.0.0/8") << u"http://127.1.2.3"_s << u"http://127.1.2.3"_s;
     QTest::newRow("http on 127 mapped to IPv6") << u"http://[::ffff:127.0.0.1]"_s << u"http://[::ffff:127.0.0.1]"_s;
     QTest::newRow("http on a LAN address") << u"http://192.168.1.2"_s << QString();
+    QTest::newRow("http on 127.0.0.255") << u"http://127.0.0.255"_s << u"http://127.0.0.255"_s;
+    QTest::newRow("http on a name like 127.0.0.256") << u"http://127.0.0.256"_s << QString();
+    QTest::newRow("http on a name like 127.0.0.x") << u"http://127.0.0.x"_s << QString();
     QTest::newRow("http on a host named 127") << u"http://127.example.com"_s << QString();
     QTest::newRow("http on another IPv6 address") << u"http://[::2]"_s << QString();
     QTest::newRow("another scheme") << u"ftp://legal.example.com"_s << QString();
