@@ -82,6 +82,8 @@ private Q_SLOTS:
     void activateApp();
     void complianceAnswer_data();
     void complianceAnswer();
+    void screensGoOverTheWindowThatLasts_data();
+    void screensGoOverTheWindowThatLasts();
     void failureIsLogged();
     void factoriesMakeNewScreens();
 
@@ -227,6 +229,50 @@ void tst_Agreement::activateApp()
     QCOMPARE(m_server.requests().size(), before + 1);
     QVERIFY(visibleWindows().isEmpty());
     TVRManager::logout();
+}
+
+void tst_Agreement::screensGoOverTheWindowThatLasts_data()
+{
+    QTest::addColumn<int>("type"); // of the window in front of the main window
+    QTest::addColumn<bool>("parented");
+    QTest::addColumn<bool>("passes"); // the main window lasts, not the one in front
+    QTest::addColumn<bool>("inFront"); // with no window active, it is the one in front
+
+    QTest::newRow("dialog") << int(Qt::Dialog) << true << true << true;
+    QTest::newRow("dialog of its own") << int(Qt::Dialog) << false << true << true;
+    QTest::newRow("sheet") << int(Qt::Sheet) << true << true << true;
+    QTest::newRow("tool window") << int(Qt::Tool) << true << true << true;
+    QTest::newRow("tool window of its own") << int(Qt::Tool) << false << true << true;
+    QTest::newRow("popup") << int(Qt::Popup) << true << true << false;
+    QTest::newRow("window of its own") << int(Qt::Window) << true << false << true;
+    QTest::newRow("splash screen") << int(Qt::SplashScreen) << false << false << false;
+    QTest::newRow("tool tip") << int(Qt::ToolTip) << true << false << false;
+}
+
+void tst_Agreement::screensGoOverTheWindowThatLasts()
+{
+    QFETCH(int, type);
+    QFETCH(bool, parented);
+    QFETCH(bool, passes);
+    QFETCH(bool, inFront);
+
+    QMainWindow main;
+    main.show();
+    QWidget front(parented ? &main : nullptr, Qt::WindowType(type));
+    auto *inside = new QWidget(&front);
+    front.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&front));
+    QWidget *const lasting = passes ? &main : &front;
+    QCOMPARE(TVRViewController::mainWindowOf(&front), lasting);
+    QCOMPARE(TVRViewController::mainWindowOf(inside), lasting);
+    QCOMPARE(TVRViewController::mainWindowOf(nullptr), nullptr);
+    // Without an active window, the first shown one that is no popup, tip or splash screen.
+    QApplication::setActiveWindow(nullptr);
+    QWidget *key = TVRViewController::keyWindow();
+    QVERIFY(key == &main || (inFront && key == &front));
+    front.hide();
+    main.hide();
+    QCOMPARE(TVRViewController::keyWindow(), nullptr);
 }
 
 void tst_Agreement::complianceAnswer_data()
