@@ -127,6 +127,7 @@ void tst_Accessibility::cleanup()
 TVRDocumentViewController *tst_Accessibility::show(const QString &kind)
 {
     m_host = new HostScreen;
+    m_host->setWindowTitle(u"Host"_s);
     m_host->setGeometry(QGuiApplication::primaryScreen()->geometry());
     m_host->show();
     TVRDocumentViewController *screen = nullptr;
@@ -187,7 +188,9 @@ void tst_Accessibility::screenReaderWalk()
         QCOMPARE(window->role(), QAccessible::Dialog);
         QCOMPARE(window->text(QAccessible::Name), dialog);
     } else {
+        // Not presented, the window keeps the name its own title gives it.
         QVERIFY(window->role() != QAccessible::Dialog);
+        QCOMPARE(window->text(QAccessible::Name), screen->window()->windowTitle());
     }
 
     // The document is a list: the header with its date as static text, then one item per
@@ -208,6 +211,8 @@ void tst_Accessibility::screenReaderWalk()
         QAccessibleInterface *item = list->child(i + 1);
         QCOMPARE(item->role(), QAccessible::ListItem);
         QCOMPARE(item->text(QAccessible::Name), expected.at(i));
+        QCOMPARE(item->text(QAccessible::Value), expected.at(i));
+        QVERIFY(item->text(QAccessible::Description).isEmpty());
         // A heading is read once, as the item; a body's editable text is the item's child.
         const bool body = expected.at(i).contains(appName);
         QCOMPARE(item->childCount(), body ? 1 : 0);
