@@ -12,6 +12,7 @@
 #include <QAccessibleWidget>
 
 #include <algorithm>
+#include <mutex>
 
 namespace {
 
@@ -163,11 +164,8 @@ QAccessibleInterface *factory(const QString &className, QObject *object)
 
 void TVRAccessible::install()
 {
-    static const bool installed = [] {
-        QAccessible::installFactory(factory);
-        return true;
-    }();
-    Q_UNUSED(installed)
+    static std::once_flag installed;
+    std::call_once(installed, [] { QAccessible::installFactory(factory); });
 }
 
 void TVRAccessible::rowsChanged(TVRTableView *table)

@@ -71,6 +71,6 @@ private:
 void TVRFocusRing::attach(QWidget *target)
 {
     // Once per widget. (The ring has no meta-object of its own: it is found by its name.)
-    if (target && !target->findChild<QWidget *>(QStringLiteral("TVRFocusRing"), Qt::FindDirectChildrenOnly))
+    if (!target->findChild<QWidget *>(QStringLiteral("TVRFocusRing"), Qt::FindDirectChildrenOnly))
         new FocusRing(target);
 }

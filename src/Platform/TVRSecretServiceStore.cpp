@@ -18,6 +18,8 @@
 #include <QMap>
 #include <QMutex>
 
+#include <mutex>
+
 using namespace TVRSecItem;
 using namespace TVRKeychainLimits;
 
@@ -86,12 +88,11 @@ QDBusConnection connection()
 {
     static QMutex lock;
     const QMutexLocker locker(&lock);
-    static const bool typesRegistered = [] {
+    static std::once_flag typesRegistered;
+    std::call_once(typesRegistered, [] {
         qDBusRegisterMetaType<Attributes>();
         qDBusRegisterMetaType<Secret>();
-        return true;
-    }();
-    Q_UNUSED(typesRegistered)
+    });
     QDBusConnection bus(connectionName);
     if (bus.isConnected())
         return bus;

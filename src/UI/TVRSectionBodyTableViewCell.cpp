@@ -15,6 +15,7 @@
 #include <QPointer>
 #include <QTextEdit>
 
+#include <mutex>
 #include <optional>
 
 class TVRPaintedBodyView;
@@ -181,11 +182,8 @@ void TVRSectionBodyTableViewCell::setSection(std::shared_ptr<TVRSection> section
     setAccessibleName(body);
     if (!d->bodyTextView) {
         if (!d->paintedBodyView) {
-            static const bool accessible = [] {
-                QAccessible::installFactory(paintedBodyAccessible);
-                return true;
-            }();
-            Q_UNUSED(accessible)
+            static std::once_flag accessible;
+            std::call_once(accessible, [] { QAccessible::installFactory(paintedBodyAccessible); });
             d->paintedBodyView = new TVRPaintedBodyView(this, d->font, d->color);
             placeInContentView(d->paintedBodyView);
         }
