@@ -136,9 +136,12 @@ TVRDocumentViewController *tst_Accessibility::show(const QString &kind)
         m_host->view()->layout()->addWidget(navigation);
         screen = TVRManager::termsOfServiceViewController();
         navigation->pushViewController(screen);
-    } else if (kind == u"privacy, presented"_s) {
+    } else if (kind.startsWith(u"privacy, presented"_s)) {
         screen = TVRManager::privacyPolicyViewController();
-        m_host->presentViewController(new TVRNavigationController(screen));
+        if (kind.endsWith(u"alone"_s))
+            m_host->presentViewController(screen);
+        else
+            m_host->presentViewController(new TVRNavigationController(screen));
     } else {
         auto *agreement = new TVRTermsViewController(std::make_shared<TVRDocument>(m_terms));
         // As a host that wants the reader to reach the end before answering.
@@ -167,6 +170,8 @@ void tst_Accessibility::screenReaderWalk_data()
                                    << QString();
     QTest::newRow("privacy, presented") << u"privacy, presented"_s << u"Privacy Policy"_s << QStringList{u"Close"_s}
                                         << QStringList() << u"Close"_s;
+    QTest::newRow("privacy, presented alone")
+        << u"privacy, presented alone"_s << u"Privacy Policy"_s << QStringList() << QStringList() << QString();
     QTest::newRow("agreement") << u"agreement"_s << u"Terms of Service"_s << QStringList()
                                << QStringList{u"Disagree"_s, u"Agree"_s} << u"Agree"_s;
 }
@@ -187,6 +192,7 @@ void tst_Accessibility::screenReaderWalk()
     if (!dialog.isNull()) {
         QCOMPARE(window->role(), QAccessible::Dialog);
         QCOMPARE(window->text(QAccessible::Name), dialog);
+        QVERIFY(window->text(QAccessible::Description).isEmpty());
     } else {
         // Not presented, the window keeps the name its own title gives it.
         QVERIFY(window->role() != QAccessible::Dialog);
