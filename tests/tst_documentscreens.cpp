@@ -413,6 +413,9 @@ void tst_DocumentScreens::modality()
                  {QPoint(bar->width() * 3 / 4, 2), QPoint(close.left(), center.y()), QPoint(close.right(), center.y()),
                   QPoint(center.x(), close.top()), QPoint(center.x(), close.bottom())})
                 QCOMPARE(shot.pixelColor(at * ratio), fill);
+            // Turned right to left while shown, Close moves to the bar's right end.
+            navigation->setLayoutDirection(Qt::RightToLeft);
+            QCOMPARE(left->geometry().right(), bar->width() - 1 - close.left());
         } else if (setting == u"pushed"_s)
             QVERIFY(saveScreenshot(host, u"terms-pushed"_s));
     }
