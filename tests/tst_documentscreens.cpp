@@ -18,6 +18,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolButton>
@@ -423,14 +424,30 @@ void tst_DocumentScreens::modality()
 
 void tst_DocumentScreens::tabsWithoutScreensSelectNone()
 {
-    // A tab bar controller with no screens, as made or emptied, has none selected.
+    // A tab bar controller with no screens, as made or emptied, has none selected; an
+    // index past either end changes nothing.
     TVRTabBarController tabs;
     QCOMPARE(tabs.selectedViewController(), nullptr);
-    auto *screen = new TVRViewController;
-    tabs.setViewControllers({screen});
-    QCOMPARE(tabs.selectedViewController(), screen);
+    auto *second = new TVRViewController;
+    tabs.setViewControllers({new TVRViewController, second});
+    tabs.setSelectedIndex(1);
+    tabs.setSelectedIndex(-1);
+    tabs.setSelectedIndex(2);
+    QCOMPARE(tabs.selectedViewController(), second);
+    // Shown, the tabs share the whole bar.
+    tabs.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    tabs.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tabs));
+    QCOMPARE(tabs.tabBar()->tabRect(0).width() + tabs.tabBar()->tabRect(1).width(), tabs.tabBar()->width());
     tabs.setViewControllers({});
     QCOMPARE(tabs.selectedViewController(), nullptr);
+
+    // A navigation controller takes a screen once, and no null one.
+    auto *root = new TVRViewController;
+    TVRNavigationController navigation(root);
+    navigation.pushViewController(nullptr);
+    navigation.pushViewController(root);
+    QCOMPARE(navigation.viewControllers(), QList<TVRViewController *>{root});
 }
 
 void tst_DocumentScreens::completionsGoToTheLastScreen()
