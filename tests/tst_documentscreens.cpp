@@ -211,6 +211,17 @@ void tst_DocumentScreens::cellsAreReused()
     QCOMPARE(top->bodyTextView(), subview);
     QCOMPARE(top->findChildren<QTextEdit *>().size(), 1);
     QCOMPARE(table.viewport()->findChildren<TVRTableViewCell *>().size(), model.made);
+
+    // At the top, a header that grows pushes the rows down, and the view stays at the top.
+    table.verticalScrollBar()->setValue(0);
+    auto *header = new QWidget;
+    header->setFixedHeight(44);
+    table.setTableHeaderView(header);
+    table.reloadData();
+    header->setFixedHeight(80);
+    table.reloadData();
+    QCOMPARE(table.verticalScrollBar()->value(), 0);
+    QCOMPARE(table.cellForRowAtIndexPath({0, 0})->y(), 80);
 }
 
 void tst_DocumentScreens::estimatesSettleWithoutAJump()
