@@ -167,7 +167,7 @@ void TVRTableViewPrivate::measureAroundView()
 {
     // Half a view above and below, so that rows scrolled in come measured. Measuring moves
     // the rows after the measured ones, and may bring others in: until nothing changes.
-    for (int pass = 0; pass < 8 && firstEstimated < rows.size(); ++pass) {
+    for (int pass = 0; pass < 8; ++pass) {
         const int offset = q->verticalScrollBar()->value();
         const int height = q->viewport()->height();
         const int from = offset - height / 2;
