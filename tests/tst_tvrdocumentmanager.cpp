@@ -282,6 +282,8 @@ void tst_TVRDocumentManager::anyReplyIsAnAnswer_data()
     QTest::newRow("4.8 MB document, under the limit") << 200 << compact(large) << QJsonValue(large);
     QTest::newRow("byte order mark and blanks") << 200 << "\xef\xbb\xbf \r\n" + compact(typed) << QJsonValue(typed);
     QTest::newRow("an array") << 200 << QByteArray(" [1,2]") << QJsonValue(QJsonArray{1, 2});
+    QTest::newRow("an array after a byte order mark")
+        << 200 << QByteArray("\xef\xbb\xbf[1,2]") << QJsonValue(QJsonArray{1, 2});
 
     // No JSON: the held document is one without content, and the copy stays.
     const QJsonValue stays(QJsonValue::Undefined);
