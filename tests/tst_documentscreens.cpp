@@ -549,6 +549,13 @@ void tst_DocumentScreens::subviewWritersReplacePlaceAndOwn()
     showInNavigation(early);
     QTRY_VERIFY(earlyToolbar->isVisible());
     QCOMPARE(earlyToolbar->window(), early->window());
+    // A table replaced on a screen without a header.
+    TVRTermsViewController headless(document);
+    headless.tableView();
+    headless.setHeaderView(nullptr);
+    auto *laterTable = new TVRTableView;
+    headless.setTableView(laterTable);
+    QCOMPARE(headless.tableView(), laterTable);
 
     // Given to a shown screen, each replaces the one before, which goes at once: the toolbar
     // under the table, and the table, keeping the rows and the header, each in the old one's
