@@ -70,8 +70,8 @@ void tst_KeychainStores::itemLifecycle()
         {kSecClass, kSecClassGenericPassword}, {kSecAttrService, u"tovra.stores"_s}, {kSecAttrAccount, account}};
     if (group.isValid())
         query.insert(kSecAttrAccessGroup, group);
-    const QVariantMap identity{
-        {kSecClass, kSecClassGenericPassword}, {kSecAttrService, u"tovra.stores"_s}, {kSecAttrAccount, account}};
+    QVariantMap identity = query; // what the store hands back: no group
+    identity.remove(kSecAttrAccessGroup);
     const QByteArray bytes("a\0b\xff", 4);
     const QVariant untouched(u"untouched"_s);
 
