@@ -75,26 +75,19 @@ class Service : public QObject
 
 public:
     //! The next replies hold \a sections sections, their bodies of different lengths when
-    //! \a unevenBodies.
-    Q_INVOKABLE void setSections(int sections, bool unevenBodies = false)
+    //! \a unevenBodies, else each their sentence \a repeats times.
+    Q_INVOKABLE void setSections(int sections, bool unevenBodies = false, int repeats = 2)
     {
         m_sections = sections;
         m_unevenBodies = unevenBodies;
-        m_repeats = 2;
+        m_repeats = repeats;
     }
-    //! The next replies' bodies hold their sentence \a repeats times.
-    Q_INVOKABLE void setBodyRepeats(int repeats) { m_repeats = repeats; }
-    //! The Terms of Service held have \a sections sections, as a copy kept from an earlier launch.
+    //! The Terms of Service held have \a sections sections, as a copy kept from an earlier
+    //! launch, or are an empty document with none, as in a first launch before any reply.
     Q_INVOKABLE void holdTerms(int sections)
     {
         TVRDocumentManager::sharedInstance()->setTermsOfService(
-            std::make_shared<TVRDocument>(documentJson(u"Kept"_s, sections)));
-    }
-    //! The documents held are empty ones, as in a first launch before any reply.
-    Q_INVOKABLE void forgetDocuments()
-    {
-        TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject()));
-        TVRDocumentManager::sharedInstance()->setPrivacyPolicy(std::make_shared<TVRDocument>(QJsonObject()));
+            std::make_shared<TVRDocument>(sections > 0 ? documentJson(u"Kept"_s, sections) : QJsonObject()));
     }
     //! The next replies are written in \a name: Latin (the default), Arabic, Hebrew, CJK, or
     //! "long words".
