@@ -75,17 +75,13 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void emptyServicesSendNothingAndHoldDelegatesWeakly();
-    void screenHandsItsDocumentOver();
-    void toolbar();
+    void servicesAndScreensSendNothing();
     void activateApp_data();
     void activateApp();
     void complianceAnswer_data();
     void complianceAnswer();
     void screensGoOverTheWindowThatLasts_data();
     void screensGoOverTheWindowThatLasts();
-    void failureIsLogged();
-    void factoriesMakeNewScreens();
 
 private:
     // Sends one real request through the test session and waits for it: whatever the
@@ -135,18 +131,27 @@ void tst_Agreement::flushRequests()
     QTRY_COMPARE(flush->calls(), 1);
 }
 
-void tst_Agreement::emptyServicesSendNothingAndHoldDelegatesWeakly()
+void tst_Agreement::servicesAndScreensSendNothing()
 {
-    // (That the user status service sends nothing and tells no delegate, activateApp checks.)
+    // The agreement service sends nothing and holds its delegate weakly, as the user status
+    // service does. (That the latter sends nothing and tells no delegate, activateApp checks.)
     auto *users = new RecordingUserDelegate;
     auto *agreements = new AgreementDelegate;
     TVRUserManager::sharedInstance()->setDelegate(users);
     TVRAgreementManager::sharedInstance()->setDelegate(agreements);
     QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), agreements);
-
     const int before = m_server.requests().size();
     TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
     TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
+
+    // An agreement screen hands its document over; loading its view makes the screen no
+    // delegate and starts no fetch.
+    const auto given = document(u"given"_s, 2);
+    TVRTermsViewController screen(given);
+    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
+    TVRDocumentManager::sharedInstance()->setDelegate(nullptr);
+    screen.view();
+    QVERIFY(!TVRDocumentManager::sharedInstance()->delegate());
     flushRequests();
     QCOMPARE(m_server.requests().size(), before + 1);
 
@@ -154,52 +159,18 @@ void tst_Agreement::emptyServicesSendNothingAndHoldDelegatesWeakly()
     delete agreements;
     QVERIFY(!TVRUserManager::sharedInstance()->delegate());
     QVERIFY(!TVRAgreementManager::sharedInstance()->delegate());
-}
-
-void tst_Agreement::screenHandsItsDocumentOver()
-{
-    const auto given = document(u"given"_s, 2);
-    TVRTermsViewController screen(given);
-    QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
-    QVERIFY(!screen.isViewLoaded());
-
-    // Loading its view makes the screen no delegate and starts no fetch.
-    const int before = m_server.requests().size();
-    TVRDocumentManager::sharedInstance()->setDelegate(nullptr);
-    screen.view();
-    QVERIFY(!TVRDocumentManager::sharedInstance()->delegate());
-    flushRequests();
-    QCOMPARE(m_server.requests().size(), before + 1);
-
     TVRTermsViewController cleared(nullptr);
     QVERIFY(!TVRDocumentManager::sharedInstance()->termsOfService());
-}
 
-void tst_Agreement::toolbar()
-{
-    auto *screen = new TVRTermsViewController(document(u"doc"_s, 3));
-    screen->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    screen->show();
-    QVERIFY(QTest::qWaitForWindowExposed(screen));
-
-    // 52 px on the bottom edge, full width; the table above it, down to it.
-    QToolBar *bar = screen->toolbar();
-    const QSize size = screen->view()->size();
-    QTRY_COMPARE(bar->geometry(), QRect(0, size.height() - 52, size.width(), 52));
-    QCOMPARE(screen->tableView()->geometry(), QRect(0, 0, size.width(), size.height() - 52));
-    // Disagree at the left end and Agree at the right one, as drawn, neither bold. (That
-    // they do nothing, complianceAnswer checks.)
-    QWidget *disagree = bar->widgetForAction(screen->disagreeBarButtonItem());
-    auto *agree = qobject_cast<QToolButton *>(bar->widgetForAction(screen->agreeBarButtonItem()));
-    QVERIFY(agree && qobject_cast<QToolButton *>(disagree));
-    QCOMPARE(static_cast<QToolButton *>(disagree)->text(), u"Disagree"_s);
-    QCOMPARE(agree->text(), u"Agree"_s);
-    QVERIFY(disagree->geometry().left() < 40 && agree->geometry().right() > bar->width() - 40);
-    QVERIFY(!disagree->font().bold() && !agree->font().bold());
-    // Between the two, the bar is painted in its own colour, not the page's under it.
-    const QImage shot = screen->grab().toImage();
-    const QColor painted = shot.pixelColor(bar->geometry().center() * shot.devicePixelRatio());
-    QCOMPARE(painted, bar->palette().color(QPalette::Window));
+    // The factories make a new screen on each call, without parent, navigation controller or window.
+    std::unique_ptr<TVRTermsOfServiceViewController> terms(TVRManager::termsOfServiceViewController());
+    std::unique_ptr<TVRTermsOfServiceViewController> moreTerms(TVRManager::termsOfServiceViewController());
+    std::unique_ptr<TVRPrivacyPolicyViewController> privacy(TVRManager::privacyPolicyViewController());
+    std::unique_ptr<TVRPrivacyPolicyViewController> morePrivacy(TVRManager::privacyPolicyViewController());
+    QVERIFY(terms && privacy && terms != moreTerms && privacy != morePrivacy);
+    for (QWidget *made : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())})
+        QVERIFY(!made->isVisible() && !made->parent());
+    QVERIFY(!terms->navigationController());
 }
 
 void tst_Agreement::activateApp_data()
@@ -218,9 +189,13 @@ void tst_Agreement::activateApp()
     TVRManager::setUserIdentifier(identifier);
     TVRUserManager::sharedInstance()->setDelegate(nullptr);
     const int before = m_server.requests().size();
+    // A failed status check is logged, and nothing more.
+    lines << u"ERROR: Error Domain=QNetworkReply Code=1 \"Connection refused\""_s;
     for (const QString &line : std::as_const(lines))
         QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
     TVRManager::activateApp();
+    TVRManager::sharedInstance()->userManagerDidFailWithError(
+        TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 1, u"Connection refused"_s));
     QCOMPARE(kitLines, lines);
     // With a user, the manager hears the (empty) status service's answer; nothing is sent or shown.
     QCOMPARE(TVRUserManager::sharedInstance()->delegate(),
@@ -369,6 +344,21 @@ void tst_Agreement::complianceAnswer()
     QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
     if (QTest::currentDataTag() == "not compliant"_ba)
         QVERIFY(saveScreenshot(navigation, u"agreement"_s));
+    // Its toolbar: 52 px on the bottom edge, full width, the table down to it; Disagree at
+    // its left end and Agree at its right one, as drawn, neither bold, and between the two
+    // the bar painted in its own colour, not the page's under it. (Their texts in every
+    // language, tst_languages reads.)
+    QToolBar *bar = screen->toolbar();
+    const QSize size = screen->view()->size();
+    QTRY_COMPARE(bar->geometry(), QRect(0, size.height() - 52, size.width(), 52));
+    QCOMPARE(screen->tableView()->geometry(), QRect(0, 0, size.width(), size.height() - 52));
+    QWidget *disagree = bar->widgetForAction(screen->disagreeBarButtonItem());
+    QWidget *agree = bar->widgetForAction(screen->agreeBarButtonItem());
+    QVERIFY(disagree->geometry().left() < 40 && agree->geometry().right() > bar->width() - 40);
+    QVERIFY(!disagree->font().bold() && !agree->font().bold());
+    const QImage shot = screen->grab().toImage();
+    QCOMPARE(shot.pixelColor(bar->geometry().center() * shot.devicePixelRatio()),
+             bar->palette().color(QPalette::Window));
 
     // The passing dialog goes and the answers send nothing: the screen stays.
     delete dialog;
@@ -388,28 +378,6 @@ void tst_Agreement::complianceAnswer()
     QCOMPARE(sent, QStringList{u"/flush"_s});
     QCOMPARE(users.calls, 0);
     QVERIFY(navigation && navigation->isVisible());
-}
-
-void tst_Agreement::failureIsLogged()
-{
-    const TVRError error(TVRError::networkDomain(), 1, u"Connection refused"_s);
-    QTest::ignoreMessage(QtInfoMsg, "ERROR: Error Domain=QNetworkReply Code=1 \"Connection refused\"");
-    TVRManager::sharedInstance()->userManagerDidFailWithError(TVRUserManager::sharedInstance(), error);
-    QCOMPARE(kitLines.size(), 1);
-    QVERIFY(visibleWindows().isEmpty());
-}
-
-void tst_Agreement::factoriesMakeNewScreens()
-{
-    // A new screen on each call, without parent, navigation controller or window.
-    std::unique_ptr<TVRTermsOfServiceViewController> terms(TVRManager::termsOfServiceViewController());
-    std::unique_ptr<TVRTermsOfServiceViewController> moreTerms(TVRManager::termsOfServiceViewController());
-    std::unique_ptr<TVRPrivacyPolicyViewController> privacy(TVRManager::privacyPolicyViewController());
-    std::unique_ptr<TVRPrivacyPolicyViewController> morePrivacy(TVRManager::privacyPolicyViewController());
-    QVERIFY(terms && privacy && terms != moreTerms && privacy != morePrivacy);
-    for (QWidget *screen : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())})
-        QVERIFY(!screen->isVisible() && !screen->parent());
-    QVERIFY(!terms->navigationController());
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_Agreement, QSize(390, 844))
