@@ -64,8 +64,8 @@ TestCase {
     }
     // The same pixel's red, green and blue summed, 0 to 765.
     function darkest(image, x0, y0, w, h) {
-        const c = darkestPixel(image, x0, y0, w, h);
-        return c ? Math.round((c.r + c.g + c.b) * 255) : 765;
+        const c = darkestPixel(image, x0, y0, w, h) || white;
+        return Math.round((c.r + c.g + c.b) * 255);
     }
 
     // The pixel of a grabbed page \a x px across its list, a little below the top of where the
@@ -106,9 +106,8 @@ TestCase {
         const page = showPage(termsPage);
         const view = page.view;
         const parts = view.itemAtIndex(0).children[1].children[2];
-        verify(parts.visible, "the long body is not drawn in parts");
         const made = Array.from(parts.children).filter(part => part.children.length > 0 && part.children[0].item).length;
-        const all = parts.children.length - 1; // and the repeater
+        const all = parts.children.length - 1; // and the repeater; none when not drawn in parts
         verify(all > 10 && made > 0 && made < all / 2, made + " of " + all + " parts laid out at the start");
 
         const body = service.announced(page).find(line => line.includes("Body 1:"));
@@ -116,8 +115,7 @@ TestCase {
 
         view.forceActiveFocus();
         keyClick(Qt.Key_End);
-        tryVerify(() => view.atYEnd, 5000, "not at the end: " + view.contentY + " of "
-                  + (view.contentHeight + view.originY - view.height));
+        tryVerify(() => view.atYEnd, 5000, "not at the end: " + view.contentY);
         waitForItemPolished(view);
         const lastParts = view.itemAtIndex(view.count - 1).children[1].children[2];
         const lastPart = lastParts.children[lastParts.children.length - 2];
@@ -173,28 +171,6 @@ TestCase {
         verify(row.children[1].height >= editor.contentHeight);
     }
 
-    function test_aDragOnABodyScrollsTheList() {
-        const page = showPage(termsPage);
-        const view = page.view;
-        const row = view.itemAtIndex(1);
-        const body = bodyOf(row);
-        const top = view.contentY;
-        // Held mid-drag: the document follows, and a thin grey bar at its right edge shows
-        // where the reader is, with the page white beside it.
-        mousePress(body, 100, 10);
-        for (let dy = 10; dy <= 150; dy += 20)
-            mouseMove(body, 100, 10 - dy);
-        verify(view.moving && view.contentY > top + 30, "content moved from " + top + " to " + view.contentY);
-        const image = grabImage(page);
-        verify(besideBar(image, page, view.width - 3.5).r < 0.7, "no position bar while the document moves");
-        compare(besideBar(image, page, view.width - 9.5), white);
-        mouseRelease(body, 100, -140);
-        compare(editorOf(row), null);
-        // At rest, the bar goes.
-        tryVerify(() => !view.moving && besideBar(grabImage(page), page, view.width - 3.5).r === 1, 10000,
-                  "the position bar stays at rest");
-    }
-
     // What a screen reader finds, with each node's depth, under a shown page.
     function test_screenReaderReadsThePages() {
         const tree = service.announced(showPage(termsPage));
@@ -227,10 +203,11 @@ TestCase {
             { tag: "Down twice", keys: [Qt.Key_Down, Qt.Key_Down], screens: 0, steps: 2 },
             { tag: "Page Down, Down, Up, Up", keys: [Qt.Key_PageDown, Qt.Key_Down, Qt.Key_Up, Qt.Key_Up], screens: 1, steps: -1 },
             { tag: "Page Down, Home", keys: [Qt.Key_PageDown, Qt.Key_Home], screens: 0, steps: 0 },
-            { tag: "End", keys: [Qt.Key_End], screens: -1, steps: 0 },
             // Rows of many heights, known only once made.
             { tag: "End, uneven sections", keys: [Qt.Key_End], screens: -1, steps: 0, unevenSections: 90 },
             { tag: "Page Down, End, uneven sections", keys: [Qt.Key_PageDown, Qt.Key_End], screens: -1, steps: 0, unevenSections: 200 },
+            // Held mid-drag on a body, the document follows.
+            { tag: "a drag on a body", keys: [], drag: true },
         ];
     }
 
@@ -238,20 +215,38 @@ TestCase {
         if (data.unevenSections)
             service.setSections(data.unevenSections, true);
         const page = showPage(termsPage);
+        const view = page.view;
+        const row = view.itemAtIndex(1);
         page.forceActiveFocus();
-        verify(page.view.activeFocus, "the document does not have the focus");
-        const top = page.view.contentY;
+        verify(view.activeFocus, "the document does not have the focus");
+        const top = view.contentY;
         for (const key of data.keys)
             keyClick(Math.abs(key), key < 0 ? Qt.ShiftModifier : Qt.NoModifier);
-        if (data.screens < 0)
+        if (data.drag) {
+            mousePress(bodyOf(row), 100, 10);
+            for (let dy = 10; dy <= 150; dy += 20)
+                mouseMove(bodyOf(row), 100, 10 - dy);
+            verify(view.moving && view.contentY > top + 30, "content moved from " + top + " to " + view.contentY);
+        } else if (data.screens < 0) {
             verifyEndInView(page);
-        else if (data.screens === 0 && data.steps === 0)
-            compare(page.view.contentY, page.view.originY);
-        else
-            compare(page.view.contentY, top + data.screens * page.view.height + data.steps * 40);
-        // The position bar shows for a moment after a scroll by the keyboard too (grabbed at
-        // once: no event runs between the last key and the picture).
-        verify(besideBar(grabImage(page), page, page.view.width - 3.5).r < 0.7, "no position bar after the keys");
+        } else if (data.screens === 0 && data.steps === 0) {
+            compare(view.contentY, view.originY);
+        } else {
+            compare(view.contentY, top + data.screens * view.height + data.steps * 40);
+        }
+        // A thin grey bar at the document's right edge shows where the reader is while it
+        // moves, and for a moment after a scroll by the keyboard (grabbed at once: no event
+        // runs between the last key and the picture), with the page white beside it.
+        const image = grabImage(page);
+        verify(besideBar(image, page, view.width - 3.5).r < 0.7, "no position bar");
+        compare(besideBar(image, page, view.width - 9.5), white);
+        if (data.drag) {
+            // A drag edits no body, and at rest the bar goes.
+            mouseRelease(bodyOf(row), 100, -140);
+            compare(editorOf(row), null);
+            tryVerify(() => !view.moving && besideBar(grabImage(page), page, view.width - 3.5).r === 1, 10000,
+                      "the position bar stays at rest");
+        }
     }
 
     function test_tabGoesRoundThePageAndTheRingShowsWhereItIs() {
@@ -322,7 +317,6 @@ TestCase {
         if (data.titleColor)
             service.setAppearance(data.titleColor, data.bodyPixelSize);
         const page = showPage(termsPage);
-        compare(page.view.count, 30);
         // A titled section shows its bold title, then the body; an untitled one its body alone.
         const firstTitle = titleOf(page.view.itemAtIndex(0));
         compare(firstTitle.text, data.firstTitle);
@@ -412,7 +406,6 @@ TestCase {
         const page = stack.push(privacyPage, { modal: true });
         tryVerify(() => !stack.busy && page.view.count > 0 && !page.document.loading);
         waitForItemPolished(page.view);
-        screenshot(page, "privacy-policy-modal");
         const closed = createTemporaryObject(spy, testCase, { target: page, signalName: "closed" });
         mouseClick(findChild(page, "closeButton"));
         compare(closed.count, 1);
@@ -427,7 +420,6 @@ TestCase {
         const open = showPage(agreementPage, { fetchOnLoad: true });
         compare(open.view.contentY, open.view.originY);
         verify(findChild(open, "agreeButton").enabled && findChild(open, "disagreeButton").enabled);
-        screenshot(open, "agreement-at-the-start");
 
         // Closed by the host, they open when the end of the document was shown: at once for
         // a short copy kept from an earlier launch, all in view. The host's own setting is
@@ -454,7 +446,6 @@ TestCase {
         keyClick(Qt.Key_End);
         verifyEndInView(page);
         verify(agree.enabled && disagree.enabled);
-        screenshot(page, "agreement-at-the-end");
         mouseClick(agree);
         mouseClick(disagree);
         verify(service.press(page, "Agree"));
@@ -495,8 +486,7 @@ TestCase {
         const page = pages()[0];
         compare(page.title, "Terms of Service");
         compare(page.width, content.width);
-        tryCompare(page.view, "count", 3);
-        tryVerify(() => page.view.itemAtIndex(0) !== null);
+        tryVerify(() => page.view.count === 3 && page.view.itemAtIndex(0) !== null);
         compare(titleOf(page.view.itemAtIndex(0)).text, "Agreement heading 1");
         // Three sections fit: the end is in view.
         tryCompare(page.view, "reachedEnd", true);

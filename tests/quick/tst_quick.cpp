@@ -68,7 +68,7 @@ QJsonObject documentJson(const QString &title, int sections, const Script &text 
 
 } // namespace
 
-// What the QML tests may ask of the service and the application.
+// What the QML tests may ask of the service and the application; it also starts the service.
 class Service : public QObject
 {
     Q_OBJECT
@@ -123,7 +123,9 @@ public:
     //! its depth; a node's states follow its name (", unavailable", ", focused").
     Q_INVOKABLE QStringList announced(QQuickItem *item) const
     {
-        screenReaderStarts();
+        // What Qt does when a screen reader starts: items that exist then give themselves
+        // accessible interfaces. (The offscreen platform has no screen reader to start.)
+        QAccessible::setActive(true);
         QStringList lines;
         walk(QAccessible::queryAccessibleInterface(item), 0, lines);
         return lines;
@@ -131,7 +133,7 @@ public:
     //! Presses the accessible button called \a name under \a item, as a screen reader does.
     Q_INVOKABLE bool press(QQuickItem *item, const QString &name) const
     {
-        screenReaderStarts();
+        QAccessible::setActive(true);
         QAccessibleInterface *button = find(QAccessible::queryAccessibleInterface(item), QAccessible::Button, name);
         if (!button || !button->actionInterface()
             || !button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()))
@@ -158,6 +160,36 @@ public:
         QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     }
 
+public Q_SLOTS:
+    // The service lives within the application's lifetime: made once it exists, gone before
+    // it ends, so that Qt's network and TLS state is released with it.
+    void applicationAvailable()
+    {
+        m_server = std::make_unique<TestHttpsServer>();
+        m_session = std::make_unique<TestSession>();
+        if (!startLoopbackService(u"tst_quick"_s, *m_server, *m_session))
+            qFatal("the loopback service did not start");
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        TVRManager::setAppName(u"Acme"_s);
+        TVRDocumentManager::sharedInstance()->setSession(m_session.get());
+        m_server->setHandler([this](const TestRequest &request) { return reply(request); });
+    }
+
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        engine->addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
+        engine->rootContext()->setContextProperty(u"service"_s, this);
+    }
+
+    void cleanupTestCase()
+    {
+        TVRDocumentManager::sharedInstance()->setSession(nullptr);
+        m_plainWindow.reset();
+        m_session.reset();
+        m_server.reset();
+    }
+
+private:
     TestReply reply(const TestRequest &request)
     {
         const bool terms = request.path == u"/api/terms-of-service"_s;
@@ -166,11 +198,6 @@ public:
                                                           m_unevenBodies, m_repeats))
                                    .toJson(QJsonDocument::Compact));
     }
-
-private:
-    // What Qt does when a screen reader starts: items that exist then give themselves
-    // accessible interfaces. (The offscreen platform has no screen reader to start.)
-    static void screenReaderStarts() { QAccessible::setActive(true); }
 
     static void walk(QAccessibleInterface *node, int depth, QStringList &lines)
     {
@@ -187,6 +214,8 @@ private:
         for (int i = 0; i < node->childCount(); ++i)
             walk(node->child(i), depth + 1, lines);
     }
+    std::unique_ptr<TestHttpsServer> m_server;
+    std::unique_ptr<TestSession> m_session;
     std::unique_ptr<QWindow> m_plainWindow;
     int m_sections = 30;
     bool m_unevenBodies = false;
@@ -194,46 +223,6 @@ private:
     Script m_script = script({});
 };
 
-class Setup : public QObject
-{
-    Q_OBJECT
-
-public Q_SLOTS:
-    // The service lives within the application's lifetime: made once it exists, gone before
-    // it ends, so that Qt's network and TLS state is released with it.
-    void applicationAvailable()
-    {
-        m_server = std::make_unique<TestHttpsServer>();
-        m_session = std::make_unique<TestSession>();
-        m_service = std::make_unique<Service>();
-        if (!startLoopbackService(u"tst_quick"_s, *m_server, *m_session))
-            qFatal("the loopback service did not start");
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        TVRManager::setAppName(u"Acme"_s);
-        TVRDocumentManager::sharedInstance()->setSession(m_session.get());
-        m_server->setHandler([this](const TestRequest &request) { return m_service->reply(request); });
-    }
-
-    void qmlEngineAvailable(QQmlEngine *engine)
-    {
-        engine->addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
-        engine->rootContext()->setContextProperty(u"service"_s, m_service.get());
-    }
-
-    void cleanupTestCase()
-    {
-        TVRDocumentManager::sharedInstance()->setSession(nullptr);
-        m_service.reset();
-        m_session.reset();
-        m_server.reset();
-    }
-
-private:
-    std::unique_ptr<TestHttpsServer> m_server;
-    std::unique_ptr<TestSession> m_session;
-    std::unique_ptr<Service> m_service;
-};
-
-QUICK_TEST_MAIN_WITH_SETUP(tst_quick, Setup)
+QUICK_TEST_MAIN_WITH_SETUP(tst_quick, Service)
 
 #include "tst_quick.moc"
