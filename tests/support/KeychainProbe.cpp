@@ -4,128 +4,89 @@
 #include "KeychainProbe.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusInterface>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusReply>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
-namespace {
+#include <optional>
 
-// QtKeychain keeps the kit's bytes base64-encoded, under its "server" and "user" attributes.
-QStringList attributes(const QString &service, const QString &account)
-{
-    return {QStringLiteral("server"), service, QStringLiteral("user"), account, QStringLiteral("type"),
-            QStringLiteral("base64")};
-}
-
-// Runs libsecret's own command-line tool, which neither the kit nor QtKeychain is part of.
-QByteArray secretTool(const QStringList &arguments, const QByteArray &input, bool *ok)
-{
-    QProcess tool;
-    tool.start(QStringLiteral("secret-tool"), arguments);
-    tool.write(input);
-    tool.closeWriteChannel();
-    *ok = tool.waitForFinished(30000) && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
-    return tool.readAllStandardOutput();
-}
-
-} // namespace
-
-bool KeychainProbe::writeRaw(const QString &service, const QString &account, const QByteArray &data)
-{
-    bool ok = false;
-    secretTool(QStringList{QStringLiteral("store"), QStringLiteral("--label=") + service}
-                   + attributes(service, account),
-               data.toBase64(), &ok);
-    return ok;
-}
-
-QByteArray KeychainProbe::readRaw(const QString &service, const QString &account, bool *found)
-{
-    const QByteArray stored =
-        secretTool(QStringList{QStringLiteral("lookup")} + attributes(service, account), {}, found);
-    return QByteArray::fromBase64(stored.trimmed());
-}
+using namespace Qt::StringLiterals;
 
 namespace {
 
 using Attributes = QMap<QString, QString>;
+const QString secrets = u"org.freedesktop.secrets"_s;
+const QString servicePath = u"/org/freedesktop/secrets"_s;
 
-// The items of (service, account), unlocked and locked alike; \a ok says whether the
-// service answered.
-QList<QDBusObjectPath> searchItems(const QString &service, const QString &account, bool *ok)
+// The items of (service, account), unlocked and locked alike; none when the service does not
+// answer.
+std::optional<QList<QDBusObjectPath>> searchItems(const QString &service, const QString &account)
 {
     qDBusRegisterMetaType<Attributes>();
-    QDBusInterface secrets(QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
-                           QStringLiteral("org.freedesktop.Secret.Service"));
-    const Attributes attributes{{QStringLiteral("server"), service}, {QStringLiteral("user"), account}};
-    const QDBusMessage reply = secrets.call(QStringLiteral("SearchItems"), QVariant::fromValue(attributes));
-    *ok = reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2;
-    QList<QDBusObjectPath> items;
-    if (*ok) {
-        for (const QVariant &paths : reply.arguments())
-            items += qdbus_cast<QList<QDBusObjectPath>>(paths);
-    }
-    return items;
+    QDBusInterface secretService(secrets, servicePath, u"org.freedesktop.Secret.Service"_s);
+    const Attributes attributes{{u"server"_s, service}, {u"user"_s, account}};
+    const QDBusMessage reply = secretService.call(u"SearchItems"_s, QVariant::fromValue(attributes));
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2)
+        return std::nullopt;
+    return qdbus_cast<QList<QDBusObjectPath>>(reply.arguments().at(0))
+        + qdbus_cast<QList<QDBusObjectPath>>(reply.arguments().at(1));
 }
 
 } // namespace
 
+// Through libsecret's own command-line tool, which neither the kit nor QtKeychain is part of.
+// QtKeychain keeps the bytes base64-encoded, under its "server" and "user" attributes.
+bool KeychainProbe::writeRaw(const QString &service, const QString &account, const QByteArray &data)
+{
+    QProcess tool;
+    tool.start(u"secret-tool"_s,
+               {u"store"_s, u"--label="_s + service, u"server"_s, service, u"user"_s, account, u"type"_s, u"base64"_s});
+    tool.write(data.toBase64());
+    tool.closeWriteChannel();
+    return tool.waitForFinished(30000) && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
+}
+
 int KeychainProbe::secretServiceItems(const QString &service, const QString &account)
 {
-    bool ok = false;
-    const qsizetype count = searchItems(service, account, &ok).size();
-    return ok ? int(count) : -1;
+    const auto items = searchItems(service, account);
+    return items ? int(items->size()) : -1;
 }
 
 QMap<QString, QString> KeychainProbe::itemAttributes(const QString &service, const QString &account)
 {
-    bool ok = false;
-    const QList<QDBusObjectPath> items = searchItems(service, account, &ok);
-    if (items.size() != 1)
+    const auto items = searchItems(service, account);
+    if (!items || items->size() != 1)
         return {};
-    QDBusInterface item(QStringLiteral("org.freedesktop.secrets"), items.constFirst().path(),
-                        QStringLiteral("org.freedesktop.DBus.Properties"));
-    const QDBusMessage reply =
-        item.call(QStringLiteral("Get"), QStringLiteral("org.freedesktop.Secret.Item"), QStringLiteral("Attributes"));
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1)
-        return {};
-    return qdbus_cast<Attributes>(qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant());
+    QDBusInterface item(secrets, items->constFirst().path(), u"org.freedesktop.DBus.Properties"_s);
+    const QDBusReply<QDBusVariant> reply = item.call(u"Get"_s, u"org.freedesktop.Secret.Item"_s, u"Attributes"_s);
+    return qdbus_cast<Attributes>(reply.value().variant());
 }
 
 bool KeychainProbe::setKeyringLocked(bool locked)
 {
-    const QString secrets = QStringLiteral("org.freedesktop.secrets");
-    QDBusInterface service(secrets, QStringLiteral("/org/freedesktop/secrets"),
-                           QStringLiteral("org.freedesktop.Secret.Service"));
-    const QDBusReply<QDBusObjectPath> collection = service.call(QStringLiteral("ReadAlias"), QStringLiteral("default"));
-    if (!collection.isValid() || collection.value().path() == QLatin1String("/"))
+    QDBusInterface service(secrets, servicePath, u"org.freedesktop.Secret.Service"_s);
+    const QDBusReply<QDBusObjectPath> collection = service.call(u"ReadAlias"_s, u"default"_s);
+    if (!collection.isValid() || collection.value().path() == u"/"_s)
         return false;
-    if (locked) {
-        const QDBusMessage reply =
-            service.call(QStringLiteral("Lock"), QVariant::fromValue(QList<QDBusObjectPath>{collection.value()}));
-        return reply.type() == QDBusMessage::ReplyMessage;
-    }
+    const QVariant collectionPath = QVariant::fromValue(collection.value());
+    if (locked)
+        return service.call(u"Lock"_s, QVariant::fromValue(QList{collection.value()})).type()
+            == QDBusMessage::ReplyMessage;
     // Unlocking takes a prompt, or gnome-keyring's own interface and the password.
-    const QDBusMessage session = service.call(QStringLiteral("OpenSession"), QStringLiteral("plain"),
-                                              QVariant::fromValue(QDBusVariant(QString())));
-    if (session.type() != QDBusMessage::ReplyMessage || session.arguments().size() != 2)
-        return false;
+    const QDBusMessage session =
+        service.call(u"OpenSession"_s, u"plain"_s, QVariant::fromValue(QDBusVariant(QString())));
     QDBusArgument password;
     password.beginStructure();
-    password << qdbus_cast<QDBusObjectPath>(session.arguments().at(1)) << QByteArray()
-             << QByteArray("tovra-test-keyring") << QStringLiteral("text/plain");
+    password << qdbus_cast<QDBusObjectPath>(session.arguments().value(1)) << QByteArray()
+             << QByteArray("tovra-test-keyring") << u"text/plain"_s;
     password.endStructure();
-    QDBusInterface keyring(secrets, QStringLiteral("/org/freedesktop/secrets"),
-                           QStringLiteral("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface"));
-    const QDBusMessage reply = keyring.call(QStringLiteral("UnlockWithMasterPassword"),
-                                            QVariant::fromValue(collection.value()), QVariant::fromValue(password));
-    return reply.type() == QDBusMessage::ReplyMessage;
+    QDBusInterface keyring(secrets, servicePath, u"org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface"_s);
+    return keyring.call(u"UnlockWithMasterPassword"_s, collectionPath, QVariant::fromValue(password)).type()
+        == QDBusMessage::ReplyMessage;
 }
 
 KeychainProbe::SecretServiceCalls::~SecretServiceCalls()
@@ -136,31 +97,15 @@ KeychainProbe::SecretServiceCalls::~SecretServiceCalls()
 
 bool KeychainProbe::SecretServiceCalls::start()
 {
-    m_monitor.start(QStringLiteral("dbus-monitor"),
-                    {QStringLiteral("--session"),
-                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Service'"),
-                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Item'"),
-                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Collection'"),
-                     QStringLiteral("type='method_call',interface='org.freedesktop.Secret.Prompt'"),
-                     QStringLiteral("type='method_call',member='NameHasOwner'")});
+    m_monitor.start(u"dbus-monitor"_s, {u"--session"_s, u"type='method_call'"_s});
     // The monitor may miss the first marks while it sets itself up.
-    if (!m_monitor.waitForStarted())
-        return false;
-    for (int attempt = 0; attempt < 50; ++attempt) {
-        if (mark())
-            return true;
-    }
-    return false;
+    return m_monitor.waitForStarted() && QTest::qWaitFor([this] { return mark(); }, 10000);
 }
 
 bool KeychainProbe::SecretServiceCalls::mark()
 {
-    const QString name = QStringLiteral("tovra.test.mark%1").arg(++m_marks);
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    call << name;
-    QDBusConnection::sessionBus().call(call);
+    const QString name = u"tovra.test.mark%1"_s.arg(++m_marks);
+    QDBusConnection::sessionBus().interface()->isServiceRegistered(name); // a NameHasOwner call
     return QTest::qWaitFor(
         [&] {
             m_seen += m_monitor.readAllStandardOutput();
@@ -172,13 +117,12 @@ bool KeychainProbe::SecretServiceCalls::mark()
 QStringList KeychainProbe::SecretServiceCalls::calls()
 {
     if (!mark())
-        return {QStringLiteral("<the monitor lost the bus>")};
+        return {u"<the monitor lost the bus>"_s};
     // Everything after the mark of start(), which is the first the monitor showed.
-    const QString seen = QString::fromUtf8(m_seen);
-    QStringList methods;
     static const QRegularExpression method(
-        QStringLiteral("method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"));
-    for (auto match = method.globalMatch(seen); match.hasNext();)
+        u"method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"_s);
+    QStringList methods;
+    for (auto match = method.globalMatch(QString::fromUtf8(m_seen)); match.hasNext();)
         methods << match.next().captured(1);
     return methods;
 }

@@ -4,10 +4,8 @@
 #ifndef KEYCHAINPROBE_H
 #define KEYCHAINPROBE_H
 
-#include <QByteArray>
 #include <QMap>
 #include <QProcess>
-#include <QString>
 #include <QStringList>
 
 /*
@@ -18,9 +16,8 @@ namespace KeychainProbe {
 
 // Writes \a data as the raw bytes of the item (service, account); false on failure.
 bool writeRaw(const QString &service, const QString &account, const QByteArray &data);
-// The raw bytes of the item (service, account); \a found says whether there is one.
-QByteArray readRaw(const QString &service, const QString &account, bool *found);
-// How many Secret Service items carry the QtKeychain attributes of (service, account).
+// How many Secret Service items carry the QtKeychain attributes of (service, account); -1
+// when the service does not answer.
 int secretServiceItems(const QString &service, const QString &account);
 // All attributes of the one Secret Service item of (service, account); empty unless there
 // is exactly one.
@@ -37,11 +34,7 @@ bool setKeyringLocked(bool locked);
 class SecretServiceCalls
 {
 public:
-    SecretServiceCalls() = default;
     ~SecretServiceCalls();
-    SecretServiceCalls(const SecretServiceCalls &) = delete;
-    SecretServiceCalls &operator=(const SecretServiceCalls &) = delete;
-
     // Starts watching; true once the monitor sees the bus.
     bool start();
     // The methods called so far, in order, such as "SearchItems" or "GetSecrets".
