@@ -153,7 +153,8 @@ TestCase {
         verify(editor && editor.activeFocus, "no editor with the focus after a tap");
         compare(editor.text, body.text);
         const cursor = editor.cursorRectangle;
-        verify(cursor.y >= line * 0.9 && cursor.y < line * 2 && cursor.x < 20, "cursor at " + cursor.x + ", " + cursor.y);
+        verify(cursor.y >= line * 0.9 && cursor.y < line * 2 && cursor.x < 20,
+               "cursor at " + cursor.x + ", " + cursor.y);
 
         // With the cursor hidden, the page is drawn exactly as it was before the tap; a screen
         // reader reads the body as editable text.
@@ -273,7 +274,8 @@ TestCase {
 
         // Tab leaves the body as it was, goes round the page and back to the document, not to
         // the body; Shift+Tab goes the other way.
-        const order = [findChild(page, "closeButton"), findChild(page, "disagreeButton"), findChild(page, "agreeButton"), view];
+        const order = [findChild(page, "closeButton"), findChild(page, "disagreeButton"), findChild(page, "agreeButton"),
+                       view];
         for (const item of order) {
             keyClick(Qt.Key_Tab);
             verify(item.activeFocus, "Tab did not reach " + (item.objectName || "the document"));
@@ -306,13 +308,13 @@ TestCase {
             { tag: "CJK", rightToLeft: false, firstTitle: "1 我们如何使用您的数据" },
             { tag: "long words", rightToLeft: false, firstTitle: "1 Supercalifragilisticexpialidociousnessandbeyond" },
             // The host's appearance settings reach the pixels.
-            { tag: "Latin, red titles, 24 px bodies", script: "Latin", rightToLeft: false, firstTitle: "Terms heading 1",
+            { tag: "Latin, red titles, 24 px bodies", rightToLeft: false, firstTitle: "Terms heading 1",
               titleColor: "#C00000", bodyPixelSize: 24 },
         ];
     }
 
     function test_everyScriptFitsItsRows(data) {
-        service.setScript(data.script || data.tag);
+        service.setScript(data.tag); // Latin for a name it does not know
         if (data.titleColor)
             service.setAppearance(data.titleColor, data.bodyPixelSize);
         const page = showPage(termsPage);
@@ -370,8 +372,8 @@ TestCase {
 
     function test_pagesMirrorAsTheApplicationOrTheHostSays(data) {
         service.setRightToLeft(data.rightToLeft);
-        const host = data.host === undefined ? testCase
-                                             : createTemporaryObject(mirroringHost, testCase, { "LayoutMirroring.enabled": data.host });
+        const host = data.host === undefined
+            ? testCase : createTemporaryObject(mirroringHost, testCase, { "LayoutMirroring.enabled": data.host });
         const properties = { modal: true, fetchOnLoad: true };
         if (data.page !== undefined)
             properties["LayoutMirroring.enabled"] = data.page;
@@ -390,7 +392,8 @@ TestCase {
         const right = name => left(name) + findChild(page, name).width;
         verify(data.mirrored ? left("closeButton") > page.width / 2 : right("closeButton") < page.width / 2,
                "Close at " + left("closeButton"));
-        verify(data.mirrored ? left("disagreeButton") > right("agreeButton") : left("disagreeButton") < left("agreeButton"),
+        verify(data.mirrored ? left("disagreeButton") > right("agreeButton")
+                             : left("disagreeButton") < left("agreeButton"),
                "Disagree at " + left("disagreeButton") + ", Agree at " + left("agreeButton"));
         // The position bar on the side the page ends at, the other side white.
         const start = 3.5, end = view.width - 3.5;
