@@ -15,27 +15,24 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QJsonObject>
 #include <QLabel>
 #include <QMainWindow>
 #include <QToolBar>
-#include <QToolButton>
 #include <QtTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-class RecordingUserDelegate : public QObject, public TVRUserManagerDelegate
+// A delegate of both services that counts what it is told.
+class Delegate : public QObject, public TVRUserManagerDelegate, public TVRAgreementManagerDelegate
 {
 public:
     int calls = 0;
     void userManagerDidRespondWithCompliance(TVRUserManager *, bool, std::shared_ptr<TVRDocument>) override { ++calls; }
     void userManagerDidFailWithError(TVRUserManager *, const TVRError &) override { ++calls; }
-};
-
-class AgreementDelegate : public QObject, public TVRAgreementManagerDelegate
-{
 };
 
 std::shared_ptr<TVRDocument> document(const QString &id, int sections)
@@ -54,14 +51,11 @@ void recordKitLines(QtMsgType type, const QMessageLogContext &context, const QSt
     testHandler(type, context, message);
 }
 
-QList<QWidget *> visibleWindows()
+int visibleWindows()
 {
-    QList<QWidget *> windows;
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible())
-            windows << widget;
-    }
-    return windows;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return int(
+        std::count_if(windows.cbegin(), windows.cend(), [](const QWidget *window) { return window->isVisible(); }));
 }
 
 } // namespace
@@ -98,10 +92,9 @@ void tst_Agreement::initTestCase()
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     TVRManager::setAppName(u"Acme"_s);
     m_server.reply(TestReply::json(200, "{}"));
-    for (TVRNetworkManager *manager : {static_cast<TVRNetworkManager *>(TVRUserManager::sharedInstance()),
-                                       static_cast<TVRNetworkManager *>(TVRAgreementManager::sharedInstance()),
-                                       static_cast<TVRNetworkManager *>(TVRDocumentManager::sharedInstance())})
-        manager->setSession(&m_session);
+    TVRUserManager::sharedInstance()->setSession(&m_session);
+    TVRAgreementManager::sharedInstance()->setSession(&m_session);
+    TVRDocumentManager::sharedInstance()->setSession(&m_session);
     testHandler = qInstallMessageHandler(recordKitLines);
 }
 
@@ -113,10 +106,8 @@ void tst_Agreement::init()
 void tst_Agreement::cleanup()
 {
     // Presented windows belong to the windows they were presented over.
-    QList<QPointer<QWidget>> windows;
-    for (QWidget *window : QApplication::topLevelWidgets())
-        windows << window;
-    for (const QPointer<QWidget> &window : std::as_const(windows)) {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (const QPointer<QWidget> &window : QList<QPointer<QWidget>>(all.cbegin(), all.cend())) {
         if (window && !window->parentWidget())
             delete window;
     }
@@ -133,44 +124,42 @@ void tst_Agreement::flushRequests()
 
 void tst_Agreement::servicesAndScreensSendNothing()
 {
-    // The agreement service sends nothing and holds its delegate weakly, as the user status
-    // service does. (That the latter sends nothing and tells no delegate, activateApp checks.)
-    auto *users = new RecordingUserDelegate;
-    auto *agreements = new AgreementDelegate;
-    TVRUserManager::sharedInstance()->setDelegate(users);
-    TVRAgreementManager::sharedInstance()->setDelegate(agreements);
-    QCOMPARE(TVRAgreementManager::sharedInstance()->delegate(), agreements);
+    // The agreement service sends nothing and holds its delegate weakly. (That the user
+    // status service sends nothing and tells no delegate, activateApp checks.)
+    auto *delegate = new Delegate;
+    TVRUserManager::sharedInstance()->setDelegate(delegate);
+    TVRAgreementManager::sharedInstance()->setDelegate(delegate);
     const int before = m_server.requests().size();
     TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
     TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
 
     // An agreement screen hands its document over; loading its view makes the screen no
-    // delegate and starts no fetch.
+    // delegate and starts no fetch; its answers send nothing and tell the user manager's
+    // delegate nothing. (That they leave the screen up, complianceAnswer checks.)
     const auto given = document(u"given"_s, 2);
     TVRTermsViewController screen(given);
     QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), given);
     TVRDocumentManager::sharedInstance()->setDelegate(nullptr);
     screen.view();
     QVERIFY(!TVRDocumentManager::sharedInstance()->delegate());
+    screen.agreeBarButtonItem()->trigger();
+    screen.disagreeBarButtonItem()->trigger();
     flushRequests();
     QCOMPARE(m_server.requests().size(), before + 1);
-
-    delete users;
-    delete agreements;
+    QCOMPARE(delegate->calls, 0);
+    delete delegate;
     QVERIFY(!TVRUserManager::sharedInstance()->delegate());
     QVERIFY(!TVRAgreementManager::sharedInstance()->delegate());
     TVRTermsViewController cleared(nullptr);
     QVERIFY(!TVRDocumentManager::sharedInstance()->termsOfService());
 
-    // The factories make a new screen on each call, without parent, navigation controller or window.
-    std::unique_ptr<TVRTermsOfServiceViewController> terms(TVRManager::termsOfServiceViewController());
-    std::unique_ptr<TVRTermsOfServiceViewController> moreTerms(TVRManager::termsOfServiceViewController());
-    std::unique_ptr<TVRPrivacyPolicyViewController> privacy(TVRManager::privacyPolicyViewController());
-    std::unique_ptr<TVRPrivacyPolicyViewController> morePrivacy(TVRManager::privacyPolicyViewController());
-    QVERIFY(terms && privacy && terms != moreTerms && privacy != morePrivacy);
-    for (QWidget *made : {static_cast<QWidget *>(terms.get()), static_cast<QWidget *>(privacy.get())})
-        QVERIFY(!made->isVisible() && !made->parent());
-    QVERIFY(!terms->navigationController());
+    // The factories make a new screen on each call, shown nowhere and owned by no widget.
+    const QList<QWidget *> made{TVRManager::termsOfServiceViewController(), TVRManager::termsOfServiceViewController(),
+                                TVRManager::privacyPolicyViewController(), TVRManager::privacyPolicyViewController()};
+    QVERIFY(made[0] != made[1] && made[2] != made[3]);
+    for (QWidget *screen : made)
+        QVERIFY(screen && !screen->isVisible() && !screen->parent());
+    qDeleteAll(made);
 }
 
 void tst_Agreement::activateApp_data()
@@ -202,7 +191,7 @@ void tst_Agreement::activateApp()
              identifier.isValid() ? TVRManager::sharedInstance() : nullptr);
     flushRequests();
     QCOMPARE(m_server.requests().size(), before + 1);
-    QVERIFY(visibleWindows().isEmpty());
+    QCOMPARE(visibleWindows(), 0);
     TVRManager::logout();
 }
 
@@ -293,9 +282,7 @@ void tst_Agreement::complianceAnswer()
         dialog->show();
         QApplication::setActiveWindow(dialog);
         QVERIFY(QTest::qWaitForWindowActive(dialog));
-        QCOMPARE(TVRViewController::keyWindow(), dialog.data());
     }
-    QCOMPARE(int(visibleWindows().size()), (window ? 1 : 0) + (dialog ? 1 : 0));
     int asked = 0;
     if (presenterDeclines) {
         TVRManager::setAgreementPresenter([&asked](const std::shared_ptr<TVRDocument> &) {
@@ -324,7 +311,7 @@ void tst_Agreement::complianceAnswer()
     QCOMPARE(TVRDocumentManager::sharedInstance()->termsOfService(), compliant ? before : given);
     QCOMPARE(changed.size(), compliant ? 0 : answers);
     // One agreement screen at most, over the main window and not the dialog in front of it.
-    QCOMPARE(int(visibleWindows().size()), (window ? 1 : 0) + (dialog ? 1 : 0) + (presented ? 1 : 0));
+    QCOMPARE(visibleWindows(), (window ? 1 : 0) + (dialog ? 1 : 0) + (presented ? 1 : 0));
     QPointer<TVRNavigationController> navigation = window ? window->findChild<TVRNavigationController *>() : nullptr;
     QCOMPARE(bool(navigation), presented);
     if (!presented)
@@ -360,23 +347,10 @@ void tst_Agreement::complianceAnswer()
     QCOMPARE(shot.pixelColor(bar->geometry().center() * shot.devicePixelRatio()),
              bar->palette().color(QPalette::Window));
 
-    // The passing dialog goes and the answers send nothing: the screen stays.
+    // The passing dialog goes and the answers are given: the screen stays.
     delete dialog;
-    RecordingUserDelegate users;
-    TVRUserManager::sharedInstance()->setDelegate(&users);
-    const int requests = m_server.requests().size();
     screen->agreeBarButtonItem()->trigger();
     screen->disagreeBarButtonItem()->trigger();
-    flushRequests();
-    // Past the screens' own document fetches, which may still be on their way, the flush is
-    // the one request the server sees.
-    QStringList sent;
-    for (const TestRequest &request : m_server.requests().mid(requests)) {
-        if (!request.path.startsWith(u"/api/terms-of-service"_s) && !request.path.startsWith(u"/api/privacy-policy"_s))
-            sent << request.path;
-    }
-    QCOMPARE(sent, QStringList{u"/flush"_s});
-    QCOMPARE(users.calls, 0);
     QVERIFY(navigation && navigation->isVisible());
 }
 
