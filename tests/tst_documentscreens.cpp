@@ -29,6 +29,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// A document as the service sends it, in one line.
+QByteArray compact(const QJsonObject &document)
+{
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
+}
+
 QSize screenSize()
 {
     const QList<QByteArray> parts = qgetenv("TOVRA_TEST_SCREEN").split('x');
@@ -88,7 +94,15 @@ private Q_SLOTS:
 
 private:
     TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
-    TVRNavigationController *showInNavigation(TVRViewController *screen);
+    // Shows \a window filling the screen, until the test ends.
+    template <typename Window>
+    Window *show(Window *window)
+    {
+        window->setGeometry(QGuiApplication::primaryScreen()->geometry());
+        window->show();
+        m_windows << window;
+        return window;
+    }
 
     TestHttpsServer m_server;
     TestSession m_session;
@@ -106,13 +120,7 @@ void tst_DocumentScreens::initTestCase()
 
 void tst_DocumentScreens::init()
 {
-    m_server.setHandler([](const TestRequest &request) {
-        const bool terms = request.path == u"/api/terms-of-service"_s;
-        return TestReply::json(
-            200,
-            QJsonDocument(documentJson(terms ? u"Terms"_s : u"Privacy"_s, 6, u"2017-07-04T09:00:00.000+0000"_s))
-                .toJson(QJsonDocument::Compact));
-    });
+    m_server.reply(TestReply::json(200, compact(documentJson(u"Document"_s, 6, u"2017-07-04T09:00:00.000+0000"_s))));
 }
 
 void tst_DocumentScreens::cleanup()
@@ -121,15 +129,6 @@ void tst_DocumentScreens::cleanup()
         delete window;
     m_windows.clear();
     QTRY_COMPARE(m_session.liveReplies(), 0);
-}
-
-TVRNavigationController *tst_DocumentScreens::showInNavigation(TVRViewController *screen)
-{
-    auto *navigation = new TVRNavigationController(screen);
-    navigation->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    navigation->show();
-    m_windows << navigation;
-    return navigation;
 }
 
 void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
@@ -142,7 +141,7 @@ void tst_DocumentScreens::cachedDocumentShowsBeforeAnyReply()
     const int requests = m_server.requests().size();
 
     auto *screen = new TVRTermsOfServiceViewController;
-    showInNavigation(screen);
+    show(new TVRNavigationController(screen));
     QTRY_COMPARE(m_server.requests().size(), requests + 1);
     TVRTableView *table = screen->tableView();
     QCOMPARE(table->numberOfSections(), 300);
@@ -280,7 +279,7 @@ void tst_DocumentScreens::screensShowTheLastCompletion()
     auto *privacy = new TVRPrivacyPolicyViewController;
     TVRReadOnlyDocumentViewController *const screens[] = {terms, privacy};
     for (TVRReadOnlyDocumentViewController *screen : screens) {
-        TVRNavigationController *navigation = showInNavigation(screen);
+        TVRNavigationController *navigation = show(new TVRNavigationController(screen));
         QVERIFY(QTest::qWaitForWindowExposed(navigation));
         QTRY_COMPARE(screen->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
         TVRTableView *table = screen->tableView();
@@ -323,9 +322,7 @@ void tst_DocumentScreens::screensShowTheLastCompletion()
     // The screen shown last is the manager's delegate. A new Terms of Service arrives: the
     // privacy screen hears of it, the terms screen not.
     QCOMPARE(manager()->delegate(), privacy);
-    m_server.reply(TestReply::json(200,
-                                   QJsonDocument(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))
-                                       .toJson(QJsonDocument::Compact)));
+    m_server.reply(TestReply::json(200, compact(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))));
     terms->headerView()->dateLabel()->setText(u"unchanged"_s);
     privacy->headerView()->dateLabel()->setText(u"unchanged"_s);
     manager()->fetchTermsOfService();
@@ -363,10 +360,7 @@ void tst_DocumentScreens::modality()
     QFETCH(bool, modal);
 
     auto *screen = new TVRTermsOfServiceViewController;
-    auto *host = new HostScreen;
-    host->setGeometry(QGuiApplication::primaryScreen()->geometry());
-    host->show();
-    m_windows << host;
+    auto *host = show(new HostScreen);
 
     TVRNavigationController *navigation = nullptr;
     if (setting == u"pushed"_s) {
@@ -394,10 +388,7 @@ void tst_DocumentScreens::modality()
         } else {
             auto *outer = new TVRTabBarController;
             outer->setViewControllers({new HostScreen});
-            outer->setGeometry(QGuiApplication::primaryScreen()->geometry());
-            outer->show();
-            m_windows << outer;
-            outer->presentViewController(tabs);
+            show(outer)->presentViewController(tabs);
         }
     }
     QTRY_VERIFY(screen->isViewLoaded());
@@ -462,7 +453,7 @@ void tst_DocumentScreens::subviewWritersReplacePlaceAndOwn()
     auto *earlyToolbar = new QToolBar;
     given << earlyToolbar;
     early->setToolbar(earlyToolbar);
-    showInNavigation(early);
+    show(new TVRNavigationController(early));
     QTRY_VERIFY(earlyToolbar->isVisible());
     QCOMPARE(earlyToolbar->window(), early->window());
     // A table replaced on a screen without a header.
@@ -477,7 +468,7 @@ void tst_DocumentScreens::subviewWritersReplacePlaceAndOwn()
     // and the table, keeping the rows and the header, each in the old one's place; the
     // header heads the table, the date label spans the header.
     auto *screen = new TVRTermsViewController(document);
-    showInNavigation(screen);
+    show(new TVRNavigationController(screen));
     QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty());
     auto *toolbar = new QToolBar;
     toolbar->setFixedHeight(screen->toolbar()->height());
