@@ -69,9 +69,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void servicesAndScreensSendNothing();
-    void activateApp_data();
-    void activateApp();
+    void nothingIsSent_data();
+    void nothingIsSent();
     void complianceAnswer_data();
     void complianceAnswer();
     void screensGoOverTheWindowThatLasts_data();
@@ -122,14 +121,39 @@ void tst_Agreement::flushRequests()
     QTRY_COMPARE(flush->calls(), 1);
 }
 
-void tst_Agreement::servicesAndScreensSendNothing()
+void tst_Agreement::nothingIsSent_data()
 {
-    // The agreement service sends nothing and holds its delegate weakly. (That the user
-    // status service sends nothing and tells no delegate, activateApp checks.)
+    QTest::addColumn<QVariant>("identifier");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("no user identifier") << QVariant() << QStringList{u"ACTIVATE"_s};
+    QTest::newRow("a user identifier") << QVariant(u"user-42"_s) << QStringList{u"ACTIVATE"_s, u"FETCH"_s};
+}
+
+void tst_Agreement::nothingIsSent()
+{
+    QFETCH(QVariant, identifier);
+    QFETCH(QStringList, lines);
+    const int before = m_server.requests().size();
+
+    // activateApp logs, and with a user the manager hears the (empty) status service's
+    // answer; a failed status check is logged, and nothing more.
+    TVRManager::setUserIdentifier(identifier);
+    TVRUserManager::sharedInstance()->setDelegate(nullptr);
+    lines << u"ERROR: Error Domain=QNetworkReply Code=1 \"Connection refused\""_s;
+    for (const QString &line : std::as_const(lines))
+        QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
+    TVRManager::activateApp();
+    TVRManager::sharedInstance()->userManagerDidFailWithError(
+        TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 1, u"Connection refused"_s));
+    QCOMPARE(kitLines, lines);
+    QCOMPARE(TVRUserManager::sharedInstance()->delegate(),
+             identifier.isValid() ? TVRManager::sharedInstance() : nullptr);
+    TVRManager::logout();
+
+    // The agreement service sends nothing; both services hold their delegates weakly.
     auto *delegate = new Delegate;
     TVRUserManager::sharedInstance()->setDelegate(delegate);
     TVRAgreementManager::sharedInstance()->setDelegate(delegate);
-    const int before = m_server.requests().size();
     TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
     TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
 
@@ -146,6 +170,7 @@ void tst_Agreement::servicesAndScreensSendNothing()
     screen.disagreeBarButtonItem()->trigger();
     flushRequests();
     QCOMPARE(m_server.requests().size(), before + 1);
+    QCOMPARE(visibleWindows(), 0);
     QCOMPARE(delegate->calls, 0);
     delete delegate;
     QVERIFY(!TVRUserManager::sharedInstance()->delegate());
@@ -157,42 +182,9 @@ void tst_Agreement::servicesAndScreensSendNothing()
     const QList<QWidget *> made{TVRManager::termsOfServiceViewController(), TVRManager::termsOfServiceViewController(),
                                 TVRManager::privacyPolicyViewController(), TVRManager::privacyPolicyViewController()};
     QVERIFY(made[0] != made[1] && made[2] != made[3]);
-    for (QWidget *screen : made)
-        QVERIFY(screen && !screen->isVisible() && !screen->parent());
+    for (QWidget *factoryScreen : made)
+        QVERIFY(factoryScreen && !factoryScreen->isVisible() && !factoryScreen->parent());
     qDeleteAll(made);
-}
-
-void tst_Agreement::activateApp_data()
-{
-    QTest::addColumn<QVariant>("identifier");
-    QTest::addColumn<QStringList>("lines");
-    QTest::newRow("no user identifier") << QVariant() << QStringList{u"ACTIVATE"_s};
-    QTest::newRow("a user identifier") << QVariant(u"user-42"_s) << QStringList{u"ACTIVATE"_s, u"FETCH"_s};
-}
-
-void tst_Agreement::activateApp()
-{
-    QFETCH(QVariant, identifier);
-    QFETCH(QStringList, lines);
-
-    TVRManager::setUserIdentifier(identifier);
-    TVRUserManager::sharedInstance()->setDelegate(nullptr);
-    const int before = m_server.requests().size();
-    // A failed status check is logged, and nothing more.
-    lines << u"ERROR: Error Domain=QNetworkReply Code=1 \"Connection refused\""_s;
-    for (const QString &line : std::as_const(lines))
-        QTest::ignoreMessage(QtInfoMsg, qPrintable(line));
-    TVRManager::activateApp();
-    TVRManager::sharedInstance()->userManagerDidFailWithError(
-        TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 1, u"Connection refused"_s));
-    QCOMPARE(kitLines, lines);
-    // With a user, the manager hears the (empty) status service's answer; nothing is sent or shown.
-    QCOMPARE(TVRUserManager::sharedInstance()->delegate(),
-             identifier.isValid() ? TVRManager::sharedInstance() : nullptr);
-    flushRequests();
-    QCOMPARE(m_server.requests().size(), before + 1);
-    QCOMPARE(visibleWindows(), 0);
-    TVRManager::logout();
 }
 
 void tst_Agreement::screensGoOverTheWindowThatLasts_data()
