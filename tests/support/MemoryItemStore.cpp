@@ -3,29 +3,26 @@
 
 #include "MemoryItemStore.h"
 
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
 using namespace TVRSecItem;
 
-namespace {
-const QStringList identity{kSecClass, kSecAttrService, kSecAttrAccount, kSecAttrAccessGroup};
-}
-
-int MemoryItemStore::find(const QVariantMap &query) const
+qsizetype MemoryItemStore::find(const QVariantMap &query) const
 {
-    for (int i = 0; i < items.size(); ++i) {
-        bool matches = true;
-        for (const QString &key : identity) {
-            if (query.contains(key) && query.value(key) != items[i].value(key))
-                matches = false;
-        }
-        if (matches)
-            return i;
-    }
-    return -1;
+    static const QStringList identity{kSecClass, kSecAttrService, kSecAttrAccount, kSecAttrAccessGroup};
+    const auto named = [&query](const QVariantMap &item) {
+        return std::all_of(identity.cbegin(), identity.cend(), [&](const QString &key) {
+            return !query.contains(key) || query.value(key) == item.value(key);
+        });
+    };
+    const auto found = std::find_if(items.cbegin(), items.cend(), named);
+    return found == items.cend() ? -1 : found - items.cbegin();
 }
 
 qint32 MemoryItemStore::add(const QVariantMap &attributes, QVariant *result)
 {
-    calls.append({QStringLiteral("add"), attributes});
+    calls.append({u"add"_s, attributes});
     if (!addFailures.isEmpty())
         return addFailures.takeFirst();
     QVariantMap item = attributes;
@@ -42,32 +39,27 @@ qint32 MemoryItemStore::add(const QVariantMap &attributes, QVariant *result)
 
 qint32 MemoryItemStore::copyMatching(const QVariantMap &query, QVariant *result)
 {
-    calls.append({QStringLiteral("copyMatching"), query});
+    calls.append({u"copyMatching"_s, query});
     if (!copyFailures.isEmpty())
         return copyFailures.takeFirst();
-    const int index = find(query);
+    const qsizetype index = find(query);
     if (index < 0)
         return errSecItemNotFound;
     if (result)
-        *result =
-            query.value(kSecReturnData).toBool() ? QVariant(items[index].value(kSecValueData)) : QVariant(items[index]);
+        *result = query.value(kSecReturnData).toBool() ? items[index].value(kSecValueData) : QVariant(items[index]);
     return errSecSuccess;
 }
 
 qint32 MemoryItemStore::deleteMatching(const QVariantMap &query)
 {
-    calls.append({QStringLiteral("deleteMatching"), query});
-    const int index = find(query);
-    if (index < 0)
-        return errSecItemNotFound;
-    items.removeAt(index);
-    return errSecSuccess;
+    calls.append({u"deleteMatching"_s, query});
+    const qsizetype index = find(query);
+    if (index >= 0)
+        items.removeAt(index);
+    return index < 0 ? errSecItemNotFound : errSecSuccess;
 }
 
 int MemoryItemStore::callCount(const QString &operation) const
 {
-    int count = 0;
-    for (const auto &call : calls)
-        count += call.first == operation;
-    return count;
+    return int(std::count_if(calls.cbegin(), calls.cend(), [&](const auto &call) { return call.first == operation; }));
 }

@@ -7,8 +7,6 @@
 #include <TVRSecureItemStore.h>
 
 #include <QList>
-#include <QMap>
-#include <QPair>
 
 /*
     A secure item store in memory, for what the real keychain cannot be made to do: fail an
@@ -34,7 +32,8 @@ public:
     int callCount(const QString &operation) const;
 
 private:
-    int find(const QVariantMap &query) const;
+    // The index of the first item that \a query names; -1 for none.
+    qsizetype find(const QVariantMap &query) const;
 };
 
 #endif

@@ -5,8 +5,6 @@
 #define PRIVATEBUS_H
 
 #include <QProcess>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 /*
@@ -16,10 +14,7 @@
 class PrivateBus
 {
 public:
-    PrivateBus() = default;
     ~PrivateBus();
-    PrivateBus(const PrivateBus &) = delete;
-    PrivateBus &operator=(const PrivateBus &) = delete;
 
     /*
         Starts the bus. Given the test helper's path, it also puts a Secret Service on the
@@ -27,11 +22,9 @@ public:
         the service's name and is then stopped (SIGSTOP).
     */
     bool start(const QString &silentSecretServiceHelper = {});
-    QStringList environment() const;
+    QStringList environment() const { return {QStringLiteral("DBUS_SESSION_BUS_ADDRESS=") + m_address}; }
 
 private:
-    bool addSilentSecretService(const QString &helper);
-
     QTemporaryDir m_dir;
     QProcess m_bus;
     QProcess m_silentService;
