@@ -152,20 +152,18 @@ QRgb ink(const QImage &image, const QRect &logicalArea)
     return found;
 }
 
-// The box around every pixel of \a logicalArea that is not its background, in device
-// pixels, or, with \a logical, in device-independent ones.
-QRect inkBounds(const QImage &image, const QRect &logicalArea, bool logical = true)
+// The box around every pixel of \a logicalArea that is not its background, in
+// device-independent pixels.
+QRect inkBounds(const QImage &image, const QRect &logicalArea)
 {
     const QRgb paper = background(image, logicalArea);
+    const qreal r = image.devicePixelRatio();
     QRect bounds;
     eachPixel(image, logicalArea, [&](int x, int y, QRgb pixel) {
         if (distance(pixel, paper) > 48)
-            bounds |= QRect(x, y, 1, 1);
+            bounds |= QRect(int(x / r), int(y / r), 1, 1);
     });
-    const qreal r = logical ? image.devicePixelRatio() : 1;
-    return bounds.isNull() ? bounds
-                           : QRect(QPoint(int(bounds.left() / r), int(bounds.top() / r)),
-                                   QPoint(int(bounds.right() / r), int(bounds.bottom() / r)));
+    return bounds;
 }
 
 // A dated document of one section, titled \a title, whose body is \a body.
@@ -174,6 +172,69 @@ std::shared_ptr<TVRDocument> oneSection(const QString &title, const QString &bod
     return std::make_shared<TVRDocument>(
         QJsonObject{{u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
                     {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, title}, {u"body"_s, body}}}}});
+}
+
+// The title label or body text view of \a cell, or of row \a row of the first section.
+QWidget *painted(TVRTableViewCell *cell)
+{
+    if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell))
+        return title->titleLabel();
+    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
+    return body ? body->bodyTextView() : nullptr;
+}
+
+QWidget *painted(TVRDocumentViewController *screen, int row)
+{
+    return painted(screen->tableView()->cellForRowAtIndexPath({0, row}));
+}
+
+// Checks every row of \a table, scrolled into view one after another.
+void checkEveryRow(TVRTableView *table, const QString &what)
+{
+    // Rows follow one another under the header without overlapping, and the table ends a
+    // section's spacing under the last.
+    QVERIFY(table->numberOfSections() > 0);
+    int previousBottom = table->tableHeaderView() ? table->tableHeaderView()->height() : 0;
+    for (int section = 0; section < table->numberOfSections(); ++section) {
+        for (int index = 0; index < table->numberOfRowsInSection(section); ++index) {
+            const QRect row = table->rectForRowAtIndexPath({section, index});
+            const QString where = u"%1, section %2 row %3"_s.arg(what).arg(section).arg(index);
+            QVERIFY2(row.top() >= previousBottom, qPrintable(where + u" overlaps"_s));
+            previousBottom = row.bottom() + 1;
+            QScrollBar *bar = table->verticalScrollBar();
+            bar->setValue(std::min(bar->maximum(), row.top()));
+            QCoreApplication::processEvents();
+
+            // Label or text view, 8 px in from either side of the cell and as tall as the row.
+            TVRTableViewCell *cell = table->cellForRowAtIndexPath({section, index});
+            QWidget *text = painted(cell);
+            QVERIFY2(text, qPrintable(where));
+            QCOMPARE(text->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
+            QCOMPARE(text->size(), QSize(row.width() - 16, row.height()));
+
+            // The text as Qt lays it out to paint it, and one line of it.
+            const qreal line = QFontMetricsF(text->font()).height();
+            qreal textHeight = 0;
+            if (auto *view = qobject_cast<QTextEdit *>(text)) {
+                textHeight = view->document()->size().height();
+                // A word longer than the line is broken, not pushed past the edge.
+                QVERIFY2(view->document()->idealWidth() <= view->viewport()->width() + 0.5,
+                         qPrintable(where + u": a line wider than the view"_s));
+            } else {
+                auto *label = static_cast<QLabel *>(text);
+                textHeight = laidOut(label->text(), label->font(), label->contentsRect().width())->size().height();
+                // Nothing painted outside the text's width: a long word is not cut at the edge.
+                const QRect ink = inkBounds(render(table->window()), inWindow(label));
+                const QRect text = inWindow(label, label->contentsRect());
+                QVERIFY2(ink.left() >= text.left() - 1 && ink.right() <= text.right() + 1,
+                         qPrintable(where + u": ink from x %1 to %2"_s.arg(ink.left()).arg(ink.right())));
+            }
+            // No line clipped, and no blank tail longer than a line (40 px rows aside).
+            QVERIFY2(textHeight <= row.height() && (row.height() == 40 || row.height() - textHeight < line),
+                     qPrintable(u"%1: %2 px of text in a row of %3"_s.arg(where).arg(textHeight).arg(row.height())));
+        }
+    }
+    QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());
 }
 
 // Checks the rows of \a table whose first line \a image shows: their text starts 12 px in
@@ -200,25 +261,22 @@ void checkPainted(const QImage &image, TVRTableView *table)
         QFont font = qobject_cast<TVRSectionTitleTableViewCell *>(cell) ? TVRDesignClass::sectionTitleFont()
                                                                         : TVRDesignClass::sectionBodyFont();
         font.setStyleStrategy(QFont::PreferDefault);
-        QFont unshaped = font;
-        unshaped.setStyleStrategy(QFont::PreferNoShaping);
-        const qreal shapedWidth = QFontMetricsF(font).horizontalAdvance(text);
-        const qreal unshapedWidth = QFontMetricsF(unshaped).horizontalAdvance(text);
+        const qreal shaped = QFontMetricsF(font).horizontalAdvance(text);
+        font.setStyleStrategy(QFont::PreferNoShaping);
+        const qreal unshaped = QFontMetricsF(font).horizontalAdvance(text);
         if (text.at(0).script() == QChar::Script_Arabic && ink.height() < QFontMetricsF(font).height() * 1.5
-            && std::abs(shapedWidth - unshapedWidth) >= 4) {
+            && std::abs(shaped - unshaped) >= 4) {
             QVERIFY2(
-                std::abs(ink.width() - shapedWidth) < std::abs(ink.width() - unshapedWidth),
-                qPrintable(
-                    u"ink %1 px wide; shaped %2, unshaped %3"_s.arg(ink.width()).arg(shapedWidth).arg(unshapedWidth)));
+                std::abs(ink.width() - shaped) < std::abs(ink.width() - unshaped),
+                qPrintable(u"ink %1 px wide; shaped %2, unshaped %3"_s.arg(ink.width()).arg(shaped).arg(unshaped)));
         }
 
-        const QRect deviceInk = inkBounds(image, area, false);
-        int blocks = 0;
-        int detailed = 0;
         if (step == 1)
             continue;
-        for (int y = deviceInk.top() - deviceInk.top() % step; y + step <= deviceInk.bottom(); y += step) {
-            for (int x = deviceInk.left() - deviceInk.left() % step; x + step <= deviceInk.right(); x += step) {
+        int blocks = 0;
+        int detailed = 0;
+        for (int y = ink.top() * step; y < ink.bottom() * step; y += step) {
+            for (int x = ink.left() * step; x < ink.right() * step; x += step) {
                 bool uniform = true;
                 for (int d = 1; d < step * step && uniform; ++d)
                     uniform = image.pixel(x + d % step, y + d / step) == image.pixel(x, y);
@@ -253,15 +311,6 @@ private Q_SLOTS:
 private:
     // The terms screen showing \a terms in a navigation controller, in a window of \a size.
     TVRTermsOfServiceViewController *showTerms(const std::shared_ptr<TVRDocument> &terms, QSize size = {390, 844});
-    // The title label or body text view of \a cell, or of row \a row of the first section.
-    static QWidget *painted(TVRTableViewCell *cell);
-    static QWidget *painted(TVRDocumentViewController *screen, int row)
-    {
-        return painted(screen->tableView()->cellForRowAtIndexPath({0, row}));
-    }
-    // Checks every row of \a table, scrolled into view one after another.
-    void checkEveryRow(TVRTableView *table, const QString &what);
-    void checkRow(TVRTableView *table, TVRIndexPath path, const QString &what);
 
     LoopbackSession m_offline;
     std::unique_ptr<QWidget> m_window;
@@ -297,98 +346,30 @@ TVRTermsOfServiceViewController *tst_Rendering::showTerms(const std::shared_ptr<
     return screen;
 }
 
-QWidget *tst_Rendering::painted(TVRTableViewCell *cell)
-{
-    if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell))
-        return title->titleLabel();
-    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
-    return body ? body->bodyTextView() : nullptr;
-}
-
-void tst_Rendering::checkRow(TVRTableView *table, TVRIndexPath path, const QString &what)
-{
-    const QRect row = table->rectForRowAtIndexPath(path);
-    QScrollBar *bar = table->verticalScrollBar();
-    bar->setValue(std::min(bar->maximum(), row.top()));
-    QCoreApplication::processEvents();
-    TVRTableViewCell *cell = table->cellForRowAtIndexPath(path);
-    const QString where = u"%1, section %2 row %3"_s.arg(what).arg(path.section).arg(path.row);
-    QVERIFY2(cell, qPrintable(where));
-    QCOMPARE(cell->size(), row.size());
-    // Label or text view, 8 px in from either side and as tall as the row.
-    QWidget *text = painted(cell);
-    QVERIFY2(text, qPrintable(where));
-    QCOMPARE(text->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
-    QCOMPARE(text->size(), QSize(row.width() - 16, row.height()));
-
-    // The text as Qt lays it out to paint it, and one line of it.
-    const qreal line = QFontMetricsF(text->font()).height();
-    qreal textHeight = 0;
-    if (auto *view = qobject_cast<QTextEdit *>(text)) {
-        textHeight = view->document()->size().height();
-        // A word longer than the line is broken, not pushed past the edge.
-        QVERIFY2(view->document()->idealWidth() <= view->viewport()->width() + 0.5,
-                 qPrintable(where + u": a line wider than the view"_s));
-    } else {
-        auto *label = static_cast<QLabel *>(text);
-        textHeight = laidOut(label->text(), label->font(), label->contentsRect().width())->size().height();
-        // Nothing painted outside the text's width: a long word is not cut at the edge.
-        const QRect ink = inkBounds(render(table->window()), inWindow(label));
-        const QRect text = inWindow(label, label->contentsRect());
-        QVERIFY2(ink.left() >= text.left() - 1 && ink.right() <= text.right() + 1,
-                 qPrintable(where + u": ink from x %1 to %2"_s.arg(ink.left()).arg(ink.right())));
-    }
-    // No line clipped, and no blank tail longer than a line (40 px rows aside).
-    QVERIFY2(textHeight <= row.height(),
-             qPrintable(u"%1: text %2 px in a row of %3"_s.arg(where).arg(textHeight).arg(row.height())));
-    QVERIFY2(
-        row.height() == 40 || row.height() - textHeight < line,
-        qPrintable(u"%1: %2 px blank under %3 px of text"_s.arg(where).arg(row.height() - textHeight).arg(textHeight)));
-}
-
-void tst_Rendering::checkEveryRow(TVRTableView *table, const QString &what)
-{
-    // Rows follow one another under the header without overlapping, and the table ends a
-    // section's spacing under the last.
-    QVERIFY(table->numberOfSections() > 0);
-    int previousBottom = table->tableHeaderView() ? table->tableHeaderView()->height() : 0;
-    for (int section = 0; section < table->numberOfSections(); ++section) {
-        for (int row = 0; row < table->numberOfRowsInSection(section); ++row) {
-            const QRect rect = table->rectForRowAtIndexPath({section, row});
-            QVERIFY2(rect.top() >= previousBottom,
-                     qPrintable(u"%1: row %2.%3 overlaps"_s.arg(what).arg(section).arg(row)));
-            previousBottom = rect.bottom() + 1;
-            checkRow(table, {section, row}, what);
-            if (QTest::currentTestFailed())
-                return;
-        }
-    }
-    QCOMPARE(table->contentHeight(), previousBottom + TVRTableView::sectionSpacing());
-}
-
 void tst_Rendering::rowsAreAsTallAsTheirText_data()
 {
     QTest::addColumn<QString>("script");
     QTest::addColumn<QList<QSize>>("windows"); // shown at the first size, then resized to each next
     QTest::addColumn<int>("longBody");
     QTest::addColumn<Qt::LayoutDirection>("layout"); // the application's, as a host sets it
+    const auto row = [](const QByteArray &tag, const char *script, const QList<QSize> &windows, int longBody = 0,
+                        Qt::LayoutDirection layout = Qt::LeftToRight) {
+        QTest::newRow(tag.constData()) << QString::fromUtf8(script) << windows << longBody << layout;
+    };
 
     const QList<QPair<const char *, QSize>> windows{
         {"320x568", {320, 568}}, {"390x844 on a wider screen", {390, 844}}, {"1280x800", {1280, 800}}};
     for (const char *name : {"Latin", "Arabic", "Hebrew", "CJK", "long words"}) {
         for (const auto &[size, window] : windows)
-            QTest::addRow("%s, %s", name, size)
-                << QString::fromUtf8(name) << QList<QSize>{window} << 0 << Qt::LeftToRight;
+            row(QByteArray(name) + ", " + size, name, {window});
     }
-    QTest::newRow("Arabic, right-to-left layout") << u"Arabic"_s << QList<QSize>{{390, 844}} << 0 << Qt::RightToLeft;
-    QTest::newRow("Latin, right-to-left layout") << u"Latin"_s << QList<QSize>{{390, 844}} << 0 << Qt::RightToLeft;
-    QTest::newRow("20,000 characters, 390x844") << u"Latin"_s << QList<QSize>{{390, 844}} << 20000 << Qt::LeftToRight;
-    QTest::newRow("20,000 characters, 1280x800") << u"Latin"_s << QList<QSize>{{1280, 800}} << 20000 << Qt::LeftToRight;
-    QTest::newRow("20,000 Arabic characters, 390x844")
-        << u"Arabic"_s << QList<QSize>{{390, 844}} << 20000 << Qt::LeftToRight;
+    row("Arabic, right-to-left layout", "Arabic", {{390, 844}}, 0, Qt::RightToLeft);
+    row("Latin, right-to-left layout", "Latin", {{390, 844}}, 0, Qt::RightToLeft);
+    row("20,000 characters, 390x844", "Latin", {{390, 844}}, 20000);
+    row("20,000 characters, 1280x800", "Latin", {{1280, 800}}, 20000);
+    row("20,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 20000);
     // A phone turned on its side, then a desktop window made wider and narrower.
-    QTest::newRow("390x844 turned, then 1280x800, then 320x568")
-        << u"Latin"_s << QList<QSize>{{390, 844}, {844, 390}, {1280, 800}, {320, 568}} << 0 << Qt::LeftToRight;
+    row("390x844 turned, then 1280x800, then 320x568", "Latin", {{390, 844}, {844, 390}, {1280, 800}, {320, 568}});
 }
 
 void tst_Rendering::rowsAreAsTallAsTheirText()
@@ -401,14 +382,7 @@ void tst_Rendering::rowsAreAsTallAsTheirText()
 
     TVRTermsOfServiceViewController *screen = showTerms(document(script, longBody), windows.first());
     QVERIFY(screen);
-    const QSize size = windows.first();
-    QVERIFY(saveScreenshot(m_window.get(),
-                           u"%1-%2x%3-%4-%5"_s.arg(script)
-                               .arg(size.width())
-                               .arg(size.height())
-                               .arg(longBody)
-                               .arg(int(layout))
-                               .replace(u' ', u'-')));
+    QVERIFY(saveScreenshot(m_window.get(), QString::fromUtf8(QTest::currentDataTag()).replace(u", "_s, u"-"_s)));
     // The rows as painted, before a click makes a body's text view.
     checkPainted(render(m_window.get()), screen->tableView());
     checkEveryRow(screen->tableView(), QString::fromUtf8(QTest::currentDataTag()));
@@ -457,10 +431,8 @@ void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
 
     // The painted lines, at the top and at the end, are the text view's pixels.
     const auto viewport = [&] {
-        const QImage image = render(m_window.get());
-        const qreal r = image.devicePixelRatio();
-        const QRect area = inWindow(table->viewport());
-        return image.copy(QRectF(QPointF(area.topLeft()) * r, QSizeF(area.size()) * r).toRect());
+        QCoreApplication::processEvents();
+        return table->viewport()->grab().toImage();
     };
     const QImage paintedTop = viewport();
     QTest::keyClick(table, Qt::Key_End);
