@@ -30,14 +30,20 @@ private Q_SLOTS:
     void userDocuments();
     void ownService_data();
     void ownService();
+};
 
-private:
-    static int run(const QStringList &arguments, QByteArray *output, QByteArray *errors = nullptr);
+namespace {
+
+struct Run
+{
+    int code = -1; // -1 when the demo did not end normally
+    QByteArray output;
+    QByteArray errors;
 };
 
 // Runs the demo with \a arguments, serving this process's events meanwhile (the demo may
-// talk to a server of the test's); its exit code, or -1 when it did not end normally.
-int tst_Demo::run(const QStringList &arguments, QByteArray *output, QByteArray *errors)
+// talk to a server of the test's).
+Run run(const QStringList &arguments)
 {
     QProcess demo;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -45,72 +51,61 @@ int tst_Demo::run(const QStringList &arguments, QByteArray *output, QByteArray *
     demo.setProcessEnvironment(env);
     demo.start(QStringLiteral(TOVRA_DEMO), arguments);
     if (!QTest::qWaitFor([&demo] { return demo.state() == QProcess::NotRunning; }, 60000))
-        return -1;
-    *output = demo.readAllStandardOutput();
-    if (errors)
-        *errors = demo.readAllStandardError();
-    return demo.exitStatus() == QProcess::NormalExit ? demo.exitCode() : -1;
+        return {};
+    return {demo.exitStatus() == QProcess::NormalExit ? demo.exitCode() : -1, demo.readAllStandardOutput(),
+            demo.readAllStandardError()};
 }
+
+} // namespace
 
 void tst_Demo::screenshots_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QStringList>("names");
-    QTest::addColumn<bool>("widgets");
-    QTest::newRow("widgets") << QStringList() << QStringList{u"terms-of-service-from-cache.png"_s,
-                                                             u"terms-of-service-dark-system-palette.png"_s,
-                                                             u"privacy-policy-presented.png"_s,
-                                                             u"agreement.png"_s,
-                                                             u"privacy-policy-german.png"_s,
-                                                             u"agreement-arabic.png"_s}
-                             << true;
+    QTest::newRow("widgets") << QStringList()
+                             << QStringList{
+                                    u"terms-of-service-from-cache.png"_s, u"terms-of-service-dark-system-palette.png"_s,
+                                    u"privacy-policy-presented.png"_s,    u"agreement.png"_s,
+                                    u"privacy-policy-german.png"_s,       u"agreement-arabic.png"_s};
     QTest::newRow("QML") << QStringList{u"--quick"_s}
                          << QStringList{u"quick-terms-of-service.png"_s, u"quick-privacy-policy-presented.png"_s,
-                                        u"quick-agreement.png"_s}
-                         << false;
+                                        u"quick-agreement.png"_s};
 }
 
 void tst_Demo::screenshots()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, names);
-    QFETCH(bool, widgets);
+    const bool quick = arguments.contains(u"--quick"_s);
     QTemporaryDir dir;
-    QByteArray output;
-    const int code = run(arguments + QStringList{u"--screenshots"_s, dir.path(), u"--libraries"_s}, &output);
-    if (code == 2 && arguments.contains(u"--quick"_s))
+    const Run demo = run(arguments + QStringList{u"--screenshots"_s, dir.path(), u"--libraries"_s});
+    if (demo.code == 2 && quick)
         QSKIP("The demo was built without the QML module");
-    QCOMPARE(code, 0);
+    QCOMPARE(demo.code, 0);
 
     // What the process maps once its tour has shown every screen: the widget demo has Qt
     // Widgets, the QML demo has Qt Quick and no Qt Widgets.
-    QStringList printed = QString::fromUtf8(output).split(u'\n', Qt::SkipEmptyParts);
-    const QStringList libraries = printed.filter(QRegularExpression(u"^library: /"_s));
+    QStringList printed = QString::fromUtf8(demo.output).split(u'\n', Qt::SkipEmptyParts);
+    const QString libraries = printed.filter(QRegularExpression(u"^library: /"_s)).join(u'\n');
     printed.removeIf([](const QString &line) { return line.startsWith(u"library: "_s); });
 #if defined(Q_OS_LINUX)
-    const auto maps = [&libraries](const QString &name) {
-        return std::any_of(libraries.cbegin(), libraries.cend(),
-                           [&name](const QString &library) { return library.contains(u'/' + name + u".so"_s); });
-    };
-    QVERIFY2(maps(u"libQt6Gui"_s), output.constData());
-    QCOMPARE(maps(u"libQt6Quick"_s), !widgets);
-    QVERIFY2(maps(u"libQt6Widgets"_s) == widgets, output.constData());
+    const auto maps = [&libraries](const QString &name) { return libraries.contains(u'/' + name + u".so"_s); };
+    QVERIFY2(maps(u"libQt6Gui"_s), demo.output.constData());
+    QCOMPARE(maps(u"libQt6Quick"_s), quick);
+    QVERIFY2(maps(u"libQt6Widgets"_s) != quick, demo.output.constData());
 #endif
 
     QCOMPARE(printed.size(), names.size());
     for (int i = 0; i < names.size(); ++i) {
         const QString path = QDir(dir.path()).filePath(names[i]);
         QCOMPARE(printed[i], path);
-        const QImage image(path);
-        QVERIFY2(!image.isNull(), qPrintable(path));
-        QCOMPARE(image.size(), QSize(390, 844));
+        const QImage fresh = QImage(path).convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(fresh.size(), QSize(390, 844));
 
         // The README shows the committed copy: it must still be what the demo renders.
         const QString committed = QStringLiteral(TOVRA_SOURCE_DIR "/docs/screenshots/") + names[i];
         const QImage shown = QImage(committed).convertToFormat(QImage::Format_RGB32);
-        QVERIFY2(!shown.isNull(), qPrintable(committed + u" is missing"_s));
-        QCOMPARE(shown.size(), image.size());
-        const QImage fresh = image.convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(shown.size(), fresh.size());
         int differing = 0;
         for (int y = 0; y < fresh.height(); ++y) {
             for (int x = 0; x < fresh.width(); ++x) {
@@ -134,7 +129,7 @@ void tst_Demo::screenshots()
 void tst_Demo::userDocuments_data()
 {
     QTest::addColumn<QByteArray>("terms");
-    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("message"); // null when the demo takes the documents
 
     QTest::newRow("not JSON") << QByteArray("{\"title\": ") << u"terms-of-service.json: not valid JSON at byte"_s;
     QTest::newRow("not an object") << QByteArray("[]")
@@ -155,24 +150,20 @@ void tst_Demo::userDocuments()
 
     QTemporaryDir documents;
     QTemporaryDir shots;
-    const QList<QPair<QString, QByteArray>> files{
-        {u"terms-of-service.json"_s, terms},
-        {u"privacy-policy.json"_s, "{\"title\":\"Privacy\",\"sections\":[{\"body\":\"Text\"}]}"}};
-    for (const auto &[name, content] : files) {
-        QFile file(documents.filePath(name));
+    const QString termsFile = documents.filePath(u"terms-of-service.json"_s);
+    for (const auto &[path, content] :
+         {std::pair{termsFile, terms},
+          std::pair{documents.filePath(u"privacy-policy.json"_s),
+                    QByteArray("{\"title\":\"Privacy\",\"sections\":[{\"body\":\"Text\"}]}")}}) {
+        QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     }
 
-    QByteArray output;
-    QByteArray errors;
-    const int code = run({u"--documents"_s, documents.path(), u"--screenshots"_s, shots.path()}, &output, &errors);
-    if (message.isNull()) {
-        QCOMPARE(code, 0);
-        return;
-    }
-    QCOMPARE(code, 2);
-    QVERIFY2(errors.contains(message.toUtf8()), errors.constData());
-    QVERIFY(errors.contains(documents.filePath(u"terms-of-service.json"_s).toUtf8()));
+    // A broken document ends the demo with what is wrong and in which file.
+    const Run demo = run({u"--documents"_s, documents.path(), u"--screenshots"_s, shots.path()});
+    QCOMPARE(demo.code, message.isNull() ? 0 : 2);
+    QVERIFY2(demo.errors.contains(message.toUtf8()), demo.errors.constData());
+    QVERIFY(message.isNull() || demo.errors.contains(termsFile.toUtf8()));
 }
 
 void tst_Demo::ownService_data()
@@ -194,37 +185,28 @@ void tst_Demo::ownService()
 
     QHttpServer server;
     QStringList served;
-    const auto document = [&served](const QString &title) {
-        return [&served, title](const QHttpServerRequest &request) {
-            served << request.url().path() + u' ' + QString::fromLatin1(request.value("Authorization"));
-            return QJsonObject{{u"title"_s, title},
-                               {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, title}, {u"body"_s, u"Ours."_s}}}}};
-        };
-    };
-    server.route(u"/legal/api/terms-of-service"_s, document(u"Our terms"_s));
-    server.route(u"/legal/api/privacy-policy"_s, document(u"Our privacy"_s));
+    server.route(u"/legal/api/<arg>"_s, [&served](const QString &document, const QHttpServerRequest &request) {
+        served << request.url().path() + u' ' + QString::fromLatin1(request.value("Authorization"));
+        return QJsonObject{{u"title"_s, document},
+                           {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, document}, {u"body"_s, u"Ours."_s}}}}};
+    });
     const quint16 port = server.listen(QHostAddress::LocalHost);
     QVERIFY(port != 0);
 
     QTemporaryDir shots;
-    QByteArray output;
-    QByteArray errors;
     const QStringList credentials{u"--key"_s, u"k"_s, u"--secret"_s, u"s"_s, u"--screenshots"_s, shots.path()};
-    QVERIFY2(run(front + QStringList{u"--service"_s, u"http://127.0.0.1:%1/legal"_s.arg(port)} + credentials, &output,
-                 &errors)
-                 == 0,
-             errors.constData());
+    const Run demo = run(front + QStringList{u"--service"_s, u"http://127.0.0.1:%1/legal"_s.arg(port)} + credentials);
+    QVERIFY2(demo.code == 0, demo.errors.constData());
     for (const QString &picture : pictures)
         QVERIFY2(!QImage(shots.filePath(picture)).isNull(), qPrintable(picture));
-    const QString authorization = u"Basic "_s + QString::fromLatin1(QByteArray("k:s").toBase64());
-    QVERIFY(served.contains(u"/legal/api/terms-of-service "_s + authorization));
-    QVERIFY(served.contains(u"/legal/api/privacy-policy "_s + authorization));
+    const QString authorization = u" Basic "_s + QString::fromLatin1(QByteArray("k:s").toBase64());
+    QVERIFY(served.contains(u"/legal/api/terms-of-service"_s + authorization));
+    QVERIFY(served.contains(u"/legal/api/privacy-policy"_s + authorization));
 
     // An address the kit refuses ends the demo with the reason.
-    QCOMPARE(run(front + QStringList{u"--service"_s, u"http://legal.example.com"_s, u"--screenshots"_s, shots.path()},
-                 &output, &errors),
-             2);
-    QVERIFY2(errors.contains("not a service address the kit takes"), errors.constData());
+    const Run refused = run(front + QStringList{u"--service"_s, u"http://legal.example.com"_s} + credentials);
+    QCOMPARE(refused.code, 2);
+    QVERIFY2(refused.errors.contains("not a service address the kit takes"), refused.errors.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_Demo)
