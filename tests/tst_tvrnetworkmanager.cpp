@@ -47,7 +47,7 @@ private:
 
     TestHttpsServer m_server;
     TestHttpsServer m_elsewhere;
-    TestSession *m_session = nullptr;
+    TestSession m_session;
     TVRNetworkManager m_manager;
     QString m_host;
 };
@@ -57,9 +57,8 @@ void tst_TVRNetworkManager::initTestCase()
     QVERIFY(m_server.start());
     QVERIFY(m_elsewhere.start());
     m_host = TVRNetworkManager::baseURLComponents().host();
-    m_session = new TestSession(this);
-    m_session->route(m_host, m_server.port());
-    m_manager.setSession(m_session);
+    m_session.route(m_host, m_server.port());
+    m_manager.setSession(&m_session);
 }
 
 void tst_TVRNetworkManager::init()
@@ -70,7 +69,7 @@ void tst_TVRNetworkManager::init()
 
 bool tst_TVRNetworkManager::settle(const std::shared_ptr<RequestOutcome> &outcome)
 {
-    return QTest::qWaitFor([&] { return outcome->calls() > 0 && m_session->liveReplies() == 0; });
+    return QTest::qWaitFor([&] { return outcome->calls() > 0 && m_session.liveReplies() == 0; });
 }
 
 void tst_TVRNetworkManager::serviceAddress_data()
@@ -128,12 +127,11 @@ void tst_TVRNetworkManager::credentials()
     QFETCH(QString, secret);
     QFETCH(QByteArray, authorization);
 
-    // The kit builds its own requests on this one; the header as the server gets it is
-    // checked by the redirect rows.
+    // The kit builds its own requests on this one: the server's view of the header is checked
+    // by the redirect rows, the content type by the request rows.
     TVRManager::setAPIKey(key, secret);
     const QNetworkRequest request = TVRNetworkManager::requestWithURL(QUrl(u"https://example.org/x"_s));
     QCOMPARE(request.rawHeader("Authorization"), authorization);
-    QCOMPARE(request.rawHeader("Content-Type"), QByteArray("application/json"));
 }
 
 void tst_TVRNetworkManager::request_data()
@@ -310,7 +308,7 @@ void tst_TVRNetworkManager::nullHandlersAreSkipped()
     int failures = 0;
     m_manager.requestForPath(u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET, QJsonValue(), nullptr,
                              [&](const TVRHTTPResponse &, const TVRError &) { ++failures; });
-    QVERIFY(QTest::qWaitFor([&] { return session.liveReplies() == 0 && m_session->liveReplies() == 0; }));
+    QVERIFY(QTest::qWaitFor([&] { return session.liveReplies() == 0 && m_session.liveReplies() == 0; }));
     QCOMPARE(successes, 0);
     QCOMPARE(failures, 0);
 }
