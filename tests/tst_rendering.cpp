@@ -33,13 +33,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Script
-{
-    QString heading;
-    QString sentence;
-};
-
-Script script(const QString &name)
+// A heading and a sentence in the script \a name.
+std::pair<QString, QString> script(const QString &name)
 {
     if (name == u"Arabic"_s)
         return {u"كيف نستخدم بياناتك"_s,
@@ -63,16 +58,15 @@ Script script(const QString &name)
 // characters long.
 std::shared_ptr<TVRDocument> document(const QString &name, int longBody = 0)
 {
-    const Script text = script(name);
+    const auto [heading, sentence] = script(name);
     QJsonArray sections;
     if (longBody)
-        sections.append(
-            QJsonObject{{u"title"_s, text.heading},
-                        {u"body"_s, text.sentence.repeated(longBody / text.sentence.size() + 1).left(longBody)}});
+        sections.append(QJsonObject{{u"title"_s, heading},
+                                    {u"body"_s, sentence.repeated(longBody / sentence.size() + 1).left(longBody)}});
     for (int sentences : {1, 3, 8, 2}) {
-        QJsonObject section{{u"body"_s, text.sentence.repeated(sentences).trimmed()}};
+        QJsonObject section{{u"body"_s, sentence.repeated(sentences).trimmed()}};
         if (sentences != 2)
-            section.insert(u"title"_s, text.heading);
+            section.insert(u"title"_s, heading);
         sections.append(section);
     }
     return std::make_shared<TVRDocument>(QJsonObject{{u"_id"_s, name},
@@ -92,7 +86,6 @@ std::unique_ptr<QTextDocument> laidOut(const QString &text, const QFont &font, q
     document->setDefaultTextOption(option);
     document->setPlainText(text);
     document->setTextWidth(width);
-    document->size(); // lays it out
     return document;
 }
 
@@ -105,11 +98,10 @@ QImage render(QWidget *window)
     return window->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-// Where \a widget (or \a rect in it) lies in its window's image.
-QRect inWindow(const QWidget *widget, const QRect &rect = {})
+// Where \a widget lies in its window's image.
+QRect inWindow(const QWidget *widget)
 {
-    const QRect local = rect.isNull() ? widget->rect() : rect;
-    return QRect(widget->mapTo(widget->window(), local.topLeft()), local.size());
+    return QRect(widget->mapTo(widget->window(), QPoint(0, 0)), widget->size());
 }
 
 int distance(QRgb a, QRgb b)
@@ -166,14 +158,6 @@ QRect inkBounds(const QImage &image, const QRect &logicalArea)
     return bounds;
 }
 
-// A dated document of one section, titled \a title, whose body is \a body.
-std::shared_ptr<TVRDocument> oneSection(const QString &title, const QString &body)
-{
-    return std::make_shared<TVRDocument>(
-        QJsonObject{{u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
-                    {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, title}, {u"body"_s, body}}}}});
-}
-
 // The title label or body text view of \a cell, or of row \a row of the first section.
 QWidget *painted(TVRTableViewCell *cell)
 {
@@ -225,7 +209,7 @@ void checkEveryRow(TVRTableView *table, const QString &what)
                 textHeight = laidOut(label->text(), label->font(), label->contentsRect().width())->size().height();
                 // Nothing painted outside the text's width: a long word is not cut at the edge.
                 const QRect ink = inkBounds(render(table->window()), inWindow(label));
-                const QRect text = inWindow(label, label->contentsRect());
+                const QRect text = inWindow(label).marginsRemoved(label->contentsMargins());
                 QVERIFY2(ink.left() >= text.left() - 1 && ink.right() <= text.right() + 1,
                          qPrintable(where + u": ink from x %1 to %2"_s.arg(ink.left()).arg(ink.right())));
             }
@@ -329,6 +313,12 @@ void tst_Rendering::initTestCase()
 void tst_Rendering::cleanup()
 {
     m_window.reset();
+    for (auto setColor : {TVRDesignClass::setDocumentDateColor, TVRDesignClass::setSectionTitleColor,
+                          TVRDesignClass::setSectionBodyColor})
+        setColor(QColor());
+    for (auto setFont :
+         {TVRDesignClass::setDocumentDateFont, TVRDesignClass::setSectionTitleFont, TVRDesignClass::setSectionBodyFont})
+        setFont(std::nullopt);
     QApplication::setPalette(QPalette());
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
@@ -340,10 +330,7 @@ TVRTermsOfServiceViewController *tst_Rendering::showTerms(const std::shared_ptr<
     m_window = std::make_unique<TVRNavigationController>(screen);
     m_window->resize(size);
     m_window->show();
-    if (!QTest::qWaitForWindowExposed(m_window.get()))
-        return nullptr;
-    QCoreApplication::processEvents();
-    return screen;
+    return QTest::qWaitForWindowExposed(m_window.get()) ? screen : nullptr;
 }
 
 void tst_Rendering::rowsAreAsTallAsTheirText_data()
@@ -422,8 +409,7 @@ void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
     const auto cell = [table] {
         return qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
     };
-    QVERIFY(cell());
-    QVERIFY(cell()->findChildren<QTextEdit *>().isEmpty());
+    QVERIFY(cell() && cell()->findChildren<QTextEdit *>().isEmpty());
 
     // Once laid out whole, the row is as tall as a text view lays the body out.
     const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
@@ -451,9 +437,8 @@ void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
     QWidget *clicked = cell()->childAt(at);
     QVERIFY(clicked);
     QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(cell(), at));
-    auto *textView = qobject_cast<QTextEdit *>(QApplication::focusWidget());
-    QVERIFY(textView);
-    QCOMPARE(textView, cell()->bodyTextView());
+    QTextEdit *textView = cell()->bodyTextView();
+    QCOMPARE(QApplication::focusWidget(), textView);
     const int position = textView->textCursor().position();
     QVERIFY2(position == third.textStart() || (body.isRightToLeft() && position == third.textStart() + 1),
              qPrintable(u"cursor at %1, the line starts at %2"_s.arg(position).arg(third.textStart())));
@@ -470,7 +455,7 @@ void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
 void tst_Rendering::appearanceReachesThePixels()
 {
     // A host's colours and sizes for the date, and for a section's title and body, set before
-    // the screen is made and reset when the test ends, whatever its outcome.
+    // the screen is made (cleanup() resets them).
     const auto sized = [](QFont font, int pixelSize) {
         font.setPixelSize(pixelSize);
         return font;
@@ -481,15 +466,9 @@ void tst_Rendering::appearanceReachesThePixels()
     TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont(), 48));
     TVRDesignClass::setSectionBodyColor(QColor(0x00, 0x64, 0x00));
     TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont(), 32));
-    const auto reset = qScopeGuard([] {
-        for (auto setColor : {TVRDesignClass::setDocumentDateColor, TVRDesignClass::setSectionTitleColor,
-                              TVRDesignClass::setSectionBodyColor})
-            setColor(QColor());
-        for (auto setFont : {TVRDesignClass::setDocumentDateFont, TVRDesignClass::setSectionTitleFont,
-                             TVRDesignClass::setSectionBodyFont})
-            setFont(std::nullopt);
-    });
-    TVRTermsOfServiceViewController *screen = showTerms(oneSection(u"HEIGHT"_s, u"HEIGHT"_s));
+    const QJsonObject section{{u"title"_s, u"HEIGHT"_s}, {u"body"_s, u"HEIGHT"_s}};
+    TVRTermsOfServiceViewController *screen = showTerms(std::make_shared<TVRDocument>(
+        QJsonObject{{u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}, {u"sections"_s, QJsonArray{section}}}));
     QVERIFY(screen);
     screen->headerView()->dateLabel()->setText(u"HEIGHT"_s);
 
@@ -512,13 +491,9 @@ void tst_Rendering::appearanceReachesThePixels()
 
 void tst_Rendering::darkSystemPalette()
 {
-    QPalette dark;
-    dark.setColor(QPalette::Window, QColor(0x30, 0x30, 0x30));
-    dark.setColor(QPalette::Base, QColor(0x20, 0x20, 0x20));
-    dark.setColor(QPalette::Button, QColor(0x35, 0x35, 0x35));
-    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        dark.setColor(role, Qt::white);
-    QApplication::setPalette(dark);
+    // White text on dark grey windows, buttons and bases.
+    QApplication::setPalette(QPalette(Qt::white, QColor(0x30, 0x30, 0x30), QColor(0x50, 0x50, 0x50), Qt::black,
+                                      QColor(0x40, 0x40, 0x40), Qt::white, QColor(0x20, 0x20, 0x20)));
     TVRDocumentManager::sharedInstance()->setTermsOfService(document(u"Latin"_s));
 
     // A terms screen presented over a host's window, with Close, and an agreement screen:
@@ -529,12 +504,9 @@ void tst_Rendering::darkSystemPalette()
         QVERIFY2(ratio >= 4.5, qPrintable(u"%1: contrast %2"_s.arg(name).arg(ratio, 0, 'f', 2)));
     };
     const auto shownButtons = [](QWidget *bar) {
-        QList<QToolButton *> shown;
-        for (QToolButton *button : bar->findChildren<QToolButton *>()) {
-            if (button->isVisible() && !button->text().isEmpty())
-                shown << button;
-        }
-        return shown;
+        QList<QToolButton *> buttons = bar->findChildren<QToolButton *>();
+        buttons.removeIf([](QToolButton *button) { return !button->isVisible() || button->text().isEmpty(); });
+        return buttons;
     };
     m_window = std::make_unique<QWidget>();
     m_window->resize(390, 844);
@@ -574,18 +546,15 @@ void tst_Rendering::darkSystemPalette()
 void tst_Rendering::screensTakeWhatTheyMade()
 {
     // Each screen made, its parts made, and deleted before it was ever shown.
-    const QList<std::function<TVRDocumentViewController *()>> screens{
-        [] { return new TVRTermsOfServiceViewController; }, [] { return new TVRPrivacyPolicyViewController; },
-        [] { return new TVRTermsViewController(document(u"Latin"_s)); }};
-    for (const auto &make : screens) {
-        TVRDocumentViewController *made = make();
+    auto *agreement = new TVRTermsViewController(document(u"Latin"_s));
+    for (TVRDocumentViewController *made : std::initializer_list<TVRDocumentViewController *>{
+             new TVRTermsOfServiceViewController, new TVRPrivacyPolicyViewController, agreement}) {
         QList<QPointer<QObject>> parts{made->headerView(), made->tableView()};
-        if (auto *agreement = qobject_cast<TVRTermsViewController *>(made))
+        if (made == agreement)
             parts << agreement->toolbar();
         delete made;
         for (const QPointer<QObject> &part : std::as_const(parts))
-            QVERIFY2(!part,
-                     qPrintable(QString::fromLatin1(part ? part->metaObject()->className() : "") + u" outlived"_s));
+            QVERIFY2(!part, part ? part->metaObject()->className() : "");
     }
 }
 
