@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QLabel>
 #include <QMainWindow>
 #include <QToolBar>
 #include <QtTest>
@@ -318,7 +317,6 @@ void tst_Agreement::complianceAnswer()
     QVERIFY(screen);
     QVERIFY(screen->presentingViewController());
     QTRY_COMPARE(screen->tableView()->numberOfSections(), int(given->sections().size())); // the last answer's
-    QCOMPARE(screen->headerView()->dateLabel()->text(), u"Friday, May 25, 2018"_s);
     if (QTest::currentDataTag() == "not compliant"_ba)
         QVERIFY(saveScreenshot(navigation, u"agreement"_s));
     // Its toolbar: 52 px on the bottom edge, full width, the table down to it; Disagree at
