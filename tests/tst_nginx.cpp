@@ -58,8 +58,8 @@ http {
         auth_basic "Legal documents";
         auth_basic_user_file %1/htpasswd;
         default_type application/json;
-        location = /app/api/terms-of-service { alias %1/docs/terms-of-service.json; }
-        location = /app/api/privacy-policy { alias %1/docs/privacy-policy.json; }
+        location = /app/api/terms-of-service { alias %1/terms-of-service.json; }
+        location = /app/api/privacy-policy { alias %1/privacy-policy.json; }
     }
 }
 )"_s;
@@ -92,7 +92,7 @@ public:
         if (!write(u"htpasswd"_s, htpasswd + '\n')
             || !write(u"service.pem"_s, LoopbackCertificates::serviceCertificate().toPem())
             || !write(u"service.key"_s, LoopbackCertificates::serviceKey().toPem())
-            || !write(u"docs/terms-of-service.json"_s, terms) || !write(u"docs/privacy-policy.json"_s, privacy)) {
+            || !write(u"terms-of-service.json"_s, terms) || !write(u"privacy-policy.json"_s, privacy)) {
             return false;
         }
         m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
@@ -138,7 +138,6 @@ public:
 private:
     bool write(const QString &name, const QByteArray &content)
     {
-        QDir().mkpath(QFileInfo(m_dir.filePath(name)).absolutePath());
         QFile file(m_dir.filePath(name));
         return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
     }
