@@ -269,8 +269,7 @@ void tst_Accessibility::screens()
 
     // Escape closes a presented screen; pushed in the host's window, the screen leaves Escape
     // to the host's own shortcut. The screen reader presses Close or Agree.
-    auto *hostEscape = new QShortcut(QKeySequence(Qt::Key_Escape), m_host);
-    QSignalSpy hostEscaped(hostEscape, &QShortcut::activated);
+    QSignalSpy hostEscaped(new QShortcut(QKeySequence(Qt::Key_Escape), m_host), &QShortcut::activated);
     if (leave != u"Close"_s)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     if (leave != u"Escape"_s) {
@@ -312,12 +311,9 @@ void tst_Accessibility::aPaintedBodyIsEditableText()
     m_terms = QJsonObject{{u"sections"_s, QJsonArray{QJsonObject{{u"body"_s, body}}}}};
     TVRDocumentViewController *screen = show(u"terms, pushed"_s);
     // The screen shows the document it holds, then the one the service sends.
-    const auto firstItem = [&] {
-        const QList<TVRTableViewCell *> cells = screen->tableView()->visibleCells();
-        return cells.size() == 1 ? QAccessible::queryAccessibleInterface(cells.first()) : nullptr;
-    };
-    QTRY_VERIFY(firstItem() && firstItem()->text(QAccessible::Name) == body);
-    QAccessibleInterface *text = firstItem()->child(0);
+    const auto cells = [screen] { return screen->tableView()->visibleCells(); };
+    QTRY_VERIFY(cells().size() == 1 && cells().first()->accessibleName() == body);
+    QAccessibleInterface *text = QAccessible::queryAccessibleInterface(cells().first())->child(0);
     QVERIFY(text && text->actionInterface());
     QCOMPARE(text->role(), QAccessible::EditableText);
     QCOMPARE(text->text(QAccessible::Value), body);
