@@ -128,32 +128,25 @@ int main(int argc, char *argv[])
         QElapsedTimer timer;
         timer.start();
         QVariant value = TVRManager::userIdentifier();
-        const qint64 first = timer.elapsed();
-        timer.restart();
+        const qint64 first = timer.restart();
         for (int i = 1; i < args[1].toInt(); ++i)
             value = TVRManager::userIdentifier();
         out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
     } else if (command == QLatin1String("host-and-kit") && args.size() == 3) {
-        const auto host = [&] { HostKeychain::write(hostService, hostKey, args[2].toUtf8()); };
-        const auto kit = [&] {
-            if (args[1] == QLatin1String("set")) {
-                TVRManager::setUserIdentifier(QStringLiteral("user-0"));
-                return QStringLiteral("set");
-            }
-            if (args[1] == QLatin1String("logout")) {
-                TVRManager::logout();
-                return QStringLiteral("logged out");
-            }
-            return show(TVRManager::userIdentifier());
-        };
-        QString answer;
-        if (args[0] == QLatin1String("host-first")) {
-            host();
-            answer = kit();
+        const bool hostFirst = args[0] == QLatin1String("host-first");
+        if (hostFirst)
+            HostKeychain::write(hostService, hostKey, args[2].toUtf8());
+        QString answer = args[1];
+        if (args[1] == QLatin1String("set")) {
+            TVRManager::setUserIdentifier(QStringLiteral("user-0"));
+        } else if (args[1] == QLatin1String("logout")) {
+            TVRManager::logout();
+            answer = QStringLiteral("logged out");
         } else {
-            answer = kit();
-            host();
+            answer = show(TVRManager::userIdentifier());
         }
+        if (!hostFirst)
+            HostKeychain::write(hostService, hostKey, args[2].toUtf8());
         out << answer << Qt::endl
             << show(RQKeychain::loadValueForKey(kTVRUserIdentifier)) << Qt::endl
             << hostItem() << Qt::endl;
@@ -197,10 +190,9 @@ int main(int argc, char *argv[])
         TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
         manager->setSession(&session);
         Fetcher delegate;
-        if (command == QLatin1String("fetch-terms-forever"))
-            delegate.mode = Fetcher::Forever;
-        else if (command == QLatin1String("fetch-terms-and-die"))
-            delegate.mode = Fetcher::DieAtOnce;
+        delegate.mode = command.endsWith(QLatin1String("forever")) ? Fetcher::Forever
+            : command.endsWith(QLatin1String("die"))               ? Fetcher::DieAtOnce
+                                                                   : Fetcher::Once;
         manager->setDelegate(&delegate);
         if (delegate.mode == Fetcher::Forever)
             out << "fetching" << Qt::endl;
