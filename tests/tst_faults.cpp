@@ -39,7 +39,6 @@ void tst_Faults::initTestCase()
 {
     // The helper launches share this settings file: they are launches of one host.
     QVERIFY(startLoopbackService(u"tovra-host"_s, m_server, m_session));
-    TVRManager::setAPIKey(u"a"_s, u"b"_s);
 }
 
 void tst_Faults::cleanup()
