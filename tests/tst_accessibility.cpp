@@ -27,6 +27,8 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <climits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -346,16 +348,20 @@ void tst_Accessibility::keysScroll()
     const int page = bar->pageStep();
     // Each key from the middle of the document, and the range the bar must then be in: a
     // line is less than a page in the key's direction.
-    const QList<std::tuple<QKeyCombination, int, int>> moves{
-        {Qt::Key_Down, start + 1, start + page - 1},    {Qt::Key_Up, start - page + 1, start - 1},
-        {Qt::Key_PageDown, start + page, start + page}, {Qt::Key_PageUp, start - page, start - page},
-        {Qt::Key_Space, start + page, start + page},    {Qt::SHIFT | Qt::Key_Space, start - page, start - page},
-        {Qt::Key_End, bar->maximum(), bar->maximum()},  {Qt::Key_Home, 0, 0}};
+    const QList<std::tuple<QKeyCombination, int, int>> moves{{Qt::Key_Down, start + 1, start + page - 1},
+                                                             {Qt::Key_Up, start - page + 1, start - 1},
+                                                             {Qt::Key_PageDown, start + page, start + page},
+                                                             {Qt::Key_PageUp, start - page, start - page},
+                                                             {Qt::Key_Space, start + page, start + page},
+                                                             {Qt::SHIFT | Qt::Key_Space, start - page, start - page},
+                                                             {Qt::Key_End, INT_MAX, INT_MAX},
+                                                             {Qt::Key_Home, 0, 0}};
     for (const auto &[key, lowest, highest] : moves) {
         bar->setValue(start);
         // The keys reach the table through the application, as a keyboard's would.
         QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
-        QVERIFY2(bar->value() >= lowest && bar->value() <= highest,
+        // The end is wherever the bar's maximum is once the key has moved it there.
+        QVERIFY2(bar->value() >= qMin(lowest, bar->maximum()) && bar->value() <= highest,
                  qPrintable(u"%1 from %2 to %3"_s.arg(QKeySequence(key).toString()).arg(start).arg(bar->value())));
     }
 }
