@@ -130,7 +130,6 @@ void tst_LazyNetwork::loadedAfterTheWindowsFrameWithTheRequestsCredentials()
     TVRManager::setAPIKey(u"first-key"_s, u"first-secret"_s);
 
     HostWindow window;
-    window.resize(200, 100);
     window.show();
     QTRY_VERIFY(window.painted);
     // A frame the host has yet to show when it asks: the request waits for it.
