@@ -14,9 +14,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <algorithm>
-#include <cstdlib>
-
 using namespace Qt::StringLiterals;
 
 class tst_Demo : public QObject
