@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 // What a reader sees on the document screens, read off the painted pixels and off the text
-// as Qt lays it out for painting: the appearance settings, rows exactly as tall as their
-// text at any width and in any script, long words, a dark system palette, a body that is
-// painted until it is clicked, and screens that take what they made with them. Offscreen
-// on a 1280 x 800 screen; screenshots go to TOVRA_SCREENSHOT_DIR.
+// as Qt lays it out for painting: rows exactly as tall as their text at any width and in any
+// script, each text starting from its own direction's side, shaped and sharp; long words,
+// the appearance settings, a dark system palette, a body that is painted until it is
+// clicked, and screens that take what they made with them. Offscreen on a 1280 x 800
+// screen; screenshots go to TOVRA_SCREENSHOT_DIR.
 
 #include "LoopbackSession.h"
 #include "OffscreenTest.h"
@@ -494,10 +495,13 @@ void tst_Rendering::darkSystemPalette()
         const double ratio = contrast(ink(image, area), background(image, area));
         QVERIFY2(ratio >= 4.5, qPrintable(u"%1: contrast %2"_s.arg(name).arg(ratio, 0, 'f', 2)));
     };
-    const auto shownButtons = [](QWidget *bar) {
+    // The buttons \a bar shows with a text: \a count of them, each readable.
+    const auto checkButtons = [&checkContrast](const QImage &image, QWidget *bar, int count) {
         QList<QToolButton *> buttons = bar->findChildren<QToolButton *>();
         buttons.removeIf([](QToolButton *button) { return !button->isVisible() || button->text().isEmpty(); });
-        return buttons;
+        QCOMPARE(buttons.size(), count);
+        for (QToolButton *button : std::as_const(buttons))
+            checkContrast(image, button, button->text());
     };
     m_window = std::make_unique<QWidget>();
     m_window->resize(390, 844);
@@ -510,9 +514,7 @@ void tst_Rendering::darkSystemPalette()
     const QImage image = render(navigation);
     QWidget *bar = navigation->navigationBar();
     checkContrast(image, bar->findChild<QLabel *>(), u"navigation title"_s);
-    const QList<QToolButton *> close = shownButtons(bar);
-    QCOMPARE(close.size(), 1);
-    checkContrast(image, close.constFirst(), close.constFirst()->text());
+    checkButtons(image, bar, 1); // Close
     QCOMPARE(QColor(background(image, inWindow(terms->tableView()->viewport()))), QColor(Qt::white));
 
     // The sections keep their black and the date its light grey, on the white page.
@@ -528,10 +530,7 @@ void tst_Rendering::darkSystemPalette()
     m_window->show();
     const QImage agreement = render(m_window.get());
     QVERIFY(saveScreenshot(m_window.get(), u"dark-palette-agreement"_s));
-    const QList<QToolButton *> answers = shownButtons(m_window->findChild<QToolBar *>());
-    QCOMPARE(answers.size(), 2);
-    for (QToolButton *button : answers)
-        checkContrast(agreement, button, button->text());
+    checkButtons(agreement, m_window->findChild<QToolBar *>(), 2); // Disagree and Agree
 }
 
 void tst_Rendering::screensTakeWhatTheyMade()
