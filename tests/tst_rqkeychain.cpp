@@ -179,8 +179,7 @@ private Q_SLOTS:
         QTest::newRow("keychain locked") << u"copyMatching"_s << QString() << u"copyMatching"_s << QString();
         QTest::newRow("probe cannot be added") << u"add"_s << QString() << u"copyMatching add"_s << QString();
         QTest::newRow("probe has no group") << QString() << QString() << u"copyMatching add"_s << QString();
-        QTest::newRow("from the probe's group")
-            << QString() << u"ABCDE12345.app"_s << u"copyMatching add"_s << u"ABCDE12345"_s;
+        QTest::newRow("probe's group") << QString() << u"ABCDE12345.app"_s << u"copyMatching add"_s << u"ABCDE12345"_s;
         QTest::newRow("kept once found") << QString() << u"OTHER99999.app"_s << QString() << u"ABCDE12345"_s;
     }
 
@@ -194,9 +193,9 @@ private Q_SLOTS:
         TVRSecureItemStore::setDefaultStore(&m_store);
         m_store.items.clear();
         m_store.calls.clear();
-        m_store.copyFailures =
-            failing == u"copyMatching"_s ? QList<qint32>{errSecInteractionNotAllowed} : QList<qint32>();
-        m_store.addFailures = failing == u"add"_s ? QList<qint32>{errSecNotAvailable} : QList<qint32>();
+        // One failure of the call the row names, or none.
+        m_store.copyFailures = QList<qint32>(failing == u"copyMatching"_s, errSecInteractionNotAllowed);
+        m_store.addFailures = QList<qint32>(failing == u"add"_s, errSecNotAvailable);
         m_store.defaultAccessGroup = defaultGroup;
 
         const QString found = RQKeychain::getBundleSeedIdentifier();
@@ -225,8 +224,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("full");
 
         QTest::newRow("prefix added") << u"group.shared.items"_s << u"ABCDE12345.group.shared.items"_s;
-        QTest::newRow("prefix already there")
-            << u"ABCDE12345.group.shared.items"_s << u"ABCDE12345.group.shared.items"_s;
+        QTest::newRow("prefix already there") << u"ABCDE12345.group.items"_s << u"ABCDE12345.group.items"_s;
         QTest::newRow("prefix inside") << u"group.ABCDE12345.x"_s << u"group.ABCDE12345.x"_s;
         QTest::newRow("prefix in other case") << u"abcde12345.x"_s << u"ABCDE12345.abcde12345.x"_s;
         QTest::newRow("empty group") << u""_s << u"ABCDE12345."_s;

@@ -4,11 +4,9 @@
 #ifndef HOSTKEYCHAIN_H
 #define HOSTKEYCHAIN_H
 
-#include <QByteArray>
 #include <QDataStream>
 #include <QEventLoop>
 #include <QIODevice>
-#include <QString>
 #include <QVariant>
 
 #include <qt6keychain/keychain.h>
@@ -19,9 +17,10 @@
 */
 namespace HostKeychain {
 
-// Runs \a job to its end on this thread; the job's error.
-inline QKeychain::Error run(QKeychain::Job &job)
+// Runs \a job for \a key to its end on this thread; the job's error.
+inline QKeychain::Error run(QKeychain::Job &job, const QString &key)
 {
+    job.setKey(key);
     job.setAutoDelete(false);
     QEventLoop loop;
     QObject::connect(&job, &QKeychain::Job::finished, &loop, &QEventLoop::quit);
@@ -34,28 +33,25 @@ inline QKeychain::Error run(QKeychain::Job &job)
 inline QKeychain::Error write(const QString &service, const QString &key, const QByteArray &data, bool asText = true)
 {
     QKeychain::WritePasswordJob job(service);
-    job.setKey(key);
     if (asText)
         job.setTextData(QString::fromUtf8(data));
     else
         job.setBinaryData(data);
-    return run(job);
+    return run(job, key);
 }
 
 // The item's bytes; \a error tells whether there was one.
 inline QByteArray read(const QString &service, const QString &key, QKeychain::Error *error)
 {
     QKeychain::ReadPasswordJob job(service);
-    job.setKey(key);
-    *error = run(job);
+    *error = run(job, key);
     return job.binaryData();
 }
 
 inline QKeychain::Error remove(const QString &service, const QString &key)
 {
     QKeychain::DeletePasswordJob job(service);
-    job.setKey(key);
-    return run(job);
+    return run(job, key);
 }
 
 // \a value in the kit's archive format 1, as release 1.0 stored it: "TVRA", the format
