@@ -407,7 +407,8 @@ void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
     const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
     QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
 
-    // The painted lines, at the top and at the end, are the text view's pixels.
+    // The painted lines stay put: painted again at the end they are the same, and back at the
+    // top they are the ones first painted there.
     const auto viewport = [&] {
         QCoreApplication::processEvents();
         return table->viewport()->grab().toImage();
