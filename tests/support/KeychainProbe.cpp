@@ -69,13 +69,9 @@ QMap<QString, QString> KeychainProbe::itemAttributes(const QString &service, con
 bool KeychainProbe::setKeyringLocked(bool locked)
 {
     QDBusInterface service(secrets, servicePath, u"org.freedesktop.Secret.Service"_s);
-    const QDBusReply<QDBusObjectPath> collection = service.call(u"ReadAlias"_s, u"default"_s);
-    if (!collection.isValid() || collection.value().path() == u"/"_s)
-        return false;
-    const QVariant collectionPath = QVariant::fromValue(collection.value());
+    const QDBusObjectPath collection(u"/org/freedesktop/secrets/aliases/default"_s);
     if (locked)
-        return service.call(u"Lock"_s, QVariant::fromValue(QList{collection.value()})).type()
-            == QDBusMessage::ReplyMessage;
+        return service.call(u"Lock"_s, QVariant::fromValue(QList{collection})).type() == QDBusMessage::ReplyMessage;
     // Unlocking takes a prompt, or gnome-keyring's own interface and the password.
     const QDBusMessage session =
         service.call(u"OpenSession"_s, u"plain"_s, QVariant::fromValue(QDBusVariant(QString())));
@@ -85,7 +81,8 @@ bool KeychainProbe::setKeyringLocked(bool locked)
              << QByteArray("tovra-test-keyring") << u"text/plain"_s;
     password.endStructure();
     QDBusInterface keyring(secrets, servicePath, u"org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface"_s);
-    return keyring.call(u"UnlockWithMasterPassword"_s, collectionPath, QVariant::fromValue(password)).type()
+    return keyring.call(u"UnlockWithMasterPassword"_s, QVariant::fromValue(collection), QVariant::fromValue(password))
+               .type()
         == QDBusMessage::ReplyMessage;
 }
 
