@@ -244,10 +244,11 @@ void checkPainted(const QImage &image, TVRTableView *table)
         const qreal shaped = QFontMetricsF(font).horizontalAdvance(text);
         font.setStyleStrategy(QFont::PreferNoShaping);
         const qreal unshaped = QFontMetricsF(font).horizontalAdvance(text);
-        if (text.at(0).script() == QChar::Script_Arabic && ink.height() < QFontMetricsF(font).height() * 1.5
-            && std::abs(shaped - unshaped) >= 4) {
+        // The fonts the kit's scripts install shape Arabic to another width than its letters
+        // set apart, so a line of it tells the two apart.
+        if (text.at(0).script() == QChar::Script_Arabic && ink.height() < QFontMetricsF(font).height() * 1.5) {
             QVERIFY2(
-                std::abs(ink.width() - shaped) < std::abs(ink.width() - unshaped),
+                std::abs(shaped - unshaped) >= 4 && std::abs(ink.width() - shaped) < std::abs(ink.width() - unshaped),
                 qPrintable(u"ink %1 px wide; shaped %2, unshaped %3"_s.arg(ink.width()).arg(shaped).arg(unshaped)));
         }
 
