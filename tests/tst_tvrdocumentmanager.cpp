@@ -65,6 +65,12 @@ QJsonObject sampleDocument(const QString &title)
     };
 }
 
+QString keptFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
+        + u"/Tovra/kTVRTermsOfServiceDataPath.json"_s;
+}
+
 } // namespace
 
 class tst_TVRDocumentManager : public QObject
@@ -77,6 +83,8 @@ private Q_SLOTS:
     void cleanup();
 
     void cacheAnswersWhileNothingIsHeld();
+    void damagedCopyIsNoCopy_data();
+    void damagedCopyIsNoCopy();
     void unwritableCopyIsLogged_data();
     void unwritableCopyIsLogged();
     void secondReply_data();
@@ -134,6 +142,26 @@ void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
     auto given = std::make_shared<TVRDocument>(sampleDocument(u"Given"_s));
     m_manager->setTermsOfService(given);
     QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
+}
+
+void tst_TVRDocumentManager::damagedCopyIsNoCopy_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("two values") << QByteArray(R"([{"title":"A"},{"title":"B"}])");
+    QTest::newRow("no value") << QByteArray("[]");
+    QTest::newRow("a value not in an array") << QByteArray(R"({"title":"A"})");
+    QTest::newRow("cut short") << QByteArray(R"([{"title":"A")");
+}
+
+// A kept file that does not hold exactly one value is no copy: nothing is shown from it.
+void tst_TVRDocumentManager::damagedCopyIsNoCopy()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(QDir().mkpath(QFileInfo(keptFile()).absolutePath()));
+    QFile file(keptFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+    file.close();
+    QVERIFY(!m_manager->termsOfService());
 }
 
 void tst_TVRDocumentManager::unwritableCopyIsLogged_data()
@@ -242,6 +270,11 @@ void tst_TVRDocumentManager::secondReply()
     QVERIFY(ended);
     QCOMPARE(delegate.calls, QStringList({u"finished"_s, code ? u"failed"_s : u"finished"_s}));
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), copy.isUndefined() ? before : copy);
+    // An object's or an array's text is kept as it came, not written out again.
+    QFile kept(keptFile());
+    const QByteArray text = reply.body.trimmed();
+    if (!copy.isUndefined() && (text.startsWith('{') || text.startsWith('[')))
+        QCOMPARE(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray(), '[' + reply.body + ']');
     const auto held = m_manager->termsOfService();
     if (code) {
         const TVRError error = delegate.errors.constFirst();
