@@ -65,12 +65,6 @@ QJsonObject sampleDocument(const QString &title)
     };
 }
 
-QString keptFile()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
-        + u"/Tovra/kTVRTermsOfServiceDataPath.json"_s;
-}
-
 } // namespace
 
 class tst_TVRDocumentManager : public QObject
@@ -157,8 +151,8 @@ void tst_TVRDocumentManager::damagedCopyIsNoCopy_data()
 void tst_TVRDocumentManager::damagedCopyIsNoCopy()
 {
     QFETCH(QByteArray, text);
-    QVERIFY(QDir().mkpath(QFileInfo(keptFile()).absolutePath()));
-    QFile file(keptFile());
+    QVERIFY(QDir().mkpath(QFileInfo(keptCopyPath(kTVRTermsOfServiceDataPath)).absolutePath()));
+    QFile file(keptCopyPath(kTVRTermsOfServiceDataPath));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
     file.close();
     QVERIFY(!m_manager->termsOfService());
@@ -271,7 +265,7 @@ void tst_TVRDocumentManager::secondReply()
     QCOMPARE(delegate.calls, QStringList({u"finished"_s, code ? u"failed"_s : u"finished"_s}));
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), copy.isUndefined() ? before : copy);
     // An object's or an array's text is kept as it came, not written out again.
-    QFile kept(keptFile());
+    QFile kept(keptCopyPath(kTVRTermsOfServiceDataPath));
     const QByteArray text = reply.body.trimmed();
     if (!copy.isUndefined() && (text.startsWith('{') || text.startsWith('[')))
         QCOMPARE(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray(), '[' + reply.body + ']');

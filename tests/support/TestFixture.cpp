@@ -48,9 +48,14 @@ QString keptCopiesFolder()
 
 } // namespace
 
+QString keptCopyPath(const QString &key)
+{
+    return keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json");
+}
+
 QJsonValue keptCopy(const QString &key)
 {
-    QFile file(keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json"));
+    QFile file(keptCopyPath(key));
     if (!file.open(QIODevice::ReadOnly))
         return QJsonValue(QJsonValue::Undefined);
     // The file holds a JSON array with the value as its one element.
@@ -61,7 +66,7 @@ QJsonValue keptCopy(const QString &key)
 void keepCopy(const QString &key, const QJsonValue &value)
 {
     QDir().mkpath(keptCopiesFolder());
-    QFile file(keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json"));
+    QFile file(keptCopyPath(key));
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(QJsonArray{value}).toJson()) <= 0)
         qFatal("could not keep a copy under %s", qPrintable(key));
 }

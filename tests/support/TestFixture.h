@@ -19,6 +19,8 @@ class TestSession;
 // \a session. False, with the reason logged, when any of that fails.
 [[nodiscard]] bool startLoopbackService(const QString &applicationName, TestHttpsServer &server, TestSession &session);
 
+// The file in which the kit keeps the copy of a document under \a key.
+QString keptCopyPath(const QString &key);
 // The copy of a document the kit keeps under \a key, read from its file as a host would
 // find it: undefined when there is none.
 QJsonValue keptCopy(const QString &key);
