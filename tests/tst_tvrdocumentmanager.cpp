@@ -11,9 +11,7 @@
 #include <TVRDocumentManagerDelegate.h>
 #include <TVRManager.h>
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QSettings>
 #include <QtTest>
 
@@ -55,14 +53,14 @@ QByteArray compact(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-QJsonObject sampleDocument(const QString &title)
+// A reply of one section, whose body names the app.
+QByteArray sampleReply(const QString &title, const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
 {
-    return QJsonObject{
-        {u"_id"_s, u"doc-"_s + title},
-        {u"title"_s, title},
-        {u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s},
-        {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"##### applies."_s}}}},
-    };
+    return compact(
+        {{u"_id"_s, u"doc-"_s + title},
+         {u"title"_s, title},
+         {u"updatedAt"_s, updatedAt},
+         {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"##### applies."_s}}}}});
 }
 
 } // namespace
@@ -71,320 +69,278 @@ class tst_TVRDocumentManager : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void cacheAnswersWhileNothingIsHeld();
-    void damagedCopyIsNoCopy_data();
-    void damagedCopyIsNoCopy();
-    void unwritableCopyIsLogged_data();
-    void unwritableCopyIsLogged();
-    void secondReply_data();
-    void secondReply();
-    void nobodyLeftToTell();
-    void listenersHearEachAnswer();
-    void documentSurvivesAKill();
-
-private:
-    bool fetchTerms(RecordingDelegate &delegate, int calls = 1);
-
     TestHttpsServer m_server;
     TestSession m_session;
     std::unique_ptr<TVRDocumentManager> m_manager;
-};
 
-void tst_TVRDocumentManager::initTestCase()
-{
-    QVERIFY(startLoopbackService(u"tst_tvrdocumentmanager"_s, m_server, m_session));
-    TVRManager::setAPIKey(u"a"_s, u"b"_s);
-}
-
-void tst_TVRDocumentManager::init()
-{
-    removeKeptCopies();
-    m_server.reply(TestReply::json(200, compact(sampleDocument(u"Terms"_s))));
-    m_manager = std::make_unique<TVRDocumentManager>();
-    m_manager->setSession(&m_session);
-}
-
-void tst_TVRDocumentManager::cleanup()
-{
-    m_manager.reset();
-    QTRY_COMPARE(m_session.liveReplies(), 0);
-}
-
-bool tst_TVRDocumentManager::fetchTerms(RecordingDelegate &delegate, int calls)
-{
-    m_manager->setDelegate(&delegate);
-    m_manager->fetchTermsOfService();
-    return QTest::qWaitFor([&] { return delegate.calls.size() >= calls && m_session.liveReplies() == 0; }, 30000);
-}
-
-void tst_TVRDocumentManager::cacheAnswersWhileNothingIsHeld()
-{
-    // A copy that release 1.0 kept in the host's settings is read until a reply replaces it.
-    QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(compact(sampleDocument(u"Cached"_s))));
-    const auto first = m_manager->termsOfService();
-    QCOMPARE(first->title(), u"Cached"_s);
-    // Held from then on: the same document, even once the copy is gone.
-    QSettings().remove(kTVRTermsOfServiceDataPath);
-    QCOMPARE(m_manager->termsOfService(), first);
-
-    // Setting a document holds it and leaves the copy alone.
-    auto given = std::make_shared<TVRDocument>(sampleDocument(u"Given"_s));
-    m_manager->setTermsOfService(given);
-    QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
-}
-
-void tst_TVRDocumentManager::damagedCopyIsNoCopy_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("two values") << QByteArray(R"([{"title":"A"},{"title":"B"}])");
-    QTest::newRow("no value") << QByteArray("[]");
-    QTest::newRow("a value not in an array") << QByteArray(R"({"title":"A"})");
-    QTest::newRow("cut short") << QByteArray(R"([{"title":"A")");
-}
-
-// A kept file that does not hold exactly one value is no copy: nothing is shown from it.
-void tst_TVRDocumentManager::damagedCopyIsNoCopy()
-{
-    QFETCH(QByteArray, text);
-    QVERIFY(QDir().mkpath(QFileInfo(keptCopyPath(kTVRTermsOfServiceDataPath)).absolutePath()));
-    QFile file(keptCopyPath(kTVRTermsOfServiceDataPath));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
-    file.close();
-    QVERIFY(!m_manager->termsOfService());
-}
-
-void tst_TVRDocumentManager::unwritableCopyIsLogged_data()
-{
-    QTest::addColumn<QString>("blocked"); // a folder where it ends in .json, else a file
-    QTest::newRow("a file has the folder's name") << u"/Tovra"_s;
-    QTest::newRow("a folder has the copy's name") << u"/Tovra/kTVRTermsOfServiceDataPath.json"_s;
-}
-
-void tst_TVRDocumentManager::unwritableCopyIsLogged()
-{
-    QFETCH(QString, blocked);
-
-    const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    QVERIFY(QDir().mkpath(QFileInfo(config + blocked).absolutePath()));
-    QFile blocker(config + blocked);
-    QVERIFY(blocked.endsWith(u".json"_s) ? QDir().mkpath(config + blocked) : blocker.open(QIODevice::WriteOnly));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Keeping kTVRTermsOfServiceDataPath failed: "_s));
-    RecordingDelegate delegate;
-    const bool fetched = fetchTerms(delegate);
-    QFile::remove(config + u"/Tovra"_s); // the next test's set-up removes a folder
-    QVERIFY(fetched);
-    // The reply is still the document, for this launch.
-    QCOMPARE(delegate.calls, QStringList{u"finished"_s});
-    QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
-}
-
-void tst_TVRDocumentManager::secondReply_data()
-{
-    QTest::addColumn<TestReply>("reply");
-    QTest::addColumn<qint64>("limit"); // the largest reply taken; 0 for the default
-    QTest::addColumn<int>("code"); // of the failure; 0 where the reply is the document
-    QTest::addColumn<QString>("message"); // a part of the failure's message
-    QTest::addColumn<QJsonValue>("copy"); // the copy then kept; undefined where the earlier one stays
-
-    const QJsonValue stays(QJsonValue::Undefined);
-    const auto failure = [&](const char *name, const TestReply &reply, qint64 limit, int code, const QString &text) {
-        QTest::newRow(name) << reply << limit << code << text << stays;
-    };
-    const auto answer = [](const char *name, const QByteArray &body, const QJsonValue &copy, int status = 200) {
-        QTest::newRow(name) << TestReply::json(status, body) << qint64(0) << 0 << QString() << copy;
-    };
-    const auto parsed = [](const QByteArray &json) { return QJsonValue(QJsonDocument::fromJson(json).object()); };
-
-    // A failure changes nothing, neither the document held nor its copy. Here the status line
-    // came, then the connection broke off in the middle of the body.
-    TestReply cut = TestReply::json(200, compact(sampleDocument(u"Cut"_s)));
-    cut.cutBodyAt = 40;
-    failure("body cut short", cut, 0, QNetworkReply::RemoteHostClosedError, {});
-    const QByteArray json = compact(documentJson(u"Large"_s, 20));
-    failure("over the limit, announced by Content-Length", TestReply::json(200, json), 2048,
-            QNetworkReply::UnknownContentError,
-            u"The reply of %1 bytes is larger than the limit of 2048 bytes"_s.arg(json.size()));
-    // No length is announced: the bytes received tell.
-    failure("over the limit, chunked", TestReply::chunked(200, json), 2048, QNetworkReply::UnknownContentError,
-            u"more than the limit of 2048 bytes"_s);
-
-    // A reply of exactly the largest size taken is the document.
-    QTest::newRow("the limit, announced by Content-Length")
-        << TestReply::json(200, json) << qint64(json.size()) << 0 << QString() << parsed(json);
-    QTest::newRow("the limit, chunked") << TestReply::chunked(200, json) << qint64(json.size()) << 0 << QString()
-                                        << parsed(json);
-
-    // Any JSON is the document, and kept exactly, whatever its status and its types.
-    const QByteArray odd = R"({"_id":"doc-x","title":"x","updatedAt":null,)"
-                           R"("sections":["text",[1,2],null,3,{"title":7,"body":[]}]})";
-    const QByteArray typed =
-        R"({"title":null,"version":3.25,"published":true,"updatedAt":"2016-03-01T12:30:00.000+0000",)"
-        R"("sections":[{"title":"Scope","body":"##### applies."}],"extra":{"list":[null,false,"",{}]}})";
-    const QByteArray wrongTypes = R"({"_id":"doc-x","title":42,"updatedAt":1456835400,"sections":{"title":"Scope"}})";
-    const QByteArray large = compact(documentJson(u"Large"_s, 12200));
-    answer("title, date and sections of other types", wrongTypes, parsed(wrongTypes));
-    answer("section elements of every kind, date null", odd, parsed(odd));
-    answer("every JSON type", typed, parsed(typed));
-    answer("4.8 MB document, under the limit", large, parsed(large));
-    answer("byte order mark and blanks", "\xef\xbb\xbf \r\n" + typed, parsed(typed));
-    answer("an array", " [1,2]", QJsonArray{1, 2});
-    answer("an array after a byte order mark", "\xef\xbb\xbf[1,2]", QJsonArray{1, 2});
-
-    // No JSON: the held document is one without content, and the copy stays.
-    answer("empty body", QByteArray(), stays);
-    answer("JSON null", "null", stays);
-    answer("not JSON", "<html>Bad gateway</html>", stays, 502);
-    answer("invalid UTF-8", "{\"title\":\"\xc3\x28\"}", stays);
-    answer("nested 10,000 deep", QByteArray(10000, '[') + QByteArray(10000, ']'), stays);
-}
-
-void tst_TVRDocumentManager::secondReply()
-{
-    QFETCH(TestReply, reply);
-    QFETCH(qint64, limit);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    QFETCH(QJsonValue, copy);
-
-    RecordingDelegate delegate;
-    QVERIFY(fetchTerms(delegate));
-    const auto first = m_manager->termsOfService();
-    const QJsonValue before = keptCopy(kTVRTermsOfServiceDataPath);
-    QVERIFY(before.isObject());
-
-    TVRManager::setMaximumReplySize(limit);
-    m_server.reply(reply);
-    const bool ended = fetchTerms(delegate, 2);
-    TVRManager::setMaximumReplySize(0); // back to the default
-    QVERIFY(ended);
-    QCOMPARE(delegate.calls, QStringList({u"finished"_s, code ? u"failed"_s : u"finished"_s}));
-    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), copy.isUndefined() ? before : copy);
-    // An object's or an array's text is kept as it came, not written out again.
-    QFile kept(keptCopyPath(kTVRTermsOfServiceDataPath));
-    const QByteArray text = reply.body.trimmed();
-    if (!copy.isUndefined() && (text.startsWith('{') || text.startsWith('[')))
-        QCOMPARE(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray(), '[' + reply.body + ']');
-    const auto held = m_manager->termsOfService();
-    if (code) {
-        const TVRError error = delegate.errors.constFirst();
-        QCOMPARE(error.code(), code);
-        QVERIFY2(error.message().contains(message), qPrintable(error.message()));
-        QCOMPARE(held, first);
-        return;
+    bool fetchTerms(RecordingDelegate &delegate, int calls = 1)
+    {
+        m_manager->setDelegate(&delegate);
+        m_manager->fetchTermsOfService();
+        return QTest::qWaitFor([&] { return delegate.calls.size() >= calls && m_session.liveReplies() == 0; }, 30000);
     }
 
-    // Every property of the held document can be read, and the next launch reads the same
-    // document from its copy; or, where no copy was kept, the earlier one.
-    const auto read = [](const std::shared_ptr<TVRDocument> &document) {
-        QStringList texts{document->identifier(), document->title(), document->date().isValid() ? u"dated"_s : u""_s};
-        for (const auto &section : document->sections())
-            texts << section->title() << section->body();
-        return texts;
-    };
-    const QStringList heldTexts = read(held);
-    TVRDocumentManager later;
-    QVERIFY(later.termsOfService());
-    QCOMPARE(read(later.termsOfService()), copy.isUndefined() ? read(first) : heldTexts);
-    if (copy.isUndefined())
-        QVERIFY(held->title().isNull() && held->sections().isEmpty());
-}
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(startLoopbackService(u"tst_tvrdocumentmanager"_s, m_server, m_session));
+        TVRManager::setAPIKey(u"a"_s, u"b"_s);
+    }
 
-void tst_TVRDocumentManager::nobodyLeftToTell()
-{
-    // A delegate that is gone, or that the manager cannot watch, is not kept.
-    auto *gone = new RecordingDelegate;
-    m_manager->setDelegate(gone);
-    delete gone;
-    QVERIFY(!m_manager->delegate());
-    PlainDelegate plain;
-    m_manager->setDelegate(&plain);
-    QVERIFY(!m_manager->delegate());
+    void init()
+    {
+        removeKeptCopies();
+        m_server.reply(TestReply::json(200, sampleReply(u"Terms"_s)));
+        m_manager = std::make_unique<TVRDocumentManager>();
+        m_manager->setSession(&m_session);
+    }
 
-    // A fetch whose manager is gone before the reply still keeps the copy.
-    TestReply late = TestReply::json(200, compact(sampleDocument(u"Late"_s)));
-    late.delayMs = 100;
-    m_server.reply(late);
-    const int requests = m_server.requests().size();
-    m_manager->fetchTermsOfService();
-    QTRY_COMPARE(m_server.requests().size(), requests + 1);
-    m_manager.reset();
-    QTRY_VERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
-    QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
-}
+    void cleanup()
+    {
+        m_manager.reset();
+        QTRY_COMPARE(m_session.liveReplies(), 0);
+    }
 
-void tst_TVRDocumentManager::listenersHearEachAnswer()
-{
-    using Document = TVRDocumentManager::Document;
-    RecordingDelegate first;
-    RecordingDelegate last;
-    m_manager->setDelegate(&first);
-    m_manager->setDelegate(&last);
-    QSignalSpy changed(m_manager.get(), &TVRDocumentManager::documentChanged);
-    QSignalSpy failed(m_manager.get(), &TVRDocumentManager::fetchFailed);
+    void cacheAnswersWhileNothingIsHeld()
+    {
+        // A copy that release 1.0 kept in the host's settings is read until a reply replaces it.
+        QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(sampleReply(u"Cached"_s)));
+        const auto first = m_manager->termsOfService();
+        QCOMPARE(first->title(), u"Cached"_s);
+        // Held from then on: the same document, even once the copy is gone.
+        QSettings().remove(kTVRTermsOfServiceDataPath);
+        QCOMPARE(m_manager->termsOfService(), first);
 
-    // The Privacy Policy answers first here; the calls and the signals follow the answers.
-    m_server.setHandler([](const TestRequest &request) {
-        TestReply reply = TestReply::json(200, compact(sampleDocument(request.path)));
-        reply.held = request.path == u"/api/terms-of-service"_s;
-        return reply;
-    });
-    m_manager->fetchTermsOfService();
-    m_manager->fetch(Document::PrivacyPolicy);
-    QTRY_COMPARE(last.calls, QStringList{u"finished"_s});
-    m_server.releaseHeld();
-    QTRY_COMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s}));
-    QVERIFY(first.calls.isEmpty());
-    QCOMPARE(last.titlesHeld,
-             QStringList({u"- + /api/privacy-policy"_s, u"/api/terms-of-service + /api/privacy-policy"_s}));
-    QCOMPARE(changed.size(), 2);
-    QCOMPARE(changed[0][0].value<Document>(), Document::PrivacyPolicy);
-    QCOMPARE(changed[1][0].value<Document>(), Document::TermsOfService);
-    // Each is kept under its own key; both were asked for with GET.
-    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(sampleDocument(u"/api/terms-of-service"_s)));
-    QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(sampleDocument(u"/api/privacy-policy"_s)));
-    for (const TestRequest &request : m_server.requests())
-        QCOMPARE(request.method, QByteArray("GET"));
+        // Setting a document holds it and leaves the copy alone.
+        m_manager->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject()));
+        QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
+    }
 
-    // A failure is told to the delegate and the listeners, and leaves the document held.
-    const std::shared_ptr<TVRDocument> privacyBefore = m_manager->documentFor(Document::PrivacyPolicy);
-    m_server.reply(TestReply::dropped());
-    m_manager->fetchPrivacyPolicy();
-    QTRY_COMPARE(failed.size(), 1);
-    QCOMPARE(failed[0][0].value<Document>(), Document::PrivacyPolicy);
-    QCOMPARE(failed[0][1].value<TVRError>().domain(), TVRError::networkDomain());
-    QCOMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s, u"failed"_s}));
-    QCOMPARE(changed.size(), 2);
-    QCOMPARE(m_manager->privacyPolicy(), privacyBefore);
+    void damagedCopyIsNoCopy_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("two values") << QByteArray(R"([{"title":"A"},{"title":"B"}])");
+        QTest::newRow("no value") << QByteArray("[]");
+        QTest::newRow("a value not in an array") << QByteArray(R"({"title":"A"})");
+        QTest::newRow("cut short") << QByteArray(R"([{"title":"A")");
+    }
 
-    // Setting a document tells the listeners too.
-    m_manager->setPrivacyPolicy(std::make_shared<TVRDocument>(sampleDocument(u"Set"_s)));
-    QCOMPARE(changed.size(), 3);
-    QCOMPARE(changed[2][0].value<Document>(), Document::PrivacyPolicy);
-}
+    // A kept file that does not hold exactly one value is no copy: nothing is shown from it.
+    void damagedCopyIsNoCopy()
+    {
+        QFETCH(QByteArray, text);
+        QVERIFY(QDir().mkpath(QFileInfo(keptCopyPath(kTVRTermsOfServiceDataPath)).absolutePath()));
+        QFile file(keptCopyPath(kTVRTermsOfServiceDataPath));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        file.close();
+        QVERIFY(!m_manager->termsOfService());
+    }
 
-void tst_TVRDocumentManager::documentSurvivesAKill()
-{
-    QJsonObject reply = sampleDocument(u"Terms of Service"_s);
-    reply.insert(u"updatedAt"_s, u"2016-03-01T12:30:00.000-0800"_s);
-    m_server.reply(TestReply::json(200, compact(reply)));
+    void unwritableCopyIsLogged_data()
+    {
+        QTest::addColumn<QString>("blocked"); // a folder where it ends in .json, else a file
+        QTest::newRow("a file has the folder's name") << u"/Tovra"_s;
+        QTest::newRow("a folder has the copy's name") << u"/Tovra/kTVRTermsOfServiceDataPath.json"_s;
+    }
 
-    // A launch is killed as its delegate hears of the reply: the document is on disk by then,
-    // and the next launch, which sends no request, has it.
-    QProcess first;
-    first.start(QStringLiteral(TOVRA_TEST_HELPER), {u"fetch-terms-and-die"_s, QString::number(m_server.port())});
-    QVERIFY(first.waitForStarted());
-    QVERIFY(QTest::qWaitFor([&first] { return first.state() == QProcess::NotRunning; }, 60000));
-    QCOMPARE(first.exitStatus(), QProcess::CrashExit);
-    QCOMPARE(first.exitCode(), SIGKILL);
-    QCOMPARE(runHelper({u"read-terms"_s}),
-             QStringList({u"doc-Terms of Service"_s, u"Terms of Service"_s, u"2016-03-01T12:30:00.000-08:00"_s,
-                          u"Scope | tovra-host applies."_s}));
-}
+    void unwritableCopyIsLogged()
+    {
+        QFETCH(QString, blocked);
+
+        const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+        QVERIFY(QDir().mkpath(QFileInfo(config + blocked).absolutePath()));
+        QFile blocker(config + blocked);
+        QVERIFY(blocked.endsWith(u".json"_s) ? QDir().mkpath(config + blocked) : blocker.open(QIODevice::WriteOnly));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Keeping kTVRTermsOfServiceDataPath failed: "_s));
+        RecordingDelegate delegate;
+        const bool fetched = fetchTerms(delegate);
+        QFile::remove(config + u"/Tovra"_s); // the next test's set-up removes a folder
+        QVERIFY(fetched);
+        // The reply is still the document, for this launch.
+        QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+        QCOMPARE(m_manager->termsOfService()->title(), u"Terms"_s);
+    }
+
+    void secondReply_data()
+    {
+        QTest::addColumn<TestReply>("reply");
+        QTest::addColumn<qint64>("limit"); // the largest reply taken; 0 for the default
+        QTest::addColumn<int>("code"); // of the failure; 0 where the reply is the document
+        QTest::addColumn<QString>("message"); // a part of the failure's message
+        QTest::addColumn<QJsonValue>("copy"); // the copy then kept; undefined where the earlier one stays
+
+        const QJsonValue stays(QJsonValue::Undefined);
+        const auto failure = [&](const char *name, const TestReply &reply, int code, const QString &text) {
+            QTest::newRow(name) << reply << qint64(2048) << code << text << stays;
+        };
+        const auto answer = [](const char *name, const TestReply &reply, const QJsonValue &copy, qint64 limit = 0) {
+            QTest::newRow(name) << reply << limit << 0 << QString() << copy;
+        };
+        const auto ok = [](const QByteArray &body) { return TestReply::json(200, body); };
+        const auto parsed = [](const QByteArray &json) { return QJsonValue(QJsonDocument::fromJson(json).object()); };
+
+        // A failure changes nothing, neither the document held nor its copy. Here the status line
+        // came, then the connection broke off in the middle of the body.
+        TestReply cut = ok(sampleReply(u"Cut"_s));
+        cut.cutBodyAt = 40;
+        failure("body cut short", cut, QNetworkReply::RemoteHostClosedError, {});
+        const QByteArray json = compact(documentJson(u"Large"_s, 20));
+        failure("over the limit, announced by Content-Length", ok(json), QNetworkReply::UnknownContentError,
+                u"The reply of %1 bytes is larger than the limit of 2048 bytes"_s.arg(json.size()));
+        // No length is announced: the bytes received tell.
+        failure("over the limit, chunked", TestReply::chunked(200, json), QNetworkReply::UnknownContentError,
+                u"more than the limit of 2048 bytes"_s);
+
+        // A reply of exactly the largest size taken is the document.
+        answer("the limit, announced by Content-Length", ok(json), parsed(json), json.size());
+        answer("the limit, chunked", TestReply::chunked(200, json), parsed(json), json.size());
+
+        // Any JSON is the document, and kept exactly, whatever its status and its types.
+        const QByteArray odd = R"({"_id":"doc-x","title":42,"updatedAt":null,)"
+                               R"("sections":["text",[1,2],null,3,{"title":7,"body":[]}]})";
+        const QByteArray typed =
+            R"({"title":null,"version":3.25,"published":true,"updatedAt":"2016-03-01T12:30:00.000+0000",)"
+            R"("sections":[{"title":"Scope","body":"##### applies."}],"extra":{"list":[null,false,"",{}]}})";
+        const QByteArray large = compact(documentJson(u"Large"_s, 12200));
+        answer("texts and sections of other types", ok(odd), parsed(odd));
+        answer("every JSON type", ok(typed), parsed(typed));
+        answer("4.8 MB document, under the limit", ok(large), parsed(large));
+        answer("byte order mark and blanks", ok("\xef\xbb\xbf \r\n" + typed), parsed(typed));
+        answer("an array", ok(" [1,2]"), QJsonArray{1, 2});
+        answer("an array after a byte order mark", ok("\xef\xbb\xbf[1,2]"), QJsonArray{1, 2});
+
+        // No JSON: the held document is one without content, and the copy stays.
+        answer("empty body", ok(QByteArray()), stays);
+        answer("JSON null", ok("null"), stays);
+        answer("not JSON", TestReply::json(502, "<html>Bad gateway</html>"), stays);
+        answer("invalid UTF-8", ok("{\"title\":\"\xc3\x28\"}"), stays);
+        answer("nested 10,000 deep", ok(QByteArray(10000, '[') + QByteArray(10000, ']')), stays);
+    }
+
+    void secondReply()
+    {
+        QFETCH(TestReply, reply);
+        QFETCH(qint64, limit);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        QFETCH(QJsonValue, copy);
+
+        RecordingDelegate delegate;
+        QVERIFY(fetchTerms(delegate));
+        const auto first = m_manager->termsOfService();
+        const QJsonValue before = keptCopy(kTVRTermsOfServiceDataPath);
+        QVERIFY(before.isObject());
+
+        TVRManager::setMaximumReplySize(limit);
+        m_server.reply(reply);
+        const bool ended = fetchTerms(delegate, 2);
+        TVRManager::setMaximumReplySize(0); // back to the default
+        QVERIFY(ended);
+        QCOMPARE(delegate.calls, QStringList({u"finished"_s, code ? u"failed"_s : u"finished"_s}));
+        QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), copy.isUndefined() ? before : copy);
+        // An object's or an array's text is kept as it came, not written out again.
+        QFile kept(keptCopyPath(kTVRTermsOfServiceDataPath));
+        const QByteArray text = reply.body.trimmed();
+        if (!copy.isUndefined() && (text.startsWith('{') || text.startsWith('[')))
+            QCOMPARE(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray(), '[' + reply.body + ']');
+        const auto held = m_manager->termsOfService();
+        if (code) {
+            const TVRError error = delegate.errors.constFirst();
+            QCOMPARE(error.code(), code);
+            QVERIFY2(error.message().contains(message), qPrintable(error.message()));
+            QCOMPARE(held, first);
+        } else {
+            // The reply is held; where it is no JSON, as a document without content.
+            TVRDocument expected(copy);
+            QCOMPARE(held->title(), expected.title());
+            QCOMPARE(held->sections().size(), expected.sections().size());
+        }
+    }
+
+    void nobodyLeftToTell()
+    {
+        // A delegate that the manager cannot watch is not kept.
+        PlainDelegate plain;
+        m_manager->setDelegate(&plain);
+        QVERIFY(!m_manager->delegate());
+
+        // A fetch whose manager is gone before the reply still keeps the copy.
+        TestReply late = TestReply::json(200, sampleReply(u"Late"_s));
+        late.delayMs = 100;
+        m_server.reply(late);
+        const int requests = m_server.requests().size();
+        m_manager->fetchTermsOfService();
+        QTRY_COMPARE(m_server.requests().size(), requests + 1);
+        m_manager.reset();
+        QTRY_VERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
+        QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
+    }
+
+    void listenersHearEachAnswer()
+    {
+        using Document = TVRDocumentManager::Document;
+        RecordingDelegate first;
+        RecordingDelegate last;
+        m_manager->setDelegate(&first);
+        m_manager->setDelegate(&last);
+        QSignalSpy changed(m_manager.get(), &TVRDocumentManager::documentChanged);
+        QSignalSpy failed(m_manager.get(), &TVRDocumentManager::fetchFailed);
+
+        // The Privacy Policy answers first here; the calls and the signals follow the answers,
+        // each asked for with GET.
+        m_server.setHandler([](const TestRequest &request) {
+            TestReply reply = TestReply::json(200, sampleReply(request.path));
+            reply.held = request.path == u"/api/terms-of-service"_s;
+            return reply;
+        });
+        m_manager->fetchTermsOfService();
+        m_manager->fetch(Document::PrivacyPolicy);
+        QTRY_COMPARE(last.calls, QStringList{u"finished"_s});
+        m_server.releaseHeld();
+        QTRY_COMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s}));
+        QVERIFY(first.calls.isEmpty());
+        QCOMPARE(last.titlesHeld,
+                 QStringList({u"- + /api/privacy-policy"_s, u"/api/terms-of-service + /api/privacy-policy"_s}));
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(changed[0][0].value<Document>(), Document::PrivacyPolicy);
+        QCOMPARE(changed[1][0].value<Document>(), Document::TermsOfService);
+        for (const TestRequest &request : m_server.requests())
+            QCOMPARE(request.method, QByteArray("GET"));
+
+        // A failure is told to the delegate and the listeners, and leaves the document held.
+        const std::shared_ptr<TVRDocument> privacyBefore = m_manager->documentFor(Document::PrivacyPolicy);
+        m_server.reply(TestReply::dropped());
+        m_manager->fetchPrivacyPolicy();
+        QTRY_COMPARE(failed.size(), 1);
+        QCOMPARE(failed[0][0].value<Document>(), Document::PrivacyPolicy);
+        QCOMPARE(failed[0][1].value<TVRError>().domain(), TVRError::networkDomain());
+        QCOMPARE(last.calls, QStringList({u"finished"_s, u"finished"_s, u"failed"_s}));
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(m_manager->privacyPolicy(), privacyBefore);
+
+        // Setting a document tells the listeners too.
+        m_manager->setPrivacyPolicy(std::make_shared<TVRDocument>(QJsonObject()));
+        QCOMPARE(changed.size(), 3);
+        QCOMPARE(changed[2][0].value<Document>(), Document::PrivacyPolicy);
+    }
+
+    void documentSurvivesAKill()
+    {
+        m_server.reply(TestReply::json(200, sampleReply(u"Terms of Service"_s, u"2016-03-01T12:30:00.000-0800"_s)));
+
+        // A launch is killed as its delegate hears of the reply: the document is on disk by then,
+        // and the next launch, which sends no request, has it.
+        QProcess first;
+        first.start(QStringLiteral(TOVRA_TEST_HELPER), {u"fetch-terms-and-die"_s, QString::number(m_server.port())});
+        QVERIFY(first.waitForStarted());
+        QVERIFY(QTest::qWaitFor([&first] { return first.state() == QProcess::NotRunning; }, 60000));
+        QCOMPARE(first.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(first.exitCode(), SIGKILL);
+        QCOMPARE(runHelper({u"read-terms"_s}),
+                 QStringList({u"doc-Terms of Service"_s, u"Terms of Service"_s, u"2016-03-01T12:30:00.000-08:00"_s,
+                              u"Scope | tovra-host applies."_s}));
+    }
+};
 
 QTEST_MAIN(tst_TVRDocumentManager)
 #include "tst_tvrdocumentmanager.moc"
