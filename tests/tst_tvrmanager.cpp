@@ -14,7 +14,6 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -23,177 +22,159 @@ class tst_TVRManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { QVERIFY(isolateTestHost(u"tst_tvrmanager"_s)); }
 
-    void logoutForgetsTheUserOnly(); // first: it starts from the state of a fresh process
-    void versionSymbols();
-    void appName_data();
-    void appName();
-    void userIdentifierIsKeptInTheKeychain();
-    void newLaunches();
-    void keychainCallsRunNoHostEvent_data();
-    void keychainCallsRunNoHostEvent();
-};
+    // First: it starts from the state of a fresh process. (That logging out removes the
+    // keychain item, tst_hostkeychain checks.)
+    void logoutForgetsTheUserOnly()
+    {
+        const auto noUser = [] {
+            return !TVRManager::userIdentifier().isValid() && !TVRManager::userName().isValid()
+                && !TVRManager::userImageUrl().isValid();
+        };
+        // A fresh process holds nothing.
+        QVERIFY(noUser());
+        QVERIFY(TVRManager::apiKey().isNull() && TVRManager::apiSecret().isNull());
+        QVERIFY(!TVRManager::scrollToBottomEnabled() && !TVRManager::alertOnAgreeEnabled());
 
-void tst_TVRManager::initTestCase()
-{
-    QVERIFY(isolateTestHost(u"tst_tvrmanager"_s));
-}
-
-void tst_TVRManager::logoutForgetsTheUserOnly()
-{
-    const auto noUser = [] {
-        return !TVRManager::userIdentifier().isValid() && !TVRManager::userName().isValid()
-            && !TVRManager::userImageUrl().isValid();
-    };
-    // A fresh process holds nothing.
-    QVERIFY(noUser());
-    QVERIFY(TVRManager::apiKey().isNull() && TVRManager::apiSecret().isNull());
-    QVERIFY(!TVRManager::scrollToBottomEnabled() && !TVRManager::alertOnAgreeEnabled());
-
-    TVRManager::setAPIKey(u"key"_s, u"secret"_s);
-    TVRManager::setAppName(u"App"_s);
-    TVRManager::setScrollToBottomEnabled(true);
-    TVRManager::setAlertOnAgreeEnabled(true);
-    TVRManager::setUserIdentifier(u"user-4"_s);
-    TVRManager::setUserName(u"Ann"_s);
-    TVRManager::setUserImageUrl(QUrl(u"https://example.org/a.png"_s));
-    TVRManager::logout();
-
-    QVERIFY(noUser());
-    QCOMPARE(KeychainProbe::secretServiceItems(kTVRUserIdentifier, kTVRUserIdentifier), 0);
-    QCOMPARE((QStringList{TVRManager::apiKey(), TVRManager::apiSecret(), TVRManager::appName()}),
-             (QStringList{u"key"_s, u"secret"_s, u"App"_s}));
-    QVERIFY(TVRManager::scrollToBottomEnabled() && TVRManager::alertOnAgreeEnabled());
-}
-
-void tst_TVRManager::versionSymbols()
-{
-    // Compared up to the terminating zero.
-    QCOMPARE(QByteArray(reinterpret_cast<const char *>(TovraVersionString)),
-             QByteArray("@(#)PROGRAM:Tovra  PROJECT:Tovra-1\n"));
-    QCOMPARE(TovraVersionNumber, 1.0);
-}
-
-void tst_TVRManager::appName_data()
-{
-    QTest::addColumn<QString>("setName");
-    QTest::addColumn<QString>("applicationName");
-    QTest::addColumn<QString>("displayName");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("set name wins") << u"Mine"_s << u"bundle"_s << u"Display"_s << u"Mine"_s;
-    QTest::newRow("empty set name is kept") << u""_s << u"bundle"_s << u"Display"_s << u""_s;
-    QTest::newRow("display name") << QString() << u"bundle"_s << u"Display"_s << u"Display"_s;
-    QTest::newRow("application name") << QString() << u"bundle"_s << QString() << u"bundle"_s;
-    QTest::newRow("application name, empty display name") << QString() << u"bundle"_s << u""_s << u"bundle"_s;
-}
-
-void tst_TVRManager::appName()
-{
-    QFETCH(QString, setName);
-    QFETCH(QString, applicationName);
-    QFETCH(QString, displayName);
-    QFETCH(QString, expected);
-
-    QCoreApplication::setApplicationName(applicationName);
-    QGuiApplication::setApplicationDisplayName(displayName);
-    // A name set earlier must not linger: null brings the fallback back.
-    TVRManager::setAppName(u"earlier"_s);
-    TVRManager::setAppName(setName);
-
-    QCOMPARE(TVRManager::appName(), expected);
-    QCOMPARE(TVRManager::appName().isNull(), expected.isNull());
-
-    // Read afresh at each call.
-    if (setName.isNull()) {
-        QCoreApplication::setApplicationName(u"renamed"_s);
-        QGuiApplication::setApplicationDisplayName(QString());
-        QCOMPARE(TVRManager::appName(), u"renamed"_s);
-    }
-}
-
-void tst_TVRManager::userIdentifierIsKeptInTheKeychain()
-{
-    TVRManager::setUserIdentifier(u"user-1"_s);
-    QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-1"_s));
-    QCOMPARE(kTVRUserIdentifier, u"tovrakit.userIdentifier"_s);
-
-    // Saved on every call, also when nothing changed: a lost item comes back.
-    QVERIFY(RQKeychain::deleteValueForKey(kTVRUserIdentifier));
-    TVRManager::setUserIdentifier(u"user-1"_s);
-    QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-1"_s));
-
-    // A null identifier removes the item and is not held: another launch saves one
-    // meanwhile, and the next read finds it. (That one held is not read again, the new
-    // launches show.)
-    TVRManager::setUserIdentifier(QVariant());
-    QCOMPARE(KeychainProbe::secretServiceItems(kTVRUserIdentifier, kTVRUserIdentifier), 0);
-    QVERIFY(!TVRManager::userIdentifier().isValid());
-    QVERIFY(RQKeychain::saveValue(u"saved elsewhere"_s, kTVRUserIdentifier));
-    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"saved elsewhere"_s));
-
-    // A keychain that fails is silent: the slot holds what the host gave, whatever the keychain did.
-    MemoryItemStore failing;
-    failing.addFailures = {TVRSecItem::errSecNotAvailable};
-    TVRSecureItemStore::setDefaultStore(&failing);
-    TVRManager::setUserIdentifier(u"user-3"_s);
-    TVRSecureItemStore::setDefaultStore(nullptr);
-    QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-3"_s));
-    QCOMPARE(failing.callCount(u"add"_s), 1);
-}
-
-void tst_TVRManager::newLaunches()
-{
-    QCOMPARE(runHelper({u"appname-without-application"_s}), QStringList{u"<null>"_s});
-    QCOMPARE(runHelper({u"set-identifier"_s, u"u-42"_s}), QStringList{u"u-42"_s});
-    // The new launch reads it without setting it, then holds it even once the item is gone.
-    QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
-    QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
-}
-
-void tst_TVRManager::keychainCallsRunNoHostEvent_data()
-{
-    QTest::addColumn<QString>("call");
-    QTest::newRow("setUserIdentifier") << u"set"_s;
-    QTest::newRow("userIdentifier, read from the keychain") << u"read"_s;
-    QTest::newRow("logout") << u"logout"_s;
-}
-
-void tst_TVRManager::keychainCallsRunNoHostEvent()
-{
-    QFETCH(QString, call);
-
-    TVRManager::logout();
-    if (call == u"read"_s)
-        QVERIFY(RQKeychain::saveValue(u"stored"_s, kTVRUserIdentifier));
-
-    // The host's own events, due before the call: a timer, a queued call and a connection
-    // waiting to be accepted.
-    QStringList events;
-    QTimer::singleShot(0, this, [&] { events << u"timer"_s; });
-    QMetaObject::invokeMethod(
-        this, [&] { events << u"queued call"_s; }, Qt::QueuedConnection);
-    QTcpServer server;
-    QVERIFY(server.listen(QHostAddress::LocalHost));
-    connect(&server, &QTcpServer::newConnection, this, [&] { events << u"connection"_s; });
-    QTcpSocket client;
-    client.connectToHost(QHostAddress::LocalHost, server.serverPort());
-
-    if (call == u"set"_s) {
-        TVRManager::setUserIdentifier(u"user-5"_s);
-        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-5"_s));
-    } else if (call == u"read"_s) {
-        QCOMPARE(TVRManager::userIdentifier(), QVariant(u"stored"_s));
-    } else {
+        TVRManager::setAPIKey(u"key"_s, u"secret"_s);
+        TVRManager::setAppName(u"App"_s);
+        TVRManager::setScrollToBottomEnabled(true);
+        TVRManager::setAlertOnAgreeEnabled(true);
+        TVRManager::setUserIdentifier(u"user-4"_s);
+        TVRManager::setUserName(u"Ann"_s);
+        TVRManager::setUserImageUrl(QUrl(u"https://example.org/a.png"_s));
         TVRManager::logout();
+
+        QVERIFY(noUser());
+        QCOMPARE((QStringList{TVRManager::apiKey(), TVRManager::apiSecret(), TVRManager::appName()}),
+                 (QStringList{u"key"_s, u"secret"_s, u"App"_s}));
+        QVERIFY(TVRManager::scrollToBottomEnabled() && TVRManager::alertOnAgreeEnabled());
     }
-    QCOMPARE(events, QStringList());
-    // Held by the host's own event loop, not lost.
-    QTRY_COMPARE(events.size(), 3);
-    events.sort();
-    QCOMPARE(events, QStringList({u"connection"_s, u"queued call"_s, u"timer"_s}));
-}
+
+    void versionSymbols()
+    {
+        // Compared up to the terminating zero.
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(TovraVersionString)),
+                 QByteArray("@(#)PROGRAM:Tovra  PROJECT:Tovra-1\n"));
+        QCOMPARE(TovraVersionNumber, 1.0);
+    }
+
+    void appName_data()
+    {
+        QTest::addColumn<QString>("setName");
+        QTest::addColumn<QString>("displayName");
+        QTest::addColumn<QString>("expected"); // the application name is "bundle"
+
+        QTest::newRow("set name wins") << u"Mine"_s << u"Display"_s << u"Mine"_s;
+        QTest::newRow("empty set name is kept") << u""_s << u"Display"_s << u""_s;
+        QTest::newRow("display name") << QString() << u"Display"_s << u"Display"_s;
+        QTest::newRow("application name") << QString() << QString() << u"bundle"_s;
+        QTest::newRow("application name, empty display name") << QString() << u""_s << u"bundle"_s;
+    }
+
+    void appName()
+    {
+        QFETCH(QString, setName);
+        QFETCH(QString, displayName);
+        QFETCH(QString, expected);
+
+        QCoreApplication::setApplicationName(u"bundle"_s);
+        QGuiApplication::setApplicationDisplayName(displayName);
+        // A name set earlier must not linger: null brings the fallback back.
+        TVRManager::setAppName(u"earlier"_s);
+        TVRManager::setAppName(setName);
+
+        QCOMPARE(TVRManager::appName(), expected);
+        QCOMPARE(TVRManager::appName().isNull(), expected.isNull());
+
+        // Read afresh at each call.
+        if (setName.isNull()) {
+            QCoreApplication::setApplicationName(u"renamed"_s);
+            QGuiApplication::setApplicationDisplayName(QString());
+            QCOMPARE(TVRManager::appName(), u"renamed"_s);
+        }
+    }
+
+    void userIdentifierIsKeptInTheKeychain()
+    {
+        // The key release 1.0 kept the item under. Saved on every call, also when nothing
+        // changed: a lost item comes back.
+        QCOMPARE(kTVRUserIdentifier, u"tovrakit.userIdentifier"_s);
+        TVRManager::setUserIdentifier(u"user-1"_s);
+        QVERIFY(RQKeychain::deleteValueForKey(kTVRUserIdentifier));
+        TVRManager::setUserIdentifier(u"user-1"_s);
+        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-1"_s));
+
+        // A null identifier removes the item and is not held: another launch saves one
+        // meanwhile, and the next read finds it. (That one held is not read again, the new
+        // launches show.)
+        TVRManager::setUserIdentifier(QVariant());
+        QCOMPARE(KeychainProbe::secretServiceItems(kTVRUserIdentifier, kTVRUserIdentifier), 0);
+        QVERIFY(!TVRManager::userIdentifier().isValid());
+        QVERIFY(RQKeychain::saveValue(u"saved elsewhere"_s, kTVRUserIdentifier));
+        QCOMPARE(TVRManager::userIdentifier(), QVariant(u"saved elsewhere"_s));
+
+        // A keychain that fails is silent: the slot holds what the host gave, whatever the keychain did.
+        MemoryItemStore failing;
+        failing.addFailures = {TVRSecItem::errSecNotAvailable};
+        TVRSecureItemStore::setDefaultStore(&failing);
+        TVRManager::setUserIdentifier(u"user-3"_s);
+        TVRSecureItemStore::setDefaultStore(nullptr);
+        QCOMPARE(TVRManager::userIdentifier(), QVariant(u"user-3"_s));
+        QCOMPARE(failing.callCount(u"add"_s), 1);
+    }
+
+    void newLaunches()
+    {
+        QCOMPARE(runHelper({u"appname-without-application"_s}), QStringList{u"<null>"_s});
+        QCOMPARE(runHelper({u"set-identifier"_s, u"u-42"_s}), QStringList{u"u-42"_s});
+        // The new launch reads it without setting it, then holds it even once the item is gone.
+        QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"u-42"_s, u"u-42"_s}));
+        QCOMPARE(runHelper({u"identifier"_s}), QStringList({u"<null>"_s, u"<null>"_s}));
+    }
+
+    void keychainCallsRunNoHostEvent_data()
+    {
+        QTest::addColumn<QString>("call");
+        QTest::newRow("setUserIdentifier") << u"set"_s;
+        QTest::newRow("userIdentifier, read from the keychain") << u"read"_s;
+        QTest::newRow("logout") << u"logout"_s;
+    }
+
+    void keychainCallsRunNoHostEvent()
+    {
+        QFETCH(QString, call);
+
+        TVRManager::logout();
+        if (call == u"read"_s)
+            QVERIFY(RQKeychain::saveValue(u"stored"_s, kTVRUserIdentifier));
+
+        // The host's own events, due before the call: a timer, a queued call and a connection
+        // waiting to be accepted. Each comes once.
+        QStringList events;
+        QTimer::singleShot(0, this, [&] { events << u"timer"_s; });
+        QMetaObject::invokeMethod(
+            this, [&] { events << u"queued call"_s; }, Qt::QueuedConnection);
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, this, [&] { events << u"connection"_s; });
+        QTcpSocket client;
+        client.connectToHost(QHostAddress::LocalHost, server.serverPort());
+
+        if (call == u"set"_s) {
+            TVRManager::setUserIdentifier(u"user-5"_s);
+            QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-5"_s));
+        } else if (call == u"read"_s) {
+            QCOMPARE(TVRManager::userIdentifier(), QVariant(u"stored"_s));
+        } else {
+            TVRManager::logout();
+        }
+        QCOMPARE(events, QStringList());
+        // Held by the host's own event loop, not lost.
+        QTRY_COMPARE(events.size(), 3);
+    }
+};
 
 QTEST_MAIN(tst_TVRManager)
 #include "tst_tvrmanager.moc"
