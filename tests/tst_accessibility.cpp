@@ -14,15 +14,10 @@
 
 #include <Tovra.h>
 
-#include <QAccessible>
-#include <QApplication>
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QScopeGuard>
 #include <QScrollBar>
 #include <QShortcut>
-#include <QSignalSpy>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QtTest>
@@ -85,7 +80,6 @@ private Q_SLOTS:
     void screens();
     void aPaintedBodyIsEditableText_data();
     void aPaintedBodyIsEditableText();
-    void keysScroll();
 
 private:
     // Shows the screen \a kind names the way a host does; returns the document screen.
@@ -95,7 +89,7 @@ private:
     TestSession m_session;
     HostScreen *m_host = nullptr;
     QJsonObject m_terms = documentJson(u"Terms"_s, 40, u"2017-07-04T09:00:00.000+0000"_s);
-    const QJsonObject m_privacy = documentJson(u"Privacy"_s, 8, u"2017-07-04T09:00:00.000+0000"_s);
+    const QJsonObject m_privacy = documentJson(u"Privacy"_s, 20, u"2017-07-04T09:00:00.000+0000"_s);
 };
 
 void tst_Accessibility::initTestCase()
@@ -171,11 +165,8 @@ void tst_Accessibility::screens()
     QFETCH(QString, leave);
 
     QPointer<TVRDocumentViewController> screen = show(kind);
-    // A shown screen takes focus on its document.
-    QCOMPARE(focusName(), u"document"_s);
     // A presented screen is a dialog named by its title; any other keeps its window's title.
     QAccessibleInterface *window = QAccessible::queryAccessibleInterface(screen->window());
-    QVERIFY(window);
     QCOMPARE(window->role() == QAccessible::Dialog, !dialog.isNull());
     QCOMPARE(window->text(QAccessible::Name), dialog.isNull() ? u"Host"_s : dialog);
     QVERIFY(window->text(QAccessible::Description).isEmpty());
@@ -228,7 +219,8 @@ void tst_Accessibility::screens()
         QTRY_VERIFY(!agree->state().disabled);
     }
 
-    // Tab goes from the document round the buttons and back to it, Shift+Tab the other way.
+    // Tab goes from the document, where a shown screen puts the focus, round the buttons and
+    // back to it, Shift+Tab the other way.
     QWidget *shown = screen->window();
     QHash<QString, QImage> painted; // the window as it is painted with the focus on each stop
     const auto round = [&](Qt::KeyboardModifiers modifiers) {
@@ -263,10 +255,34 @@ void tst_Accessibility::screens()
              {QPoint(document.left() + 1, document.center().y()), QPoint(document.center().x(), document.top() + 1),
               QPoint(document.center().x(), document.bottom() - 1)}) {
             const QColor ring = withRing.pixelColor(edge * ratio);
-            const QColor page = painted.value(name).pixelColor(edge * ratio);
-            QVERIFY2(contrast(ring, page) >= 3,
-                     qPrintable(u"%1 with focus, %2 on %3"_s.arg(ring.name(), page.name(), name)));
+            const QColor plain = painted.value(name).pixelColor(edge * ratio);
+            QVERIFY2(contrast(ring, plain) >= 3,
+                     qPrintable(u"%1 with focus, %2 on %3"_s.arg(ring.name(), plain.name(), name)));
         }
+    }
+
+    // The keys scroll every screen's document, the focus back on it.
+    QScrollBar *bar = screen->tableView()->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 2 * bar->pageStep());
+    const int start = bar->maximum() / 2;
+    const int page = bar->pageStep();
+    // Each key from the middle of the document, and the range the bar must then be in: a
+    // line is less than a page in the key's direction.
+    const QList<std::tuple<QKeyCombination, int, int>> moves{{Qt::Key_Down, start + 1, start + page - 1},
+                                                             {Qt::Key_Up, start - page + 1, start - 1},
+                                                             {Qt::Key_PageDown, start + page, start + page},
+                                                             {Qt::Key_PageUp, start - page, start - page},
+                                                             {Qt::Key_Space, start + page, start + page},
+                                                             {Qt::SHIFT | Qt::Key_Space, start - page, start - page},
+                                                             {Qt::Key_End, INT_MAX, INT_MAX},
+                                                             {Qt::Key_Home, 0, 0}};
+    for (const auto &[key, lowest, highest] : moves) {
+        bar->setValue(start);
+        // The keys reach the table through the application, as a keyboard's would.
+        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
+        // The end is wherever the bar's maximum is once the key has moved it there.
+        QVERIFY2(bar->value() >= qMin(lowest, bar->maximum()) && bar->value() <= highest,
+                 qPrintable(u"%1 from %2 to %3"_s.arg(QKeySequence(key).toString()).arg(start).arg(bar->value())));
     }
 
     // Escape closes a presented screen; pushed in the host's window, the screen leaves Escape
@@ -285,9 +301,8 @@ void tst_Accessibility::screens()
         QSignalSpy pressed(agreement ? agreement->agreeBarButtonItem() : readOnly->closeBarButtonItem(),
                            &QAction::triggered);
         QCOMPARE(screen->presentingViewController(), m_host);
-        find(window, QAccessible::Button, leave)
-            ->actionInterface()
-            ->doAction(QAccessibleActionInterface::pressAction());
+        QAccessibleActionInterface *press = find(window, QAccessible::Button, leave)->actionInterface();
+        press->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(pressed.size(), 1);
     }
     if (leave == u"Close"_s || leave == u"Escape"_s) {
@@ -337,33 +352,6 @@ void tst_Accessibility::aPaintedBodyIsEditableText()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QVERIFY2(focusName() != u"body"_s, "Tab stayed in the body");
     QCOMPARE(textView->toPlainText(), u"x"_s + body);
-}
-
-void tst_Accessibility::keysScroll()
-{
-    TVRDocumentViewController *screen = show(u"terms, pushed"_s);
-    QScrollBar *bar = screen->tableView()->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > 2 * bar->pageStep());
-    const int start = bar->maximum() / 2;
-    const int page = bar->pageStep();
-    // Each key from the middle of the document, and the range the bar must then be in: a
-    // line is less than a page in the key's direction.
-    const QList<std::tuple<QKeyCombination, int, int>> moves{{Qt::Key_Down, start + 1, start + page - 1},
-                                                             {Qt::Key_Up, start - page + 1, start - 1},
-                                                             {Qt::Key_PageDown, start + page, start + page},
-                                                             {Qt::Key_PageUp, start - page, start - page},
-                                                             {Qt::Key_Space, start + page, start + page},
-                                                             {Qt::SHIFT | Qt::Key_Space, start - page, start - page},
-                                                             {Qt::Key_End, INT_MAX, INT_MAX},
-                                                             {Qt::Key_Home, 0, 0}};
-    for (const auto &[key, lowest, highest] : moves) {
-        bar->setValue(start);
-        // The keys reach the table through the application, as a keyboard's would.
-        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
-        // The end is wherever the bar's maximum is once the key has moved it there.
-        QVERIFY2(bar->value() >= qMin(lowest, bar->maximum()) && bar->value() <= highest,
-                 qPrintable(u"%1 from %2 to %3"_s.arg(QKeySequence(key).toString()).arg(start).arg(bar->value())));
-    }
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_Accessibility, QSize(390, 844))

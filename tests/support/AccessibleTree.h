@@ -8,8 +8,6 @@
 #include <QList>
 #include <QString>
 
-#include <algorithm>
-
 // Every node a screen reader can reach under \a root, depth first; hidden ones and what is
 // under them are left out.
 inline QList<QAccessibleInterface *> descendants(QAccessibleInterface *root)
@@ -27,11 +25,11 @@ inline QList<QAccessibleInterface *> descendants(QAccessibleInterface *root)
 // The first node under \a root with \a role (and \a name, unless null), or null.
 inline QAccessibleInterface *find(QAccessibleInterface *root, QAccessible::Role role, const QString &name = {})
 {
-    const QList<QAccessibleInterface *> all = descendants(root);
-    const auto it = std::find_if(all.cbegin(), all.cend(), [&](QAccessibleInterface *node) {
-        return node->role() == role && (name.isNull() || node->text(QAccessible::Name) == name);
-    });
-    return it == all.cend() ? nullptr : *it;
+    for (QAccessibleInterface *node : descendants(root)) {
+        if (node->role() == role && (name.isNull() || node->text(QAccessible::Name) == name))
+            return node;
+    }
+    return nullptr;
 }
 
 #endif
