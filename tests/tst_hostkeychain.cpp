@@ -13,8 +13,6 @@
 
 #include <QtTest>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 
 class tst_HostKeychain : public QObject
@@ -32,16 +30,16 @@ private Q_SLOTS:
 
         // The host writes its item before or after the kit's call; the launch reads both
         // items back once both sides are done. (How the kit's item is stored,
-        // itemsReadAcrossQtKeychain checks.)
+        // identifierItemAsRelease1 checks.)
         for (const QString &order : {u"host-first"_s, u"kit-first"_s}) {
-            const auto row = [&order](const QString &call, const QString &answer, const QString &kitItem) {
+            const auto row = [&order](const QString &call, const QStringList &kit) {
                 const QString host = u"host secret, "_s + order + u", "_s + call;
                 QTest::addRow("%s, %s", qPrintable(order), qPrintable(call))
-                    << QStringList{u"host-and-kit"_s, order, call, host} << QStringList{answer, kitItem, host};
+                    << QStringList{u"host-and-kit"_s, order, call, host} << kit + QStringList{host};
             };
-            row(u"set"_s, u"set"_s, u"user-0"_s);
-            row(u"read"_s, u"stored-id"_s, u"stored-id"_s);
-            row(u"logout"_s, u"logged out"_s, u"<null>"_s);
+            row(u"set"_s, {u"user-0"_s});
+            row(u"read"_s, {u"stored-id"_s, u"stored-id"_s}); // what the call read, and the item
+            row(u"logout"_s, {u"<null>"_s});
         }
         // One side on a thread of the host's, the other on the main thread at the same time.
         const QStringList bothRight{u"kit 20/20"_s, u"host 20/20"_s};
@@ -61,99 +59,46 @@ private Q_SLOTS:
         QCOMPARE(runHelper(arguments), output);
     }
 
-    void hostJobUnderWayDuringKitCall_data()
-    {
-        QTest::addColumn<QString>("job");
-        QTest::addColumn<QByteArray>("after"); // the host's item afterwards; null for none
-
-        QTest::newRow("host writes") << u"write"_s << QByteArray("after");
-        QTest::newRow("host reads") << u"read"_s << QByteArray("before");
-        QTest::newRow("host deletes") << u"delete"_s << QByteArray();
-    }
-
+    // A host's QtKeychain write under way, that only the host's event loop will see through,
+    // while the kit saves and reads the identifier: both end, each with its own item.
     void hostJobUnderWayDuringKitCall()
     {
-        QFETCH(QString, job);
-        QFETCH(QByteArray, after);
-
         const QString service = u"tovra.test.pending"_s;
-        const QString key = u"token"_s;
-        QCOMPARE(HostKeychain::write(service, key, "before"), QKeychain::NoError);
-
-        std::unique_ptr<QKeychain::Job> pending;
-        if (job == u"write"_s) {
-            auto *write = new QKeychain::WritePasswordJob(service);
-            write->setTextData(u"after"_s);
-            pending.reset(write);
-        } else if (job == u"read"_s) {
-            pending.reset(new QKeychain::ReadPasswordJob(service));
-        } else {
-            pending.reset(new QKeychain::DeletePasswordJob(service));
-        }
-        pending->setKey(key);
-        pending->setAutoDelete(false);
-        QSignalSpy finished(pending.get(), &QKeychain::Job::finished);
-        pending->start();
+        QCOMPARE(HostKeychain::write(service, u"token"_s, "before"), QKeychain::NoError);
+        QKeychain::WritePasswordJob pending(service);
+        pending.setKey(u"token"_s);
+        pending.setTextData(u"after"_s);
+        pending.setAutoDelete(false);
+        QSignalSpy finished(&pending, &QKeychain::Job::finished);
+        pending.start();
         // The job's start is a queued call: delivered, the job is on its way to the Secret
-        // Service, and only the host's event loop will see it through.
-        QCoreApplication::sendPostedEvents(pending.get(), QEvent::MetaCall);
+        // Service.
+        QCoreApplication::sendPostedEvents(&pending, QEvent::MetaCall);
         QCOMPARE(finished.count(), 0);
 
-        const QString identifier = u"user, "_s + QLatin1String(QTest::currentDataTag());
-        TVRManager::setUserIdentifier(identifier);
-        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(identifier));
+        TVRManager::setUserIdentifier(u"user-9"_s);
+        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-9"_s));
 
         QTRY_COMPARE(finished.count(), 1);
-        QCOMPARE(pending->error(), QKeychain::NoError);
-        if (job == u"read"_s)
-            QCOMPARE(static_cast<QKeychain::ReadPasswordJob &>(*pending).textData(), u"before"_s);
-        QKeychain::Error readError = QKeychain::NoError;
-        QCOMPARE(HostKeychain::read(service, key, &readError), after);
-        QCOMPARE(readError, after.isNull() ? QKeychain::EntryNotFound : QKeychain::NoError);
-        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(identifier));
+        QKeychain::Error error = QKeychain::NoError;
+        QCOMPARE(HostKeychain::read(service, u"token"_s, &error), "after");
+        QCOMPARE(RQKeychain::loadValueForKey(kTVRUserIdentifier), QVariant(u"user-9"_s));
     }
 
-    void itemsReadAcrossQtKeychain_data()
+    // The kit keeps the identifier as release 1.0 did with QtKeychain: binary data, the key as
+    // both service and account, down to the item's attributes and bytes. (That each store
+    // reads and removes what the other wrote, tst_keychainstores checks.)
+    void identifierItemAsRelease1()
     {
-        QTest::addColumn<bool>("writtenByKit");
-
-        QTest::newRow("written as release 1.0 did, read by the kit") << false;
-        QTest::newRow("written by the kit, read by QtKeychain") << true;
-    }
-
-    void itemsReadAcrossQtKeychain()
-    {
-        QFETCH(bool, writtenByKit);
-
-        TVRManager::logout();
-        const QString identifier = writtenByKit ? u"user-8"_s : u"user-7"_s;
-        const QByteArray archive = HostKeychain::archived(identifier);
-        if (writtenByKit) {
-            TVRManager::setUserIdentifier(identifier);
-        } else {
-            // Release 1.0 kept the identifier with QtKeychain: binary data, the key as both
-            // service and account.
-            QCOMPARE(HostKeychain::write(kTVRUserIdentifier, kTVRUserIdentifier, archive, false), QKeychain::NoError);
-        }
-
-        // The same item either way, down to its attributes.
+        TVRManager::setUserIdentifier(u"user-8"_s);
         const QMap<QString, QString> attributes{{u"server"_s, kTVRUserIdentifier},
                                                 {u"user"_s, kTVRUserIdentifier},
                                                 {u"type"_s, u"base64"_s},
                                                 {u"xdg:schema"_s, u"org.qt.keychain"_s}};
         QCOMPARE(KeychainProbe::itemAttributes(kTVRUserIdentifier, kTVRUserIdentifier), attributes);
-
-        if (writtenByKit) {
-            QKeychain::Error error = QKeychain::NoError;
-            QCOMPARE(HostKeychain::read(kTVRUserIdentifier, kTVRUserIdentifier, &error), archive);
-            QCOMPARE(error, QKeychain::NoError);
-            QCOMPARE(HostKeychain::remove(kTVRUserIdentifier, kTVRUserIdentifier), QKeychain::NoError);
-        } else {
-            QCOMPARE(TVRManager::userIdentifier(), QVariant(identifier));
-            TVRManager::logout();
-        }
-        // Either side removes what the other wrote.
-        QCOMPARE(KeychainProbe::secretServiceItems(kTVRUserIdentifier, kTVRUserIdentifier), 0);
+        QKeychain::Error error = QKeychain::NoError;
+        QCOMPARE(HostKeychain::read(kTVRUserIdentifier, kTVRUserIdentifier, &error),
+                 HostKeychain::archived(u"user-8"_s));
     }
 };
 

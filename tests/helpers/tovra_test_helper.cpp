@@ -15,8 +15,8 @@
 //   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
 //   tovra_test_helper host-and-kit host-first|kit-first set|read|logout VALUE
 //                                         the host writes VALUE with QtKeychain before or after
-//                                         the kit's call: the call's answer, the kit's item
-//                                         and the host's item, each read back afterwards
+//                                         the kit's call: what "read" read, then the kit's
+//                                         item and the host's item, each read back afterwards
 //   tovra_test_helper threads host-on-thread|kit-on-thread N
 //                                         N host QtKeychain writes and reads, and N saves and
 //                                         reads of the identifier, one side on a thread of the
@@ -52,12 +52,13 @@ QString show(const QVariant &value)
     return text.isNull() ? QStringLiteral("<null>") : text;
 }
 
-// Fetches the Terms of Service, then quits with what came of it; or fetches again after
-// every answer; or dies by SIGKILL as it hears of the first.
+// Fetches the Terms of Service, then quits with what came of it; or, as the command's name
+// ends, fetches again after every answer ("forever") or dies by SIGKILL as it hears of the
+// first ("die").
 class Fetcher : public QObject, public TVRDocumentManagerDelegate
 {
 public:
-    enum Mode { Once, Forever, DieAtOnce } mode = Once;
+    QString command;
     QString outcome;
     void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override
     {
@@ -71,9 +72,9 @@ public:
 private:
     void answered(TVRDocumentManager *manager, const QString &what)
     {
-        if (mode == DieAtOnce)
+        if (command.endsWith(QLatin1String("die")))
             std::raise(SIGKILL);
-        if (mode == Forever)
+        if (command.endsWith(QLatin1String("forever")))
             return manager->fetchTermsOfService();
         outcome = what;
         QCoreApplication::quit();
@@ -136,49 +137,39 @@ int main(int argc, char *argv[])
         const bool hostFirst = args[0] == QLatin1String("host-first");
         if (hostFirst)
             HostKeychain::write(hostService, hostKey, args[2].toUtf8());
-        QString answer = args[1];
-        if (args[1] == QLatin1String("set")) {
+        if (args[1] == QLatin1String("set"))
             TVRManager::setUserIdentifier(QStringLiteral("user-0"));
-        } else if (args[1] == QLatin1String("logout")) {
+        else if (args[1] == QLatin1String("logout"))
             TVRManager::logout();
-            answer = QStringLiteral("logged out");
-        } else {
-            answer = show(TVRManager::userIdentifier());
-        }
+        else
+            out << show(TVRManager::userIdentifier()) << Qt::endl;
         if (!hostFirst)
             HostKeychain::write(hostService, hostKey, args[2].toUtf8());
-        out << answer << Qt::endl
-            << show(RQKeychain::loadValueForKey(kTVRUserIdentifier)) << Qt::endl
-            << hostItem() << Qt::endl;
+        out << show(RQKeychain::loadValueForKey(kTVRUserIdentifier)) << Qt::endl << hostItem() << Qt::endl;
     } else if (command == QLatin1String("threads") && args.size() == 2) {
         const int rounds = args[1].toInt();
-        int hostRight = 0;
-        int kitRight = 0;
-        const auto host = [&] {
+        int right[2] = {}; // how many of the kit's and of the host's values came back
+        const auto side = [&](bool host) {
             for (int i = 0; i < rounds; ++i) {
-                const QString value = QStringLiteral("host-%1").arg(i);
-                HostKeychain::write(hostService, hostKey, value.toUtf8());
-                hostRight += hostItem() == value;
-            }
-        };
-        const auto kit = [&] {
-            for (int i = 0; i < rounds; ++i) {
-                const QString value = QStringLiteral("user-%1").arg(i);
-                TVRManager::setUserIdentifier(value);
-                kitRight += RQKeychain::loadValueForKey(kTVRUserIdentifier) == QVariant(value);
+                const QString value = (host ? QStringLiteral("host-") : QStringLiteral("user-")) + QString::number(i);
+                if (host)
+                    HostKeychain::write(hostService, hostKey, value.toUtf8());
+                else
+                    TVRManager::setUserIdentifier(value);
+                right[host] += (host ? hostItem() : show(RQKeychain::loadValueForKey(kTVRUserIdentifier))) == value;
             }
         };
         const bool hostOnThread = args[0] == QLatin1String("host-on-thread");
         QSemaphore started;
         std::unique_ptr<QThread> worker(QThread::create([&] {
             started.release();
-            hostOnThread ? host() : kit();
+            side(hostOnThread);
         }));
         worker->start();
         started.acquire();
-        hostOnThread ? kit() : host();
+        side(!hostOnThread);
         worker->wait();
-        out << "kit " << kitRight << '/' << rounds << Qt::endl << "host " << hostRight << '/' << rounds << Qt::endl;
+        out << "kit " << right[0] << '/' << rounds << Qt::endl << "host " << right[1] << '/' << rounds << Qt::endl;
     } else if (command == QLatin1String("own-secrets-name")) {
         if (!QDBusConnection::sessionBus().registerService(QStringLiteral("org.freedesktop.secrets")))
             return 1;
@@ -190,26 +181,19 @@ int main(int argc, char *argv[])
         TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
         manager->setSession(&session);
         Fetcher delegate;
-        delegate.mode = command.endsWith(QLatin1String("forever")) ? Fetcher::Forever
-            : command.endsWith(QLatin1String("die"))               ? Fetcher::DieAtOnce
-                                                                   : Fetcher::Once;
+        delegate.command = command;
         manager->setDelegate(&delegate);
-        if (delegate.mode == Fetcher::Forever)
-            out << "fetching" << Qt::endl;
         manager->fetchTermsOfService();
         app.exec();
         out << delegate.outcome << Qt::endl;
     } else if (command == QLatin1String("read-terms")) {
         const std::shared_ptr<TVRDocument> terms = TVRDocumentManager::sharedInstance()->termsOfService();
-        if (!terms) {
-            out << "<null>" << Qt::endl;
-            return 0;
+        out << show(terms ? terms->identifier() : QString()) << Qt::endl;
+        if (terms) {
+            out << show(terms->title()) << Qt::endl << terms->date().toString(Qt::ISODateWithMs) << Qt::endl;
+            for (const auto &section : terms->sections())
+                out << show(section->title()) << " | " << show(section->body()) << Qt::endl;
         }
-        out << show(terms->identifier()) << Qt::endl
-            << show(terms->title()) << Qt::endl
-            << terms->date().toString(Qt::ISODateWithMs) << Qt::endl;
-        for (const auto &section : terms->sections())
-            out << show(section->title()) << " | " << show(section->body()) << Qt::endl;
     } else {
         QTextStream(stderr) << "unknown command" << Qt::endl;
         return 2;

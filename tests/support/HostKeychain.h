@@ -29,14 +29,11 @@ inline QKeychain::Error run(QKeychain::Job &job, const QString &key)
     return job.error();
 }
 
-// Writes \a data as text, or as bytes (which QtKeychain stores base64-encoded).
-inline QKeychain::Error write(const QString &service, const QString &key, const QByteArray &data, bool asText = true)
+// Writes \a data as text.
+inline QKeychain::Error write(const QString &service, const QString &key, const QByteArray &data)
 {
     QKeychain::WritePasswordJob job(service);
-    if (asText)
-        job.setTextData(QString::fromUtf8(data));
-    else
-        job.setBinaryData(data);
+    job.setTextData(QString::fromUtf8(data));
     return run(job, key);
 }
 
@@ -46,12 +43,6 @@ inline QByteArray read(const QString &service, const QString &key, QKeychain::Er
     QKeychain::ReadPasswordJob job(service);
     *error = run(job, key);
     return job.binaryData();
-}
-
-inline QKeychain::Error remove(const QString &service, const QString &key)
-{
-    QKeychain::DeletePasswordJob job(service);
-    return run(job, key);
 }
 
 // \a value in the kit's archive format 1, as release 1.0 stored it: "TVRA", the format
