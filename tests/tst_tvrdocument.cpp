@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
-#include <TVRDocument.h>
-#include <TVRManager.h>
+#include <TovraCore.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -15,173 +14,148 @@ class tst_TVRDocument : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void texts_data();
-    void texts();
-    void body_data();
-    void body();
-    void date_data();
-    void date();
-    void sections_data();
-    void sections();
-};
+    void texts_data()
+    {
+        QTest::addColumn<QJsonValue>("json");
+        QTest::addColumn<QString>("text"); // what the identifier and the titles read
+        QTest::addColumn<QString>("body"); // what the body reads, for an app named "Acme"
 
-void tst_TVRDocument::texts_data()
-{
-    QTest::addColumn<QJsonValue>("json");
-    QTest::addColumn<QString>("text");
-
-    // The identifier, the title and the body all hold the value.
-    const auto fields = [](const QJsonValue &value) {
-        return QJsonValue(QJsonObject{{u"_id"_s, value}, {u"title"_s, value}, {u"body"_s, value}});
-    };
-    QTest::newRow("missing") << QJsonValue(QJsonObject()) << QString();
-    QTest::newRow("JSON null") << fields(QJsonValue::Null) << u""_s;
-    QTest::newRow("text") << fields(u"Terms of Service"_s) << u"Terms of Service"_s;
-    QTest::newRow("empty text") << fields(u""_s) << u""_s;
-    QTest::newRow("whole number") << fields(42) << u"42"_s;
-    QTest::newRow("fraction") << fields(1.5) << u"1.5"_s;
-    QTest::newRow("boolean") << fields(false) << u"false"_s;
-    QTest::newRow("object") << fields(QJsonObject{{u"en"_s, u"Terms"_s}}) << uR"({"en":"Terms"})"_s;
-    QTest::newRow("array") << fields(QJsonArray{1, u"x"_s}) << uR"([1,"x"])"_s;
-    QTest::newRow("not an object: array") << QJsonValue(QJsonArray{QJsonObject{{u"title"_s, u"x"_s}}}) << QString();
-    QTest::newRow("not an object: text") << QJsonValue(u"title"_s) << QString();
-}
-
-void tst_TVRDocument::texts()
-{
-    QFETCH(QJsonValue, json);
-    QFETCH(QString, text);
-
-    TVRDocument document(json);
-    TVRSection section(json);
-    // What the setters are given is kept apart: the JSON's texts are what is read.
-    document.setIdentifier(u"set"_s);
-    document.setTitle(u"set"_s);
-    section.setTitle(u"set"_s);
-    section.setBody(u"set"_s);
-    for (const QString &read : {document.identifier(), document.title(), section.title(), section.body()}) {
-        QCOMPARE(read, text);
-        QCOMPARE(read.isNull(), text.isNull());
+        const auto row = [](const char *name, const QJsonValue &json, const QString &text, const QString &body = {}) {
+            QTest::newRow(name) << json << text << (body.isNull() ? text : body);
+        };
+        // The identifier, the title and the body all hold the value.
+        const auto fields = [](const QJsonValue &value) {
+            return QJsonValue(QJsonObject{{u"_id"_s, value}, {u"title"_s, value}, {u"body"_s, value}});
+        };
+        row("missing", QJsonObject(), QString());
+        row("JSON null", fields(QJsonValue::Null), u""_s);
+        row("text", fields(u"Terms of Service"_s), u"Terms of Service"_s);
+        row("empty text", fields(u""_s), u""_s);
+        row("whole number", fields(42), u"42"_s);
+        row("boolean", fields(false), u"false"_s);
+        row("object", fields(QJsonObject{{u"en"_s, u"Terms"_s}}), uR"({"en":"Terms"})"_s);
+        row("array", fields(QJsonArray{1, u"x"_s}), uR"([1,"x"])"_s);
+        row("not an object: array", QJsonArray{QJsonObject{{u"title"_s, u"x"_s}}}, QString());
+        row("not an object: text", u"title"_s, QString());
+        // Only the body names the app, for each run of five number signs.
+        row("one mark", fields(u"Welcome to #####."_s), u"Welcome to #####."_s, u"Welcome to Acme."_s);
+        row("two marks", fields(u"##### and #####"_s), u"##### and #####"_s, u"Acme and Acme"_s);
+        row("six signs", fields(u"######"_s), u"######"_s, u"Acme#"_s);
+        row("ten signs", fields(u"##########"_s), u"##########"_s, u"AcmeAcme"_s);
+        row("four signs", fields(u"####"_s), u"####"_s);
     }
-    if (!json.isObject())
+
+    void texts()
+    {
+        QFETCH(QJsonValue, json);
+        QFETCH(QString, text);
+        QFETCH(QString, body);
+
+        TVRManager::setAppName(u"Acme"_s);
+        TVRDocument document(json);
+        TVRSection section(json);
+        // What the setters are given is kept apart: the JSON's texts are what is read.
+        document.setIdentifier(u"set"_s);
+        document.setTitle(u"set"_s);
+        section.setTitle(u"set"_s);
+        section.setBody(u"set"_s);
+        const QStringList read{document.identifier(), document.title(), section.title(), section.body()};
+        QCOMPARE(read, QStringList({text, text, text, body}));
+        for (const QString &each : read)
+            QCOMPARE(each.isNull(), text.isNull());
+        // The name is read at each read of the body.
+        TVRManager::setAppName(u"Other"_s);
+        QCOMPARE(section.body(), TVRSection(json).body());
+    }
+
+    void date_data()
+    {
+        QTest::addColumn<QJsonValue>("json");
+        QTest::addColumn<QString>("date"); // with its offset, as ISO 8601; "now" for the time it is read
+
+        const auto at = [](const QJsonValue &value) { return QJsonValue(QJsonObject{{u"updatedAt"_s, value}}); };
+        QTest::newRow("UTC") << at(u"2016-03-01T12:30:00.000+0000"_s) << u"2016-03-01T12:30:00.000Z"_s;
+        QTest::newRow("west of UTC") << at(u"2016-03-01T12:30:00.250-0800"_s) << u"2016-03-01T12:30:00.250-08:00"_s;
+        QTest::newRow("half hour east") << at(u"2016-03-01T23:59:59.999+0530"_s) << u"2016-03-01T23:59:59.999+05:30"_s;
+        QTest::newRow("leap day") << at(u"2016-02-29T00:00:00.000+0000"_s) << u"2016-02-29T00:00:00.000Z"_s;
+        // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
+        QTest::newRow("offset 14 hours") << at(u"2016-03-01T12:30:00.000+1400"_s) << u"2016-03-01T12:30:00.000+14:00"_s;
+        QTest::newRow("offset minutes 59")
+            << at(u"2016-03-01T12:30:00.000-0959"_s) << u"2016-03-01T12:30:00.000-09:59"_s;
+
+        QTest::newRow("date only") << at(u"2016-03-01"_s) << QString();
+        QTest::newRow("no fraction") << at(u"2016-03-01T12:30:00+0000"_s) << QString();
+        QTest::newRow("letter Z") << at(u"2016-03-01T12:30:00.000Z"_s) << QString();
+        QTest::newRow("offset with colon") << at(u"2016-03-01T12:30:00.000+00:00"_s) << QString();
+        QTest::newRow("no such day") << at(u"2015-02-29T12:30:00.000+0000"_s) << QString();
+        QTest::newRow("hour 24") << at(u"2016-03-01T24:00:00.000+0000"_s) << QString();
+        QTest::newRow("offset minutes 60") << at(u"2016-03-01T12:30:00.000+0060"_s) << QString();
+        QTest::newRow("offset a minute past 14 hours") << at(u"2016-03-01T12:30:00.000+1401"_s) << QString();
+        QTest::newRow("space before") << at(u" 2016-03-01T12:30:00.000+0000"_s) << QString();
+        QTest::newRow("other digits") << at(u"٢٠١٦-03-01T12:30:00.000+0000"_s) << QString();
+        QTest::newRow("empty") << at(u""_s) << QString();
+        QTest::newRow("JSON null") << at(QJsonValue::Null) << QString();
+        QTest::newRow("number") << at(1456835400) << QString();
+        // Without a date, the document is dated when it is read.
+        QTest::newRow("missing") << QJsonValue(QJsonObject{{u"title"_s, u"Terms"_s}}) << u"now"_s;
+    }
+
+    void date()
+    {
+        QFETCH(QJsonValue, json);
+        QFETCH(QString, date);
+
+        TVRDocument document(json);
+        document.setDate(QDateTime(QDate(2000, 1, 1), QTime(0, 0))); // kept apart, as the texts' setters
+        const QDateTime before = QDateTime::currentDateTime();
+        const QDateTime read = document.date();
+        if (date == u"now"_s)
+            QVERIFY(read >= before && read <= QDateTime::currentDateTime());
+        else
+            QCOMPARE(read.toString(Qt::ISODateWithMs), date);
+    }
+
+    void sections_data()
+    {
+        QTest::addColumn<QJsonValue>("sections");
+        QTest::addColumn<QStringList>("titles"); // "-" for a section with no title to read
+
+        auto section = [](const QString &title) { return QJsonObject{{u"title"_s, title}, {u"body"_s, u"b"_s}}; };
+        QTest::newRow("three in order") << QJsonValue(QJsonArray{section(u"1"_s), section(u"2"_s), section(u"3"_s)})
+                                        << QStringList{u"1"_s, u"2"_s, u"3"_s};
+        QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QStringList();
+        QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringList();
+        QTest::newRow("an object") << QJsonValue(section(u"1"_s)) << QStringList();
+        // Elements of any kind become sections; only objects have keys to read.
+        QTest::newRow("mixed elements") << QJsonValue(
+            QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
+                                        << QStringList{u"1"_s, u"-"_s, u"-"_s, u"-"_s, u"-"_s, u"6"_s};
+    }
+
+    void sections()
+    {
+        QFETCH(QJsonValue, sections);
+        QFETCH(QStringList, titles);
+
+        TVRDocument document(sections.isUndefined() ? QJsonObject() : QJsonObject{{u"sections"_s, sections}});
+        const auto titlesRead = [&document] {
+            QStringList read;
+            for (const auto &section : document.sections())
+                read << (section->title().isNull() ? u"-"_s : section->title());
+            return read;
+        };
+        QCOMPARE(titlesRead(), titles);
+        // Made once; sections set are kept, even none, until unset: then they are made again.
+        const TVRSectionList first = document.sections();
+        QVERIFY(document.sections() == first);
+        document.setSections(TVRSectionList());
         QVERIFY(document.sections().isEmpty());
-}
-
-void tst_TVRDocument::body_data()
-{
-    QTest::addColumn<QString>("body");
-    QTest::addColumn<QString>("appName");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("one mark") << u"Welcome to #####."_s << u"Acme"_s << u"Welcome to Acme."_s;
-    QTest::newRow("two marks") << u"##### and #####"_s << u"Acme"_s << u"Acme and Acme"_s;
-    QTest::newRow("six signs") << u"######"_s << u"Acme"_s << u"Acme#"_s;
-    QTest::newRow("ten signs") << u"##########"_s << u"Acme"_s << u"AcmeAcme"_s;
-    QTest::newRow("four signs") << u"####"_s << u"Acme"_s << u"####"_s;
-    QTest::newRow("name holds the mark") << u"#####"_s << u"#####!"_s << u"#####!"_s;
-    QTest::newRow("empty name") << u"Use #####."_s << u""_s << u"Use ."_s;
-}
-
-void tst_TVRDocument::body()
-{
-    QFETCH(QString, body);
-    QFETCH(QString, appName);
-    QFETCH(QString, text);
-
-    TVRManager::setAppName(appName);
-    const TVRSection section(QJsonObject{{u"body"_s, body}});
-    QCOMPARE(section.body(), text);
-    // The name is read at each read of the body.
-    TVRManager::setAppName(u"Other"_s);
-    QCOMPARE(section.body(), TVRSection(QJsonObject{{u"body"_s, body}}).body());
-}
-
-void tst_TVRDocument::date_data()
-{
-    QTest::addColumn<QJsonValue>("json");
-    QTest::addColumn<QString>("date"); // with its offset, as ISO 8601; "now" for the time it is read
-
-    const auto at = [](const QJsonValue &value) { return QJsonValue(QJsonObject{{u"updatedAt"_s, value}}); };
-    QTest::newRow("UTC") << at(u"2016-03-01T12:30:00.000+0000"_s) << u"2016-03-01T12:30:00.000Z"_s;
-    QTest::newRow("west of UTC") << at(u"2016-03-01T12:30:00.250-0800"_s) << u"2016-03-01T12:30:00.250-08:00"_s;
-    QTest::newRow("half hour east") << at(u"2016-03-01T23:59:59.999+0530"_s) << u"2016-03-01T23:59:59.999+05:30"_s;
-    QTest::newRow("leap day") << at(u"2016-02-29T00:00:00.000+0000"_s) << u"2016-02-29T00:00:00.000Z"_s;
-    // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
-    QTest::newRow("offset 14 hours") << at(u"2016-03-01T12:30:00.000+1400"_s) << u"2016-03-01T12:30:00.000+14:00"_s;
-    QTest::newRow("offset minutes 59") << at(u"2016-03-01T12:30:00.000-0959"_s) << u"2016-03-01T12:30:00.000-09:59"_s;
-
-    QTest::newRow("date only") << at(u"2016-03-01"_s) << QString();
-    QTest::newRow("no fraction") << at(u"2016-03-01T12:30:00+0000"_s) << QString();
-    QTest::newRow("letter Z") << at(u"2016-03-01T12:30:00.000Z"_s) << QString();
-    QTest::newRow("offset with colon") << at(u"2016-03-01T12:30:00.000+00:00"_s) << QString();
-    QTest::newRow("no such day") << at(u"2015-02-29T12:30:00.000+0000"_s) << QString();
-    QTest::newRow("hour 24") << at(u"2016-03-01T24:00:00.000+0000"_s) << QString();
-    QTest::newRow("offset minutes 60") << at(u"2016-03-01T12:30:00.000+0060"_s) << QString();
-    QTest::newRow("offset a minute past 14 hours") << at(u"2016-03-01T12:30:00.000+1401"_s) << QString();
-    QTest::newRow("space before") << at(u" 2016-03-01T12:30:00.000+0000"_s) << QString();
-    QTest::newRow("other digits") << at(u"٢٠١٦-03-01T12:30:00.000+0000"_s) << QString();
-    QTest::newRow("empty") << at(u""_s) << QString();
-    QTest::newRow("JSON null") << at(QJsonValue::Null) << QString();
-    QTest::newRow("number") << at(1456835400) << QString();
-    // Without a date, the document is dated when it is read.
-    QTest::newRow("missing") << QJsonValue(QJsonObject{{u"title"_s, u"Terms"_s}}) << u"now"_s;
-}
-
-void tst_TVRDocument::date()
-{
-    QFETCH(QJsonValue, json);
-    QFETCH(QString, date);
-
-    TVRDocument document(json);
-    document.setDate(QDateTime(QDate(2000, 1, 1), QTime(0, 0))); // kept apart, as the texts' setters
-    const QDateTime before = QDateTime::currentDateTime();
-    const QDateTime read = document.date();
-    if (date == u"now"_s)
-        QVERIFY(read >= before && read <= QDateTime::currentDateTime());
-    else
-        QCOMPARE(read.toString(Qt::ISODateWithMs), date);
-}
-
-void tst_TVRDocument::sections_data()
-{
-    QTest::addColumn<QJsonValue>("sections");
-    QTest::addColumn<QStringList>("titles"); // "-" for a section with no title to read
-
-    auto section = [](const QString &title) { return QJsonObject{{u"title"_s, title}, {u"body"_s, u"b"_s}}; };
-    QTest::newRow("three in order") << QJsonValue(QJsonArray{section(u"1"_s), section(u"2"_s), section(u"3"_s)})
-                                    << QStringList{u"1"_s, u"2"_s, u"3"_s};
-    QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QStringList();
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringList();
-    QTest::newRow("an object") << QJsonValue(section(u"1"_s)) << QStringList();
-    // Elements of any kind become sections; only objects have keys to read.
-    QTest::newRow("mixed elements") << QJsonValue(
-        QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
-                                    << QStringList{u"1"_s, u"-"_s, u"-"_s, u"-"_s, u"-"_s, u"6"_s};
-}
-
-void tst_TVRDocument::sections()
-{
-    QFETCH(QJsonValue, sections);
-    QFETCH(QStringList, titles);
-
-    TVRDocument document(sections.isUndefined() ? QJsonObject() : QJsonObject{{u"sections"_s, sections}});
-    const auto titlesRead = [&document] {
-        QStringList read;
-        for (const auto &section : document.sections())
-            read << (section->title().isNull() ? u"-"_s : section->title());
-        return read;
-    };
-    QCOMPARE(titlesRead(), titles);
-    // Made once; sections set are kept, even none, until unset: then they are made again.
-    const TVRSectionList first = document.sections();
-    QVERIFY(document.sections() == first);
-    document.setSections(TVRSectionList());
-    QVERIFY(document.sections().isEmpty());
-    document.setSections(std::nullopt);
-    QCOMPARE(titlesRead(), titles);
-    if (!titles.isEmpty())
-        QVERIFY(document.sections().constFirst() != first.constFirst());
-}
+        document.setSections(std::nullopt);
+        QCOMPARE(titlesRead(), titles);
+        if (!titles.isEmpty())
+            QVERIFY(document.sections().constFirst() != first.constFirst());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_TVRDocument)
 #include "tst_tvrdocument.moc"
