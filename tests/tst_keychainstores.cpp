@@ -29,15 +29,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("writer");
         QTest::addColumn<QString>("reader");
-        QTest::addColumn<QVariant>("group");
+        QTest::addColumn<QString>("group"); // null for none
 
-        const QStringList stores{u"Secret Service"_s, u"QtKeychain"_s};
-        for (const QString &writer : stores) {
-            for (const QString &reader : stores) {
-                QTest::addRow("%s, read by %s", qPrintable(writer), qPrintable(reader))
-                    << writer << reader << QVariant();
-                QTest::addRow("%s, read by %s, in a group", qPrintable(writer), qPrintable(reader))
-                    << writer << reader << QVariant(u"TEAM.shared"_s);
+        for (const QString &writer : {u"Secret Service"_s, u"QtKeychain"_s}) {
+            for (const QString &reader : {u"Secret Service"_s, u"QtKeychain"_s}) {
+                for (const QString &group : {QString(), u"TEAM.shared"_s})
+                    QTest::addRow("%s, read by %s%s", qPrintable(writer), qPrintable(reader),
+                                  group.isNull() ? "" : ", in a group")
+                        << writer << reader << group;
             }
         }
     }
@@ -48,76 +47,68 @@ private Q_SLOTS:
     {
         QFETCH(QString, writer);
         QFETCH(QString, reader);
-        QFETCH(QVariant, group);
+        QFETCH(QString, group);
 
+        TVRSecureItemStore &write = store(writer);
+        TVRSecureItemStore &read = store(reader);
+        const auto with = [](QVariantMap map, const QString &key, const QVariant &value) {
+            map.insert(key, value);
+            return map;
+        };
         const QString account = u"lifecycle "_s + QString::fromLatin1(QTest::currentDataTag());
-        QVariantMap query{
+        // What the store hands back: no group.
+        const QVariantMap identity{
             {kSecClass, kSecClassGenericPassword}, {kSecAttrService, u"tovra.stores"_s}, {kSecAttrAccount, account}};
-        if (group.isValid())
-            query.insert(kSecAttrAccessGroup, group);
-        QVariantMap identity = query; // what the store hands back: no group
-        identity.remove(kSecAttrAccessGroup);
+        const QVariantMap query = group.isNull() ? identity : with(identity, kSecAttrAccessGroup, group);
         const QByteArray bytes("a\0b\xff", 4);
         const QVariant untouched(u"untouched"_s);
 
         // Only generic passwords are kept; any other class is a bad query, not a missing item,
         // and adds nothing.
-        QVariantMap otherClass = query;
-        otherClass.insert(kSecClass, u"inet"_s);
-        QCOMPARE(store(reader)->copyMatching(otherClass, nullptr), errSecParam);
-        QCOMPARE(store(reader)->deleteMatching(otherClass), errSecParam);
-        otherClass.insert(kSecValueData, bytes);
-        QCOMPARE(store(reader)->add(otherClass, nullptr), errSecParam);
+        const QVariantMap otherClass = with(query, kSecClass, u"inet"_s);
+        QCOMPARE(read.copyMatching(otherClass, nullptr), errSecParam);
+        QCOMPARE(read.deleteMatching(otherClass), errSecParam);
+        QCOMPARE(read.add(with(otherClass, kSecValueData, bytes), nullptr), errSecParam);
 
         // Nothing yet: not found, and the caller's result is left alone.
         QVariant result = untouched;
-        QCOMPARE(store(reader)->copyMatching(query, &result), errSecItemNotFound);
+        QCOMPARE(read.copyMatching(query, &result), errSecItemNotFound);
         QCOMPARE(result, untouched);
-        QCOMPARE(store(reader)->deleteMatching(query), errSecItemNotFound);
+        QCOMPARE(read.deleteMatching(query), errSecItemNotFound);
 
         // An add hands back the item's attributes only when asked, and only where there is room.
-        QVariantMap item = query;
-        item.insert(kSecValueData, bytes);
-        QCOMPARE(store(writer)->add(item, &result), errSecSuccess);
+        QVariantMap item = with(query, kSecValueData, bytes);
+        QCOMPARE(write.add(item, &result), errSecSuccess);
         QCOMPARE(result, untouched);
         item.insert(kSecReturnAttributes, true);
-        QCOMPARE(store(writer)->add(item, nullptr), errSecSuccess);
-        QCOMPARE(store(writer)->add(item, &result), errSecSuccess);
+        QCOMPARE(write.add(item, nullptr), errSecSuccess);
+        QCOMPARE(write.add(item, &result), errSecSuccess);
         QCOMPARE(result.toMap(), identity);
-        QCOMPARE(KeychainProbe::secretServiceItems(
-                     group.isValid() ? group.toString() + u"/tovra.stores"_s : u"tovra.stores"_s, account),
-                 1);
+        const QString service = group.isNull() ? u"tovra.stores"_s : group + u"/tovra.stores"_s;
+        QCOMPARE(KeychainProbe::secretServiceItems(service, account), 1);
 
-        QVariantMap asked = query;
-        asked.insert(kSecReturnData, true);
+        QVariantMap asked = with(query, kSecReturnData, true);
         result = untouched;
-        QCOMPARE(store(reader)->copyMatching(asked, &result), errSecSuccess);
+        QCOMPARE(read.copyMatching(asked, &result), errSecSuccess);
         QCOMPARE(result.toByteArray(), bytes);
         asked.insert(kSecReturnAttributes, true);
-        QCOMPARE(store(reader)->copyMatching(asked, &result), errSecSuccess);
-        QVariantMap withData = identity;
-        withData.insert(kSecValueData, bytes);
-        QCOMPARE(result.toMap(), withData);
-        QCOMPARE(store(reader)->copyMatching(query, nullptr), errSecSuccess);
+        QCOMPARE(read.copyMatching(asked, &result), errSecSuccess);
+        QCOMPARE(result.toMap(), with(identity, kSecValueData, bytes));
+        QCOMPARE(read.copyMatching(query, nullptr), errSecSuccess);
 
         // The same name without the group, or the group without the name, is another item.
-        QVariantMap elsewhere = query;
-        if (group.isValid())
-            elsewhere.remove(kSecAttrAccessGroup);
-        else
-            elsewhere.insert(kSecAttrAccessGroup, u"TEAM.shared"_s);
-        QCOMPARE(store(reader)->copyMatching(elsewhere, nullptr), errSecItemNotFound);
+        const QVariantMap elsewhere = group.isNull() ? with(query, kSecAttrAccessGroup, u"TEAM.shared"_s) : identity;
+        QCOMPARE(read.copyMatching(elsewhere, nullptr), errSecItemNotFound);
 
-        QCOMPARE(store(reader)->deleteMatching(query), errSecSuccess);
-        QCOMPARE(store(writer)->copyMatching(asked, &result), errSecItemNotFound);
-        QCOMPARE(store(writer)->deleteMatching(query), errSecItemNotFound);
+        QCOMPARE(read.deleteMatching(query), errSecSuccess);
+        QCOMPARE(write.copyMatching(asked, &result), errSecItemNotFound);
+        QCOMPARE(write.deleteMatching(query), errSecItemNotFound);
     }
 
 private:
-    TVRSecureItemStore *store(const QString &name)
+    TVRSecureItemStore &store(const QString &name)
     {
-        return name == u"QtKeychain"_s ? static_cast<TVRSecureItemStore *>(&m_qtKeychain)
-                                       : TVRSecureItemStore::defaultStore();
+        return name == u"QtKeychain"_s ? m_qtKeychain : *TVRSecureItemStore::defaultStore();
     }
 
     TVRQtKeychainStore m_qtKeychain;
