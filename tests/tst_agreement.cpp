@@ -12,7 +12,6 @@
 
 #include <Tovra.h>
 
-#include <QApplication>
 #include <QDialog>
 #include <QMainWindow>
 #include <QToolBar>
