@@ -333,14 +333,11 @@ void tst_DocumentScreens::screensShowTheLastCompletion()
     QCOMPARE(terms->tableView()->numberOfSections(), 6); // not reloaded
 
     // Told of a completion, even one without success, the terms screen shows what the
-    // manager holds; told of a failure, it leaves everything as it is.
+    // manager holds. (Told of a failure, it keeps what it shows: tst_rendering's screens are
+    // painted while every fetch of theirs is refused.)
     terms->managerDidFinishWithSuccess(manager(), false);
     QTRY_COMPARE(terms->headerView()->dateLabel()->text(), u"Friday, January 31, 2020"_s);
     QCOMPARE(terms->tableView()->numberOfSections(), 2);
-    terms->headerView()->dateLabel()->setText(u"kept"_s);
-    terms->managerFailedWithError(manager(), TVRError(TVRError::networkDomain(), 1, u"refused"_s));
-    QCoreApplication::processEvents();
-    QCOMPARE(terms->headerView()->dateLabel()->text(), u"kept"_s);
 }
 
 void tst_DocumentScreens::modality_data()
@@ -348,7 +345,6 @@ void tst_DocumentScreens::modality_data()
     QTest::addColumn<QString>("setting");
     QTest::addColumn<bool>("modal");
 
-    QTest::newRow("pushed") << u"pushed"_s << false;
     QTest::newRow("bare, no navigation") << u"bare"_s << true;
     QTest::newRow("presented") << u"presented"_s << true;
     QTest::newRow("presented in navigation") << u"presented navigation"_s << true;
@@ -364,21 +360,19 @@ void tst_DocumentScreens::modality()
     auto *screen = new TVRTermsOfServiceViewController;
     auto *host = show(new HostScreen);
 
+    // That a screen pushed onto a host's own navigation is no modal, without Close, tst_accessibility
+    // and tst_languages show.
     TVRNavigationController *navigation = nullptr;
-    if (setting == u"pushed"_s) {
-        navigation = new TVRNavigationController(new HostScreen);
-        host->embed(navigation);
-        // A navigation controller takes a screen once, and no null one.
-        navigation->pushViewController(screen);
-        navigation->pushViewController(nullptr);
-        navigation->pushViewController(screen);
-        QCOMPARE(navigation->viewControllers().size(), 2);
-    } else if (setting == u"bare"_s) {
+    if (setting == u"bare"_s) {
         host->embed(screen);
     } else if (setting == u"presented"_s) {
         host->presentViewController(screen);
     } else if (setting == u"presented navigation"_s) {
         navigation = new TVRNavigationController(screen);
+        // A navigation controller takes a screen once, and no null one.
+        navigation->pushViewController(screen);
+        navigation->pushViewController(nullptr);
+        QCOMPARE(navigation->viewControllers().size(), 1);
         host->presentViewController(navigation);
     } else {
         auto *tabs = new TVRTabBarController;
@@ -416,8 +410,7 @@ void tst_DocumentScreens::modality()
             // Turned right to left while shown, Close moves to the bar's right end.
             navigation->setLayoutDirection(Qt::RightToLeft);
             QCOMPARE(left->geometry().right(), bar->width() - 1 - close.left());
-        } else if (setting == u"pushed"_s)
-            QVERIFY(saveScreenshot(host, u"terms-pushed"_s));
+        }
     }
     if (setting == u"tabs"_s) {
         // An index past either end changes nothing; the tabs share the whole bar; emptied,
