@@ -12,7 +12,6 @@
 #include <Tovra.h>
 
 #include <QAccessible>
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QQmlContext>
@@ -44,12 +43,6 @@ public:
     {
         TVRDocumentManager::sharedInstance()->setTermsOfService(std::make_shared<TVRDocument>(document));
     }
-    //! Where a screenshot called \a name goes, or empty without TOVRA_SCREENSHOT_DIR.
-    Q_INVOKABLE QString screenshotPath(const QString &name) const
-    {
-        const QString dir = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
-        return dir.isEmpty() || !QDir().mkpath(dir) ? QString() : dir + u"/quick-"_s + name + u"-390x844.png"_s;
-    }
     //! The user's status arrives: not agreed to \a document. When \a elsewhere, a window that
     //! is not a Qt Quick one has the focus meanwhile; false when it could not take it.
     Q_INVOKABLE bool answerNotCompliant(const QJsonObject &document, bool elsewhere = false)
@@ -65,10 +58,12 @@ public:
                                                                           std::make_shared<TVRDocument>(document));
         return true;
     }
-    //! The host's appearance settings: titles in \a titleColor, bodies at \a bodyPixelSize px;
-    //! an empty colour and a size of 0 go back to the defaults.
-    Q_INVOKABLE void setAppearance(const QString &titleColor, int bodyPixelSize)
+    //! How the host sets the application up: titles in \a titleColor, bodies at \a bodyPixelSize
+    //! px (an empty colour and a size of 0 are the defaults), and the layout direction right to
+    //! left when \a rightToLeft, as a host in a right-to-left language sets it.
+    Q_INVOKABLE void setHost(const QString &titleColor, int bodyPixelSize, bool rightToLeft)
     {
+        QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
         TVRDesignClass::setSectionTitleColor(QColor::fromString(titleColor));
         std::optional<QFont> body;
         if (bodyPixelSize > 0) {
@@ -94,15 +89,9 @@ public:
         QAccessible::setActive(true);
         QAccessibleInterface *button = find(QAccessible::queryAccessibleInterface(item), QAccessible::Button, name);
         QAccessibleActionInterface *actions = button ? button->actionInterface() : nullptr;
-        if (!actions || !actions->actionNames().contains(QAccessibleActionInterface::pressAction()))
-            return false;
-        actions->doAction(QAccessibleActionInterface::pressAction());
-        return true;
-    }
-    //! The application's layout direction, as a host in a right-to-left language sets it.
-    Q_INVOKABLE void setRightToLeft(bool rightToLeft)
-    {
-        QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+        if (actions)
+            actions->doAction(QAccessibleActionInterface::pressAction());
+        return actions != nullptr;
     }
 
 public Q_SLOTS:
