@@ -28,14 +28,8 @@ namespace {
 const QString apiKey = u"acme-notes"_s;
 const QString apiSecret = u"s3cret/with:colon"_s;
 
-// One line of nginx's access log, as the log format below writes it.
-struct Logged
-{
-    QByteArray uri;
-    int status = 0;
-    qint64 bodyBytes = 0;
-    QByteArray connection;
-};
+// The fields of a line of nginx's access log, as the log format below writes them.
+enum LogField { Uri, Status, BodyBytes, Connection };
 
 const QString config = uR"(daemon off;
 master_process off;
@@ -73,12 +67,6 @@ http {
 class Nginx
 {
 public:
-    ~Nginx()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-
     bool start(const QByteArray &terms, const QByteArray &privacy)
     {
         const QString nginx = QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
@@ -124,14 +112,12 @@ public:
 
     quint16 port() const { return m_port; }
 
-    QList<Logged> log() const
+    // The access log, a list of fields for each request.
+    QList<QList<QByteArray>> log() const
     {
-        QList<Logged> lines;
-        for (const QByteArray &line : read(u"access.log"_s).split('\n')) {
-            const QList<QByteArray> fields = line.split(' ');
-            if (fields.size() == 4)
-                lines.append({fields[0], fields[1].toInt(), fields[2].toLongLong(), fields[3]});
-        }
+        QList<QList<QByteArray>> lines;
+        for (const QByteArray &line : read(u"access.log"_s).trimmed().split('\n'))
+            lines.append(line.split(' '));
         return lines;
     }
 
@@ -149,7 +135,7 @@ private:
     }
 
     QTemporaryDir m_dir;
-    QProcess m_process;
+    QProcess m_process; // killed when it goes, before the folder
     quint16 m_port = 0;
 };
 
@@ -202,33 +188,32 @@ void tst_Nginx::fetchesOverOneCompressedConnectionAndKeepsTheCopy()
     using Document = TVRDocumentManager::Document;
     for (int i = 0; i < 10; ++i)
         QVERIFY(fetch(i % 2 ? Document::PrivacyPolicy : Document::TermsOfService));
-    // Each fetch ended exactly once.
+    // Each fetch ended exactly once, and each document came whole.
     QCOMPARE(m_changed.size(), 10);
     QVERIFY2(m_failed.isEmpty(), qPrintable(m_failed.value(0).value(1).value<TVRError>().message()));
-    QCOMPARE(m_manager.termsOfService()->title(), u"Terms of Service"_s);
-    QCOMPARE(m_manager.privacyPolicy()->sections().size(), 800);
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
     QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(m_privacy));
 
-    const QList<Logged> log = m_nginx.log();
+    const QList<QList<QByteArray>> log = m_nginx.log();
     QCOMPARE(log.size(), 10);
     const qint64 privacySize = QJsonDocument(m_privacy).toJson().size();
     for (int i = 0; i < 10; ++i) {
-        QCOMPARE(log[i].uri, i % 2 ? "/app/api/privacy-policy" : "/app/api/terms-of-service");
-        QCOMPARE(log[i].status, 200);
+        QCOMPARE(log[i].size(), 4);
+        QCOMPARE(log[i][Uri], i % 2 ? "/app/api/privacy-policy" : "/app/api/terms-of-service");
+        QCOMPARE(log[i][Status], "200");
         // One after the other, the requests share the connection that the first one opened.
-        QCOMPARE(log[i].connection, log[0].connection);
+        QCOMPARE(log[i][Connection], log[0][Connection]);
         // The large document travels compressed.
         if (i % 2)
-            QVERIFY2(log[i].bodyBytes * 10 < privacySize, qPrintable(u"%1 bytes on the wire"_s.arg(log[i].bodyBytes)));
+            QVERIFY2(log[i][BodyBytes].toLongLong() * 10 < privacySize, log[i][BodyBytes] + " bytes on the wire");
     }
 
-    // With a wrong secret, nginx's own 401 page is the answer: not JSON, so nothing is kept
-    // from it, and the copy of the terms stays.
+    // With a wrong secret, nginx's own 401 page is the answer: nginx checks the credentials
+    // that it took above. The page is not JSON, so nothing is kept from it, and the copy of
+    // the terms stays.
     TVRManager::setAPIKey(apiKey, u"wrong"_s);
     QVERIFY(fetch(Document::TermsOfService));
-    QCOMPARE(m_changed.size(), 11);
-    QCOMPARE(m_nginx.log().constLast().status, 401);
+    QCOMPARE(m_nginx.log().constLast().value(Status), "401");
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
 }
 

@@ -7,7 +7,6 @@
 #include <TVRNetworkManager.h>
 
 #include <QJsonValue>
-#include <QThread>
 
 #include <memory>
 
@@ -21,7 +20,6 @@ struct RequestOutcome
     TVRError error;
     bool returned = false; // requestForPath() has returned
     bool calledTooEarly = false; // a handler ran before that
-    bool calledOffThread = false; // a handler ran on another thread than the caller's
 
     int calls() const { return successes + failures; }
 };
@@ -32,11 +30,7 @@ inline std::shared_ptr<RequestOutcome> sendRequest(TVRNetworkManager &manager, c
                                                    const QJsonValue &parameters = QJsonValue(QJsonValue::Undefined))
 {
     auto outcome = std::make_shared<RequestOutcome>();
-    QThread *const caller = QThread::currentThread();
-    auto note = [outcome, caller] {
-        outcome->calledTooEarly |= !outcome->returned;
-        outcome->calledOffThread |= QThread::currentThread() != caller;
-    };
+    auto note = [outcome] { outcome->calledTooEarly |= !outcome->returned; };
     manager.requestForPath(
         path, query, method, parameters,
         [outcome, note](const TVRHTTPResponse &response, const QJsonValue &json) {

@@ -7,9 +7,6 @@
 
 #include <QHttpServerRequest>
 #include <QMetaEnum>
-#include <QPointer>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QTimer>
 
 QByteArray TestRequest::header(const QByteArray &name) const
@@ -23,11 +20,7 @@ QByteArray TestRequest::header(const QByteArray &name) const
 
 TestReply TestReply::json(int status, const QByteArray &body)
 {
-    TestReply reply;
-    reply.status = status;
-    reply.headers = {{"Content-Type", "application/json"}};
-    reply.body = body;
-    return reply;
+    return {status, {{"Content-Type", "application/json"}}, body};
 }
 
 TestReply TestReply::chunked(int status, const QByteArray &body)
@@ -49,12 +42,6 @@ TestReply TestReply::dropped()
     return reply;
 }
 
-TestHttpsServer::TestHttpsServer(QObject *parent)
-    : QAbstractHttpServer(parent)
-    , m_handler([](const TestRequest &) { return TestReply::json(404, "{}"); })
-{
-}
-
 bool TestHttpsServer::start()
 {
     sslSetup(LoopbackCertificates::serviceCertificate(), LoopbackCertificates::serviceKey());
@@ -62,29 +49,12 @@ bool TestHttpsServer::start()
     return m_port != 0;
 }
 
-void TestHttpsServer::stop()
-{
-    for (QTcpServer *server : servers())
-        server->close();
-}
-
-void TestHttpsServer::reply(const TestReply &reply)
-{
-    setHandler([reply](const TestRequest &) { return reply; });
-}
-
 bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
 {
-    TestRequest received;
-    const QByteArray methodName = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
-    received.method = methodName.toUpper();
-    received.path = request.url().path();
-    received.query = request.url().query(QUrl::FullyEncoded);
-    received.headers = request.headers();
-    received.body = request.body();
-    m_requests.append(received);
+    const QByteArray method = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
+    m_requests.append({method.toUpper(), request.url().path(), request.headers(), request.body()});
 
-    const TestReply reply = m_handler(received);
+    const TestReply reply = m_handler(m_requests.constLast());
     if (reply.held) {
         m_held.append({QPointer<QTcpSocket>(socket), reply});
     } else if (reply.delayMs > 0) {
@@ -113,25 +83,23 @@ void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
 {
     if (reply.dropConnection) {
         socket->abort();
-    } else {
-        // Written by hand rather than through QHttpServerResponder, so that any status,
-        // header or body, however wrong, can be scripted.
-        QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Scripted\r\n";
-        bool hasLength = false;
-        for (const auto &h : reply.headers) {
-            head += h.first + ": " + h.second + "\r\n";
-            hasLength |= h.first.compare("Content-Length", Qt::CaseInsensitive) == 0
-                || h.first.compare("Transfer-Encoding", Qt::CaseInsensitive) == 0;
-        }
-        if (!hasLength)
-            head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
-        if (reply.cutBodyAt >= 0) {
-            socket->write(head + "\r\n" + reply.body.left(reply.cutBodyAt));
-            socket->flush();
-            socket->disconnectFromHost();
-        } else {
-            socket->write(head + "\r\n" + reply.body);
-        }
+        return;
     }
-    ++m_repliesSent;
+    // Written by hand rather than through QHttpServerResponder, so that any status, header
+    // or body, however wrong, can be scripted.
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Scripted\r\n";
+    bool hasLength = false;
+    for (const auto &h : reply.headers) {
+        head += h.first + ": " + h.second + "\r\n";
+        hasLength |= h.first.compare("Content-Length", Qt::CaseInsensitive) == 0
+            || h.first.compare("Transfer-Encoding", Qt::CaseInsensitive) == 0;
+    }
+    if (!hasLength)
+        head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
+    // Cut short, the body ends with the connection.
+    socket->write(head + "\r\n" + (reply.cutBodyAt >= 0 ? reply.body.left(reply.cutBodyAt) : reply.body));
+    if (reply.cutBodyAt >= 0) {
+        socket->flush();
+        socket->disconnectFromHost();
+    }
 }

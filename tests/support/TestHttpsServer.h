@@ -5,11 +5,7 @@
 #define TESTHTTPSSERVER_H
 
 #include <QAbstractHttpServer>
-#include <QByteArray>
-#include <QList>
-#include <QPair>
 #include <QPointer>
-#include <QString>
 #include <QTcpSocket>
 
 #include <functional>
@@ -21,7 +17,6 @@ struct TestRequest
 {
     QByteArray method;
     QString path;
-    QString query; // as sent, percent-encoding included
     TestHeaders headers;
     QByteArray body;
 
@@ -58,23 +53,23 @@ class TestHttpsServer : public QAbstractHttpServer
 public:
     using Handler = std::function<TestReply(const TestRequest &request)>;
 
-    explicit TestHttpsServer(QObject *parent = nullptr);
+    using QAbstractHttpServer::QAbstractHttpServer;
 
     // Starts listening on a free loopback port; false when that fails.
     bool start();
-    // Stops listening: later connections are refused.
-    void stop();
     quint16 port() const { return m_port; }
 
     void setHandler(Handler handler) { m_handler = std::move(handler); }
     // Shorthand for a handler that answers every request with \a reply.
-    void reply(const TestReply &reply);
+    void reply(const TestReply &reply)
+    {
+        setHandler([reply](const TestRequest &) { return reply; });
+    }
 
     // Sends the replies held so far, in the order their requests came.
     void releaseHeld();
 
     const QList<TestRequest> &requests() const { return m_requests; }
-    int repliesSent() const { return m_repliesSent; }
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -83,10 +78,9 @@ protected:
 private:
     void send(QTcpSocket *socket, const TestReply &reply);
 
-    Handler m_handler;
+    Handler m_handler = [](const TestRequest &) { return TestReply::json(404, "{}"); };
     QList<QPair<QPointer<QTcpSocket>, TestReply>> m_held;
     QList<TestRequest> m_requests;
-    int m_repliesSent = 0;
     quint16 m_port = 0;
 };
 
