@@ -176,25 +176,23 @@ TestCase {
             for (let dy = 10; dy <= 150; dy += 20)
                 mouseMove(bodyOf(row), 100, 10 - dy);
             verify(view.moving && view.contentY > top + 30, "content moved from " + top + " to " + view.contentY);
+            // While it moves, a thin grey bar at the document's right edge shows where the
+            // reader is, with the page white beside it. (The bar after a scroll by the keyboard
+            // is in test_everyScriptFitsItsRowsAndThePageMirrorsAsTold.)
+            const image = grabImage(page);
+            verify(besideBar(image, page, view.width - 3.5).r < 0.7, "no position bar");
+            compare(besideBar(image, page, view.width - 9.5), white);
+            // A drag edits no body, and at rest the bar goes.
+            mouseRelease(bodyOf(row), 100, -140);
+            compare(editorOf(row), null);
+            tryVerify(() => !view.moving && besideBar(grabImage(page), page, view.width - 3.5).r === 1, 10000,
+                      "the position bar stays at rest");
         } else if (data.screens < 0) {
             verifyEndInView(page);
         } else if (data.screens === 0 && data.steps === 0) {
             compare(view.contentY, view.originY);
         } else {
             compare(view.contentY, top + data.screens * view.height + data.steps * 40);
-        }
-        // A thin grey bar at the document's right edge shows where the reader is while it
-        // moves, and for a moment after a scroll by the keyboard (grabbed at once: no event
-        // runs between the last key and the picture), with the page white beside it.
-        const image = grabImage(page);
-        verify(besideBar(image, page, view.width - 3.5).r < 0.7, "no position bar");
-        compare(besideBar(image, page, view.width - 9.5), white);
-        if (data.drag) {
-            // A drag edits no body, and at rest the bar goes.
-            mouseRelease(bodyOf(row), 100, -140);
-            compare(editorOf(row), null);
-            tryVerify(() => !view.moving && besideBar(grabImage(page), page, view.width - 3.5).r === 1, 10000,
-                      "the position bar stays at rest");
         }
     }
 
@@ -361,7 +359,9 @@ TestCase {
         verify(data.mirrored ? left("disagreeButton") > right("agreeButton")
                              : left("disagreeButton") < left("agreeButton"),
                "Disagree at " + left("disagreeButton") + ", Agree at " + left("agreeButton"));
-        // The position bar on the side the page ends at, the other side white.
+        // For a moment after a scroll by the keyboard (grabbed at once: no event runs between
+        // the key and the picture), the position bar shows on the side the page ends at, the
+        // other side white.
         const start = 3.5, end = view.width - 3.5;
         verify(besideBar(image, page, data.mirrored ? start : end).r < 0.7, "no position bar where the page ends");
         compare(besideBar(image, page, data.mirrored ? end : start), white);
