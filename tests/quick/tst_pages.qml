@@ -436,15 +436,14 @@ TestCase {
     }
 
     function test_agreementCheckShowsThePageOverThisWindow_data() {
-        return [{ tag: "this window has the focus", elsewhere: false },
-                { tag: "a window of another kind has the focus", elsewhere: true }];
+        return [{ tag: "this window has the focus" }, { tag: "a window of another kind has the focus", elsewhere: true }];
     }
 
     function test_agreementCheckShowsThePageOverThisWindow(data) {
         const content = testCase.Window.window.contentItem;
         const pages = () => Array.from(content.children).filter(item => item.objectName === "TovraAgreementPage");
         compare(pages().length, 0);
-        verify(service.answerNotCompliant(documentOf("Agreement", 3), data.elsewhere));
+        verify(service.answerNotCompliant(documentOf("Agreement", 3), !!data.elsewhere));
         compare(pages().length, 1);
         const page = pages()[0];
         compare(page.width, content.width);
