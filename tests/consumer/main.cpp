@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QJsonObject>
 
-#include <algorithm>
 #include <cstdio>
 
 int main(int argc, char *argv[])
@@ -29,10 +28,9 @@ int main(int argc, char *argv[])
     window.show();
     TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(nullptr, false,
                                                                       std::make_shared<TVRDocument>(QJsonObject()));
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const bool presented = std::any_of(windows.cbegin(), windows.cend(), [](const QWidget *shown) {
-        return shown->isVisible() && QByteArray(shown->metaObject()->className()) == "TVRNavigationController";
-    });
+    bool presented = false;
+    for (const QWidget *shown : QApplication::topLevelWidgets())
+        presented = presented || (shown->isVisible() && shown->inherits("TVRNavigationController"));
     std::fputs(presented ? " and the agreement screen" : ", no agreement screen", stdout);
     return linked && presented ? 0 : 1;
 }
