@@ -58,89 +58,21 @@ http {
 }
 )"_s;
 
-/*
-    Debian's nginx on a free loopback port, with the configuration above in a throw-away
-    folder: TLS with the test certificate of the kit's service host, HTTP Basic checked
-    against an htpasswd file, gzip, and the two documents as JSON files under /app. It runs
-    as a single process that the kernel kills when this process ends, however it ends.
-*/
-class Nginx
+// The content of \a name in \a dir; empty when there is none.
+QByteArray read(const QTemporaryDir &dir, const QString &name)
 {
-public:
-    bool start(const QByteArray &terms, const QByteArray &privacy)
-    {
-        const QString nginx = QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
-        if (nginx.isEmpty() || !m_dir.isValid()) {
-            qWarning("nginx is not installed; scripts/common.sh installs nginx-light");
-            return false;
-        }
-        const QString dir = m_dir.path();
-        const QByteArray htpasswd = apiKey.toUtf8() + ":{SHA}"
-            + QCryptographicHash::hash(apiSecret.toUtf8(), QCryptographicHash::Sha1).toBase64();
-        if (!write(u"htpasswd"_s, htpasswd + '\n')
-            || !write(u"service.pem"_s, LoopbackCertificates::serviceCertificate().toPem())
-            || !write(u"service.key"_s, LoopbackCertificates::serviceKey().toPem())
-            || !write(u"terms-of-service.json"_s, terms) || !write(u"privacy-policy.json"_s, privacy)) {
-            return false;
-        }
-        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-        // A port that was free a moment ago may be taken by the time nginx binds it: then
-        // nginx ends, and another port is tried.
-        for (int attempt = 0; attempt < 5; ++attempt) {
-            QTcpServer probe;
-            if (!probe.listen(QHostAddress::LocalHost))
-                return false;
-            m_port = probe.serverPort();
-            probe.close();
-            if (!write(u"nginx.conf"_s, config.arg(dir).arg(m_port).toUtf8()))
-                return false;
-            m_process.start(nginx, {u"-p"_s, dir, u"-e"_s, dir + u"/error.log"_s, u"-c"_s, dir + u"/nginx.conf"_s});
-            // Listening once a connection is taken.
-            const auto listening = [this] {
-                QTcpSocket socket;
-                socket.connectToHost(QHostAddress::LocalHost, m_port);
-                return m_process.state() == QProcess::NotRunning || socket.waitForConnected(100);
-            };
-            if (m_process.waitForStarted() && QTest::qWaitFor(listening, 10000)
-                && m_process.state() == QProcess::Running)
-                return true;
-        }
-        qWarning("nginx did not start:\n%s", read(u"error.log"_s).constData());
-        return false;
-    }
-
-    quint16 port() const { return m_port; }
-
-    // The access log, a list of fields for each request.
-    QList<QList<QByteArray>> log() const
-    {
-        QList<QList<QByteArray>> lines;
-        for (const QByteArray &line : read(u"access.log"_s).trimmed().split('\n'))
-            lines.append(line.split(' '));
-        return lines;
-    }
-
-private:
-    bool write(const QString &name, const QByteArray &content)
-    {
-        QFile file(m_dir.filePath(name));
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-    }
-
-    QByteArray read(const QString &name) const
-    {
-        QFile file(m_dir.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    QTemporaryDir m_dir;
-    QProcess m_process; // killed when it goes, before the folder
-    quint16 m_port = 0;
-};
+    QFile file(dir.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 } // namespace
 
+/*
+    The kit's fetches against Debian's nginx on a free loopback port, with the configuration above
+    in a throw-away folder: TLS with the test certificate of the kit's service host, HTTP Basic
+    checked against an htpasswd file, gzip, and the two documents as JSON files under /app. nginx
+    runs as a single process that the kernel kills when this process ends, however it ends.
+*/
 class tst_Nginx : public QObject
 {
     Q_OBJECT
@@ -153,10 +85,13 @@ private Q_SLOTS:
 private:
     // Fetches \a document and waits until the fetch has ended and its reply is gone.
     bool fetch(TVRDocumentManager::Document document);
+    // The access log, a list of fields for each request.
+    QList<QList<QByteArray>> accessLog() const;
 
     const QJsonObject m_terms = documentJson(u"Terms of Service"_s, 3);
     const QJsonObject m_privacy = documentJson(u"Privacy Policy"_s, 800); // about 340 KB
-    Nginx m_nginx;
+    QTemporaryDir m_dir;
+    QProcess m_nginx; // killed when it goes, before its folder
     TestSession m_session;
     TVRDocumentManager m_manager;
     QSignalSpy m_changed{&m_manager, &TVRDocumentManager::documentChanged};
@@ -166,13 +101,57 @@ private:
 void tst_Nginx::initTestCase()
 {
     QVERIFY(isolateTestHost(u"tst_nginx"_s));
-    const QUrl service(u"https://%1/app"_s.arg(TVRManager::serviceURL().host()));
-    QVERIFY(m_nginx.start(QJsonDocument(m_terms).toJson(), QJsonDocument(m_privacy).toJson()));
+    const QString nginx = QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
+    QVERIFY2(!nginx.isEmpty(), "nginx is not installed; scripts/common.sh installs nginx-light");
+    QVERIFY(m_dir.isValid());
+    const auto write = [this](const QString &name, const QByteArray &content) {
+        QFile file(m_dir.filePath(name));
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+    };
+    const QByteArray htpasswd =
+        apiKey.toUtf8() + ":{SHA}" + QCryptographicHash::hash(apiSecret.toUtf8(), QCryptographicHash::Sha1).toBase64();
+    QVERIFY(write(u"htpasswd"_s, htpasswd + '\n')
+            && write(u"service.pem"_s, LoopbackCertificates::serviceCertificate().toPem())
+            && write(u"service.key"_s, LoopbackCertificates::serviceKey().toPem())
+            && write(u"terms-of-service.json"_s, QJsonDocument(m_terms).toJson())
+            && write(u"privacy-policy.json"_s, QJsonDocument(m_privacy).toJson()));
+    m_nginx.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_nginx.setProcessChannelMode(QProcess::ForwardedChannels);
+    // A port that was free a moment ago may be taken by the time nginx binds it: then nginx
+    // ends, and another port is tried. It listens once a connection is taken.
+    quint16 port = 0;
+    const auto listening = [&] {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        return m_nginx.state() == QProcess::NotRunning || socket.waitForConnected(100);
+    };
+    for (int attempt = 0; attempt < 5 && m_nginx.state() != QProcess::Running; ++attempt) {
+        QTcpServer probe;
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        port = probe.serverPort();
+        probe.close();
+        QVERIFY(write(u"nginx.conf"_s, config.arg(m_dir.path()).arg(port).toUtf8()));
+        m_nginx.start(
+            nginx,
+            {u"-p"_s, m_dir.path(), u"-e"_s, m_dir.filePath(u"error.log"_s), u"-c"_s, m_dir.filePath(u"nginx.conf"_s)});
+        QVERIFY(m_nginx.waitForStarted() && QTest::qWaitFor(listening, 10000));
+    }
+    QVERIFY2(m_nginx.state() == QProcess::Running, read(m_dir, u"error.log"_s).constData());
+
     // The service is the host's own, under a path; the session only finds it on loopback.
+    const QUrl service(u"https://%1/app"_s.arg(TVRManager::serviceURL().host()));
     QVERIFY(TVRManager::setServiceURL(service));
-    m_session.route(service.host(), m_nginx.port());
+    m_session.route(service.host(), port);
     m_manager.setSession(&m_session);
     TVRManager::setAPIKey(apiKey, apiSecret);
+}
+
+QList<QList<QByteArray>> tst_Nginx::accessLog() const
+{
+    QList<QList<QByteArray>> lines;
+    for (const QByteArray &line : read(m_dir, u"access.log"_s).trimmed().split('\n'))
+        lines.append(line.split(' '));
+    return lines;
 }
 
 bool tst_Nginx::fetch(TVRDocumentManager::Document document)
@@ -194,7 +173,7 @@ void tst_Nginx::fetchesOverOneCompressedConnectionAndKeepsTheCopy()
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
     QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(m_privacy));
 
-    const QList<QList<QByteArray>> log = m_nginx.log();
+    const QList<QList<QByteArray>> log = accessLog();
     QCOMPARE(log.size(), 10);
     const qint64 privacySize = QJsonDocument(m_privacy).toJson().size();
     for (int i = 0; i < 10; ++i) {
@@ -213,7 +192,7 @@ void tst_Nginx::fetchesOverOneCompressedConnectionAndKeepsTheCopy()
     // the terms stays.
     TVRManager::setAPIKey(apiKey, u"wrong"_s);
     QVERIFY(fetch(Document::TermsOfService));
-    QCOMPARE(m_nginx.log().constLast().value(Status), "401");
+    QCOMPARE(accessLog().constLast().value(Status), "401");
     QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
 }
 
