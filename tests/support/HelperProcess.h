@@ -5,7 +5,6 @@
 #define HELPERPROCESS_H
 
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStringList>
 #include <QTest>
 
@@ -15,10 +14,7 @@
 inline QStringList runHelper(const QStringList &arguments, const QStringList &environment = {})
 {
     QProcess helper;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const QString &assignment : environment)
-        env.insert(assignment.section(QLatin1Char('='), 0, 0), assignment.section(QLatin1Char('='), 1));
-    helper.setProcessEnvironment(env);
+    helper.setEnvironment(QProcess::systemEnvironment() + environment); // the later of two NAME= wins
     helper.start(QStringLiteral(TOVRA_TEST_HELPER), arguments);
     const bool ended =
         helper.waitForStarted() && QTest::qWaitFor([&helper] { return helper.state() == QProcess::NotRunning; }, 60000);

@@ -10,14 +10,14 @@ using namespace TVRSecItem;
 
 qsizetype MemoryItemStore::find(const QVariantMap &query) const
 {
-    static const QStringList identity{kSecClass, kSecAttrService, kSecAttrAccount, kSecAttrAccessGroup};
-    const auto named = [&query](const QVariantMap &item) {
-        return std::all_of(identity.cbegin(), identity.cend(), [&](const QString &key) {
-            return !query.contains(key) || query.value(key) == item.value(key);
-        });
-    };
-    const auto found = std::find_if(items.cbegin(), items.cend(), named);
-    return found == items.cend() ? -1 : found - items.cbegin();
+    // An item is named by its class, service, account and group, each where the query has one.
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const auto differs = [&](const QString &key) { return query.contains(key) && query[key] != items[i][key]; };
+        if (!differs(kSecClass) && !differs(kSecAttrService) && !differs(kSecAttrAccount)
+            && !differs(kSecAttrAccessGroup))
+            return i;
+    }
+    return -1;
 }
 
 qint32 MemoryItemStore::add(const QVariantMap &attributes, QVariant *result)
@@ -43,11 +43,9 @@ qint32 MemoryItemStore::copyMatching(const QVariantMap &query, QVariant *result)
     if (!copyFailures.isEmpty())
         return copyFailures.takeFirst();
     const qsizetype index = find(query);
-    if (index < 0)
-        return errSecItemNotFound;
-    if (result)
+    if (index >= 0 && result)
         *result = query.value(kSecReturnData).toBool() ? items[index].value(kSecValueData) : QVariant(items[index]);
-    return errSecSuccess;
+    return index < 0 ? errSecItemNotFound : errSecSuccess;
 }
 
 qint32 MemoryItemStore::deleteMatching(const QVariantMap &query)

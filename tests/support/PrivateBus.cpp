@@ -36,9 +36,7 @@ bool PrivateBus::start(const QString &silentSecretServiceHelper)
         return false;
     if (silentSecretServiceHelper.isEmpty())
         return true;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_address);
-    m_silentService.setProcessEnvironment(environment);
+    m_silentService.setEnvironment(QProcess::systemEnvironment() + environment());
     m_silentService.start(silentSecretServiceHelper, {u"own-secrets-name"_s});
     return m_silentService.waitForStarted() && QTest::qWaitFor([this] { return m_silentService.canReadLine(); }, 10000)
         && m_silentService.readLine().trimmed() == "owned" && ::kill(pid_t(m_silentService.processId()), SIGSTOP) == 0;
