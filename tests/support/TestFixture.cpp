@@ -39,18 +39,10 @@ bool startLoopbackService(const QString &applicationName, TestHttpsServer &serve
     return true;
 }
 
-namespace {
-
-QString keptCopiesFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + QStringLiteral("/Tovra");
-}
-
-} // namespace
-
 QString keptCopyPath(const QString &key)
 {
-    return keptCopiesFolder() + QLatin1Char('/') + key + QStringLiteral(".json");
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + QStringLiteral("/Tovra/") + key
+        + QStringLiteral(".json");
 }
 
 QJsonValue keptCopy(const QString &key)
@@ -65,15 +57,16 @@ QJsonValue keptCopy(const QString &key)
 
 void keepCopy(const QString &key, const QJsonValue &value)
 {
-    QDir().mkpath(keptCopiesFolder());
     QFile file(keptCopyPath(key));
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(QJsonArray{value}).toJson()) <= 0)
+    if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly)
+        || file.write(QJsonDocument(QJsonArray{value}).toJson()) <= 0)
         qFatal("could not keep a copy under %s", qPrintable(key));
 }
 
 void removeKeptCopies()
 {
-    QDir(keptCopiesFolder()).removeRecursively();
+    // The folder of the copies: that of the copy of any key.
+    QDir(QFileInfo(keptCopyPath(QString())).path()).removeRecursively();
     QSettings().clear();
 }
 
