@@ -404,7 +404,6 @@ TestCase {
         // shows the new end.
         page.document.fetch();
         tryCompare(page.view, "count", 45);
-        verify(!page.view.reachedEnd && !agree.enabled && !disagree.enabled);
         const agreed = createTemporaryObject(spy, testCase, { target: page, signalName: "agreeClicked" });
         const disagreed = createTemporaryObject(spy, testCase, { target: page, signalName: "disagreeClicked" });
         verify(service.press(page, "Agree") && service.press(page, "Disagree"), "a screen reader finds no answers");
@@ -412,7 +411,6 @@ TestCase {
         page.view.forceActiveFocus();
         keyClick(Qt.Key_End);
         verifyEndInView(page);
-        verify(agree.enabled && disagree.enabled);
         mouseClick(agree);
         mouseClick(disagree);
         verify(service.press(page, "Agree"));
