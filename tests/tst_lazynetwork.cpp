@@ -34,7 +34,7 @@ bool mapsQtNetwork()
 }
 
 // Answers one HTTP request on a loopback port with an empty JSON object, from a thread of
-// its own; head() is the request's head, once the answer has gone.
+// its own; head is the request's head, once the answer has gone.
 class OneAnswerServer
 {
 public:
@@ -45,7 +45,7 @@ public:
         if (::bind(m_socket, reinterpret_cast<sockaddr *>(&address), length) == 0 && ::listen(m_socket, 1) == 0
             && ::getsockname(m_socket, reinterpret_cast<sockaddr *>(&address), &length) == 0) {
             port = ntohs(address.sin_port);
-            m_head = std::async(std::launch::async, [this] { return answer(); });
+            head = std::async(std::launch::async, [this] { return answer(); });
         }
     }
 
@@ -56,9 +56,8 @@ public:
         ::close(m_socket);
     }
 
-    QByteArray head() { return m_head.get(); }
-
     int port = 0;
+    std::future<QByteArray> head;
 
 private:
     QByteArray answer() const
@@ -79,7 +78,6 @@ private:
     }
 
     const int m_socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    std::future<QByteArray> m_head;
 };
 
 // A host's window that notes whether Qt Network was in the process when it first painted
@@ -160,7 +158,7 @@ void tst_LazyNetwork::loadedAfterTheWindowsFrameWithTheRequestsCredentials()
     QVERIFY(window.painted && raster.painted);
     QVERIFY(!window.networkAtFirstPaint && !raster.networkAtFirstPaint);
     QVERIFY(mapsQtNetwork());
-    QVERIFY(server.head().contains("\r\nAuthorization: Basic " + QByteArray("first-key:first-secret").toBase64()));
+    QVERIFY(server.head.get().contains("\r\nAuthorization: Basic " + QByteArray("first-key:first-secret").toBase64()));
 }
 
 QTEST_MAIN(tst_LazyNetwork)

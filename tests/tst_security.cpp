@@ -33,35 +33,28 @@ class tst_Security : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void secretsStayOutOfSettingsAndLogs();
-
-private:
-    TestHttpsServer m_server;
-    TestSession m_session;
 };
 
-void tst_Security::initTestCase()
+void tst_Security::secretsStayOutOfSettingsAndLogs()
 {
-    QVERIFY(startLoopbackService(u"tst_security"_s, m_server, m_session));
+    TestHttpsServer server;
+    TestSession session;
+    QVERIFY(startLoopbackService(u"tst_security"_s, server, session));
     testHandler = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &message) {
         allLogLines << message;
         testHandler(type, context, message);
     });
     // Everything the kit can say, said.
     QLoggingCategory::setFilterRules(u"tovra.*=true"_s);
-}
-
-void tst_Security::secretsStayOutOfSettingsAndLogs()
-{
-    m_server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
+    server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
 
     // A host's whole round: credentials, identity, both fetches, the agreement check, an
     // unreadable keychain item, and logging out.
     TVRManager::setAPIKey(key, secret);
     TVRManager::setUserIdentifier(identifier);
     TVRDocumentManager manager;
-    manager.setSession(&m_session);
+    manager.setSession(&session);
     QSignalSpy fetched(&manager, &TVRDocumentManager::documentChanged);
     manager.fetchTermsOfService();
     manager.fetchPrivacyPolicy();
@@ -81,7 +74,7 @@ void tst_Security::secretsStayOutOfSettingsAndLogs()
     TVRManager::logout();
 
     // The requests did carry the credentials, so a leak would have had them at hand.
-    QCOMPARE(m_server.requests().constFirst().header("Authorization"),
+    QCOMPARE(server.requests().constFirst().header("Authorization"),
              "Basic " + (key + u':' + secret).toUtf8().toBase64());
     QVERIFY(allLogLines.size() >= 5);
     for (const QString &line : std::as_const(allLogLines)) {
