@@ -300,10 +300,8 @@ TestCase {
         service.setHost(data.titleColor || "", data.bodyPixelSize || 0, !!data.application);
         const host = data.host === undefined
             ? testCase : createTemporaryObject(mirroringHost, testCase, { "LayoutMirroring.enabled": data.host });
-        const properties = { modal: true, fetchOnLoad: true };
-        if (data.page !== undefined)
-            properties["LayoutMirroring.enabled"] = data.page;
-        const page = showPage(agreementPage, properties, host);
+        const own = data.page === undefined ? {} : { "LayoutMirroring.enabled": data.page };
+        const page = showPage(agreementPage, Object.assign({ modal: true, fetchOnLoad: true }, own), host);
         const view = page.view;
         // A titled section shows its bold title, then the body; an untitled one its body alone.
         const firstTitle = titleOf(view.itemAtIndex(0));
