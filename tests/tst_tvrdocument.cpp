@@ -14,14 +14,16 @@ class tst_TVRDocument : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void texts_data()
+    void reads_data()
     {
         QTest::addColumn<QJsonValue>("json");
         QTest::addColumn<QString>("text"); // what the identifier and the titles read
         QTest::addColumn<QString>("body"); // what the body reads, for an app named "Acme"
+        QTest::addColumn<QString>("date"); // with its offset, as ISO 8601; "now" for the time it is read
 
+        // Without a date, the document is dated when it is read.
         const auto row = [](const char *name, const QJsonValue &json, const QString &text, const QString &body = {}) {
-            QTest::newRow(name) << json << text << (body.isNull() ? text : body);
+            QTest::newRow(name) << json << text << (body.isNull() ? text : body) << u"now"_s;
         };
         // The identifier, the title and the body all hold the value.
         const auto fields = [](const QJsonValue &value) {
@@ -43,76 +45,63 @@ private Q_SLOTS:
         row("six signs", fields(u"######"_s), u"######"_s, u"Acme#"_s);
         row("ten signs", fields(u"##########"_s), u"##########"_s, u"AcmeAcme"_s);
         row("four signs", fields(u"####"_s), u"####"_s);
+
+        const auto dated = [](const char *name, const QJsonValue &updatedAt, const QString &date) {
+            QTest::newRow(name) << QJsonValue(QJsonObject{{u"updatedAt"_s, updatedAt}}) << QString() << QString()
+                                << date;
+        };
+        dated("UTC", u"2016-03-01T12:30:00.000+0000"_s, u"2016-03-01T12:30:00.000Z"_s);
+        dated("west of UTC", u"2016-03-01T12:30:00.250-0800"_s, u"2016-03-01T12:30:00.250-08:00"_s);
+        dated("half hour east", u"2016-03-01T23:59:59.999+0530"_s, u"2016-03-01T23:59:59.999+05:30"_s);
+        dated("leap day", u"2016-02-29T00:00:00.000+0000"_s, u"2016-02-29T00:00:00.000Z"_s);
+        // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
+        dated("offset 14 hours", u"2016-03-01T12:30:00.000+1400"_s, u"2016-03-01T12:30:00.000+14:00"_s);
+        dated("offset minutes 59", u"2016-03-01T12:30:00.000-0959"_s, u"2016-03-01T12:30:00.000-09:59"_s);
+
+        dated("date only", u"2016-03-01"_s, QString());
+        dated("no fraction", u"2016-03-01T12:30:00+0000"_s, QString());
+        dated("letter Z", u"2016-03-01T12:30:00.000Z"_s, QString());
+        dated("offset with colon", u"2016-03-01T12:30:00.000+00:00"_s, QString());
+        dated("no such day", u"2015-02-29T12:30:00.000+0000"_s, QString());
+        dated("hour 24", u"2016-03-01T24:00:00.000+0000"_s, QString());
+        dated("offset minutes 60", u"2016-03-01T12:30:00.000+0060"_s, QString());
+        dated("offset a minute past 14 hours", u"2016-03-01T12:30:00.000+1401"_s, QString());
+        dated("space before", u" 2016-03-01T12:30:00.000+0000"_s, QString());
+        dated("other digits", u"٢٠١٦-03-01T12:30:00.000+0000"_s, QString());
+        dated("empty date", u""_s, QString());
+        dated("date JSON null", QJsonValue::Null, QString());
+        dated("date a number", 1456835400, QString());
     }
 
-    void texts()
+    void reads()
     {
         QFETCH(QJsonValue, json);
         QFETCH(QString, text);
         QFETCH(QString, body);
+        QFETCH(QString, date);
 
         TVRManager::setAppName(u"Acme"_s);
         TVRDocument document(json);
         TVRSection section(json);
-        // What the setters are given is kept apart: the JSON's texts are what is read.
+        // What the setters are given is kept apart: the JSON's texts and date are what is read.
         document.setIdentifier(u"set"_s);
         document.setTitle(u"set"_s);
+        document.setDate(QDateTime(QDate(2000, 1, 1), QTime(0, 0)));
         section.setTitle(u"set"_s);
         section.setBody(u"set"_s);
-        const QStringList read{document.identifier(), document.title(), section.title(), section.body()};
-        QCOMPARE(read, QStringList({text, text, text, body}));
-        for (const QString &each : read)
-            QCOMPARE(each.isNull(), text.isNull());
-        // The name is read at each read of the body.
-        TVRManager::setAppName(u"Other"_s);
-        QCOMPARE(section.body(), TVRSection(json).body());
-    }
-
-    void date_data()
-    {
-        QTest::addColumn<QJsonValue>("json");
-        QTest::addColumn<QString>("date"); // with its offset, as ISO 8601; "now" for the time it is read
-
-        const auto at = [](const QJsonValue &value) { return QJsonValue(QJsonObject{{u"updatedAt"_s, value}}); };
-        QTest::newRow("UTC") << at(u"2016-03-01T12:30:00.000+0000"_s) << u"2016-03-01T12:30:00.000Z"_s;
-        QTest::newRow("west of UTC") << at(u"2016-03-01T12:30:00.250-0800"_s) << u"2016-03-01T12:30:00.250-08:00"_s;
-        QTest::newRow("half hour east") << at(u"2016-03-01T23:59:59.999+0530"_s) << u"2016-03-01T23:59:59.999+05:30"_s;
-        QTest::newRow("leap day") << at(u"2016-02-29T00:00:00.000+0000"_s) << u"2016-02-29T00:00:00.000Z"_s;
-        // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
-        QTest::newRow("offset 14 hours") << at(u"2016-03-01T12:30:00.000+1400"_s) << u"2016-03-01T12:30:00.000+14:00"_s;
-        QTest::newRow("offset minutes 59")
-            << at(u"2016-03-01T12:30:00.000-0959"_s) << u"2016-03-01T12:30:00.000-09:59"_s;
-
-        QTest::newRow("date only") << at(u"2016-03-01"_s) << QString();
-        QTest::newRow("no fraction") << at(u"2016-03-01T12:30:00+0000"_s) << QString();
-        QTest::newRow("letter Z") << at(u"2016-03-01T12:30:00.000Z"_s) << QString();
-        QTest::newRow("offset with colon") << at(u"2016-03-01T12:30:00.000+00:00"_s) << QString();
-        QTest::newRow("no such day") << at(u"2015-02-29T12:30:00.000+0000"_s) << QString();
-        QTest::newRow("hour 24") << at(u"2016-03-01T24:00:00.000+0000"_s) << QString();
-        QTest::newRow("offset minutes 60") << at(u"2016-03-01T12:30:00.000+0060"_s) << QString();
-        QTest::newRow("offset a minute past 14 hours") << at(u"2016-03-01T12:30:00.000+1401"_s) << QString();
-        QTest::newRow("space before") << at(u" 2016-03-01T12:30:00.000+0000"_s) << QString();
-        QTest::newRow("other digits") << at(u"٢٠١٦-03-01T12:30:00.000+0000"_s) << QString();
-        QTest::newRow("empty") << at(u""_s) << QString();
-        QTest::newRow("JSON null") << at(QJsonValue::Null) << QString();
-        QTest::newRow("number") << at(1456835400) << QString();
-        // Without a date, the document is dated when it is read.
-        QTest::newRow("missing") << QJsonValue(QJsonObject{{u"title"_s, u"Terms"_s}}) << u"now"_s;
-    }
-
-    void date()
-    {
-        QFETCH(QJsonValue, json);
-        QFETCH(QString, date);
-
-        TVRDocument document(json);
-        document.setDate(QDateTime(QDate(2000, 1, 1), QTime(0, 0))); // kept apart, as the texts' setters
         const QDateTime before = QDateTime::currentDateTime();
         const QDateTime read = document.date();
         if (date == u"now"_s)
             QVERIFY(read >= before && read <= QDateTime::currentDateTime());
         else
             QCOMPARE(read.toString(Qt::ISODateWithMs), date);
+        const QStringList texts{document.identifier(), document.title(), section.title(), section.body()};
+        QCOMPARE(texts, QStringList({text, text, text, body}));
+        for (const QString &each : texts)
+            QCOMPARE(each.isNull(), text.isNull());
+        // The name is read at each read of the body.
+        TVRManager::setAppName(u"Other"_s);
+        QCOMPARE(section.body(), TVRSection(json).body());
     }
 
     void sections_data()
