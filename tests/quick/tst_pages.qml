@@ -45,13 +45,8 @@ TestCase {
     // The next replies: such a document, named after the one asked for (Terms or Privacy).
     function serve(sections, options) { service.setReply(documentOf("%2", sections, options)); }
 
-    function init() {
-        serve(30);
-    }
-
-    function cleanup() {
-        service.setHost("", 0, false);
-    }
+    function init() { serve(30); }
+    function cleanup() { service.setHost("", 0, false); }
 
     // A row's title and body texts, and the boxes that hold them; the editor a tap on a body
     // put in its place, or null.
