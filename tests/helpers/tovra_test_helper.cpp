@@ -13,15 +13,12 @@
 //                                         N reads of the user identifier: the last result,
 //                                         the first read's ms and the other reads' ms
 //   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
-//   tovra_test_helper host-and-kit host-first|kit-first set|read|logout VALUE
-//                                         the host writes VALUE with QtKeychain before or after
-//                                         the kit's call: what "read" read, then the kit's
-//                                         item and the host's item, each read back afterwards
-//   tovra_test_helper threads host-on-thread|kit-on-thread N
+//   tovra_test_helper host-and-kit host-first|kit-first|host-on-thread|kit-on-thread N
 //                                         N host QtKeychain writes and reads, and N saves and
-//                                         reads of the identifier, one side on a thread of the
-//                                         host's and the other on the main thread at the same
-//                                         time: how many of each came back
+//                                         reads of the identifier: one side before the other,
+//                                         or one on a thread of the host's and the other on
+//                                         the main thread at the same time; how many of each
+//                                         came back
 // Prints one line per result; "<null>" stands for a null value.
 
 #include "HostKeychain.h"
@@ -133,20 +130,7 @@ int main(int argc, char *argv[])
         for (int i = 1; i < args[1].toInt(); ++i)
             value = TVRManager::userIdentifier();
         out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
-    } else if (command == QLatin1String("host-and-kit") && args.size() == 3) {
-        const bool hostFirst = args[0] == QLatin1String("host-first");
-        if (hostFirst)
-            HostKeychain::write(hostService, hostKey, args[2].toUtf8());
-        if (args[1] == QLatin1String("set"))
-            TVRManager::setUserIdentifier(QStringLiteral("user-0"));
-        else if (args[1] == QLatin1String("logout"))
-            TVRManager::logout();
-        else
-            out << show(TVRManager::userIdentifier()) << Qt::endl;
-        if (!hostFirst)
-            HostKeychain::write(hostService, hostKey, args[2].toUtf8());
-        out << show(RQKeychain::loadValueForKey(kTVRUserIdentifier)) << Qt::endl << hostItem() << Qt::endl;
-    } else if (command == QLatin1String("threads") && args.size() == 2) {
+    } else if (command == QLatin1String("host-and-kit") && args.size() == 2) {
         const int rounds = args[1].toInt();
         int right[2] = {}; // how many of the kit's and of the host's values came back
         const auto side = [&](bool host) {
@@ -159,16 +143,22 @@ int main(int argc, char *argv[])
                 right[host] += (host ? hostItem() : show(RQKeychain::loadValueForKey(kTVRUserIdentifier))) == value;
             }
         };
-        const bool hostOnThread = args[0] == QLatin1String("host-on-thread");
-        QSemaphore started;
-        std::unique_ptr<QThread> worker(QThread::create([&] {
-            started.release();
-            side(hostOnThread);
-        }));
-        worker->start();
-        started.acquire();
-        side(!hostOnThread);
-        worker->wait();
+        // The side that goes first, or on the thread.
+        const bool host = args[0].startsWith(QLatin1String("host"));
+        if (args[0].endsWith(QLatin1String("first"))) {
+            side(host);
+            side(!host);
+        } else {
+            QSemaphore started;
+            std::unique_ptr<QThread> worker(QThread::create([&] {
+                started.release();
+                side(host);
+            }));
+            worker->start();
+            started.acquire();
+            side(!host);
+            worker->wait();
+        }
         out << "kit " << right[0] << '/' << rounds << Qt::endl << "host " << right[1] << '/' << rounds << Qt::endl;
     } else if (command == QLatin1String("own-secrets-name")) {
         if (!QDBusConnection::sessionBus().registerService(QStringLiteral("org.freedesktop.secrets")))

@@ -37,11 +37,13 @@ inline QKeychain::Error write(const QString &service, const QString &key, const 
     return run(job, key);
 }
 
-// The item's bytes; \a error tells whether there was one.
-inline QByteArray read(const QString &service, const QString &key, QKeychain::Error *error)
+// The item's bytes; \a error, where given, tells whether there was one.
+inline QByteArray read(const QString &service, const QString &key, QKeychain::Error *error = nullptr)
 {
     QKeychain::ReadPasswordJob job(service);
-    *error = run(job, key);
+    const QKeychain::Error result = run(job, key);
+    if (error)
+        *error = result;
     return job.binaryData();
 }
 
