@@ -20,10 +20,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text"); // what the identifier and the titles read
         QTest::addColumn<QString>("body"); // what the body reads, for an app named "Acme"
         QTest::addColumn<QString>("date"); // with its offset, as ISO 8601; "now" for the time it is read
+        QTest::addColumn<QStringList>("titles"); // of the sections, "-" for one with no title to read
 
-        // Without a date, the document is dated when it is read.
+        // Without a date, the document is dated when it is read; without sections, it has none.
         const auto row = [](const char *name, const QJsonValue &json, const QString &text, const QString &body = {}) {
-            QTest::newRow(name) << json << text << (body.isNull() ? text : body) << u"now"_s;
+            QTest::newRow(name) << json << text << (body.isNull() ? text : body) << u"now"_s << QStringList();
         };
         // The identifier, the title and the body all hold the value.
         const auto fields = [](const QJsonValue &value) {
@@ -48,7 +49,7 @@ private Q_SLOTS:
 
         const auto dated = [](const char *name, const QJsonValue &updatedAt, const QString &date) {
             QTest::newRow(name) << QJsonValue(QJsonObject{{u"updatedAt"_s, updatedAt}}) << QString() << QString()
-                                << date;
+                                << date << QStringList();
         };
         dated("UTC", u"2016-03-01T12:30:00.000+0000"_s, u"2016-03-01T12:30:00.000Z"_s);
         dated("west of UTC", u"2016-03-01T12:30:00.250-0800"_s, u"2016-03-01T12:30:00.250-08:00"_s);
@@ -71,6 +72,20 @@ private Q_SLOTS:
         dated("empty date", u""_s, QString());
         dated("date JSON null", QJsonValue::Null, QString());
         dated("date a number", 1456835400, QString());
+
+        const auto sectioned = [](const char *name, const QJsonValue &sections, const QStringList &titles) {
+            QTest::newRow(name) << QJsonValue(QJsonObject{{u"sections"_s, sections}}) << QString() << QString()
+                                << u"now"_s << titles;
+        };
+        const auto section = [](const QString &title) { return QJsonObject{{u"title"_s, title}, {u"body"_s, u"b"_s}}; };
+        sectioned("three sections in order", QJsonArray{section(u"1"_s), section(u"2"_s), section(u"3"_s)},
+                  {u"1"_s, u"2"_s, u"3"_s});
+        sectioned("sections, an empty array", QJsonArray(), {});
+        sectioned("sections, an object", section(u"1"_s), {});
+        // Elements of any kind become sections; only objects have keys to read.
+        sectioned("sections of mixed elements",
+                  QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)},
+                  {u"1"_s, u"-"_s, u"-"_s, u"-"_s, u"-"_s, u"6"_s});
     }
 
     void reads()
@@ -79,6 +94,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, body);
         QFETCH(QString, date);
+        QFETCH(QStringList, titles);
 
         TVRManager::setAppName(u"Acme"_s);
         TVRDocument document(json);
@@ -102,35 +118,11 @@ private Q_SLOTS:
         // The name is read at each read of the body.
         TVRManager::setAppName(u"Other"_s);
         QCOMPARE(section.body(), TVRSection(json).body());
-    }
 
-    void sections_data()
-    {
-        QTest::addColumn<QJsonValue>("sections");
-        QTest::addColumn<QStringList>("titles"); // "-" for a section with no title to read
-
-        auto section = [](const QString &title) { return QJsonObject{{u"title"_s, title}, {u"body"_s, u"b"_s}}; };
-        QTest::newRow("three in order") << QJsonValue(QJsonArray{section(u"1"_s), section(u"2"_s), section(u"3"_s)})
-                                        << QStringList{u"1"_s, u"2"_s, u"3"_s};
-        QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QStringList();
-        QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringList();
-        QTest::newRow("an object") << QJsonValue(section(u"1"_s)) << QStringList();
-        // Elements of any kind become sections; only objects have keys to read.
-        QTest::newRow("mixed elements") << QJsonValue(
-            QJsonArray{section(u"1"_s), u"text"_s, QJsonArray{1}, QJsonValue::Null, 7, section(u"6"_s)})
-                                        << QStringList{u"1"_s, u"-"_s, u"-"_s, u"-"_s, u"-"_s, u"6"_s};
-    }
-
-    void sections()
-    {
-        QFETCH(QJsonValue, sections);
-        QFETCH(QStringList, titles);
-
-        TVRDocument document(sections.isUndefined() ? QJsonObject() : QJsonObject{{u"sections"_s, sections}});
         const auto titlesRead = [&document] {
             QStringList read;
-            for (const auto &section : document.sections())
-                read << (section->title().isNull() ? u"-"_s : section->title());
+            for (const auto &made : document.sections())
+                read << (made->title().isNull() ? u"-"_s : made->title());
             return read;
         };
         QCOMPARE(titlesRead(), titles);
