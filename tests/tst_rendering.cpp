@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: MIT
 // What a reader sees on the document screens, read off the painted pixels and off the text
 // as Qt lays it out for painting: rows exactly as tall as their text at any width and in any
-// script, each text starting from its own direction's side, shaped and sharp; long words,
-// the appearance settings, a dark system palette, a body that is painted until it is
-// clicked, and screens that take what they made with them. Offscreen on a 1280 x 800
-// screen; screenshots go to TOVRA_SCREENSHOT_DIR.
+// script, each text starting from its own direction's side, shaped and sharp; long words, a
+// long body painted the same each time and edited where it is clicked; the texts in their
+// colours and sizes, a host's or the kit's own under a dark system palette; and screens that
+// take what they made with them. Offscreen on a 1280 x 800 screen; screenshots go to
+// TOVRA_SCREENSHOT_DIR.
 
 #include "LoopbackSession.h"
 #include "OffscreenTest.h"
@@ -34,32 +35,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A heading and a sentence in the script \a name.
-std::pair<QString, QString> script(const QString &name)
-{
-    if (name == u"Arabic"_s)
-        return {u"كيف نستخدم بياناتك"_s,
-                u"توضح هذه الشروط كيف يتعامل ##### مع بياناتك وما يمكنك أن تتوقعه من الخدمة وما تتوقعه الخدمة منك. "_s};
-    if (name == u"Hebrew"_s)
-        return {u"כיצד אנו משתמשים בנתונים שלך"_s,
-                u"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך, מה אתה יכול לצפות מהשירות ומה השירות מצפה ממך. "_s};
-    if (name == u"CJK"_s)
-        return {u"我们如何使用您的数据"_s,
-                u"本条款说明#####如何处理您的数据、您可以从服务中期待什么以及服务对您有何期待。"_s};
-    if (name == u"long words"_s)
-        return {u"Supercalifragilisticexpialidociousnessandbeyondx"_s,
-                u"Send notices to https://legal.example.com/"_s + QString(240, u'n') + u" and keep a copy. "_s};
-    return {u"How ##### uses the data you give it"_s,
-            u"This section explains how ##### handles your data, what you may expect from the service and what "
-            "it expects from you. "_s};
-}
+// A heading and a sentence in each script, and in capitals alone.
+const QHash<QString, std::pair<QString, QString>> scripts{
+    {u"Latin"_s,
+     {u"How ##### uses the data you give it"_s,
+      u"This section explains how ##### handles your data, what you may expect from the service and what "
+      "it expects from you. "_s}},
+    {u"Arabic"_s,
+     {u"كيف نستخدم بياناتك"_s,
+      u"توضح هذه الشروط كيف يتعامل ##### مع بياناتك وما يمكنك أن تتوقعه من الخدمة وما تتوقعه الخدمة منك. "_s}},
+    {u"Hebrew"_s,
+     {u"כיצד אנו משתמשים בנתונים שלך"_s,
+      u"תנאים אלה מסבירים כיצד ##### מטפלת בנתונים שלך, מה אתה יכול לצפות מהשירות ומה השירות מצפה ממך. "_s}},
+    {u"CJK"_s,
+     {u"我们如何使用您的数据"_s, u"本条款说明#####如何处理您的数据、您可以从服务中期待什么以及服务对您有何期待。"_s}},
+    {u"capitals"_s, {u"TEXT"_s, u"TEXT"_s}},
+    {u"long words"_s,
+     {u"Supercalifragilisticexpialidociousnessandbeyondx"_s,
+      u"Send notices to https://legal.example.com/"_s + QString(240, u'n') + u" and keep a copy. "_s}}};
 
 // A document of \a name's script: titled sections with bodies of one, three and eight
 // sentences and an untitled one, after, when asked, a titled one whose body is \a longBody
 // characters long.
 std::shared_ptr<TVRDocument> document(const QString &name, int longBody = 0)
 {
-    const auto [heading, sentence] = script(name);
+    const auto [heading, sentence] = scripts.value(name);
     QJsonArray sections;
     if (longBody)
         sections.append(QJsonObject{{u"title"_s, heading},
@@ -88,15 +88,6 @@ std::unique_ptr<QTextDocument> laidOut(const QString &text, const QFont &font, q
     return document;
 }
 
-QImage render(QWidget *window)
-{
-    if (!QTest::qWaitForWindowExposed(window))
-        return {};
-    for (int pass = 0; pass < 3; ++pass)
-        QCoreApplication::processEvents();
-    return window->grab().toImage().convertToFormat(QImage::Format_RGB32);
-}
-
 // Where \a widget lies in its window's image.
 QRect inWindow(const QWidget *widget)
 {
@@ -108,67 +99,40 @@ int distance(QRgb a, QRgb b)
     return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
-// Calls \a f(x, y, pixel) for every device pixel of \a image that covers \a logicalArea.
-template <typename F>
-void eachPixel(const QImage &image, const QRect &logicalArea, F f)
+// What an area of an image shows: the colour most of it is painted with; the ink of its
+// text, the pixel that differs most from that paper, which for text of this size is a pixel
+// the glyphs cover fully; and the box around every pixel that is not paper, in
+// device-independent pixels.
+struct Ink
+{
+    QRgb paper = 0;
+    QRgb color = 0;
+    QRect bounds;
+};
+
+Ink inkIn(const QImage &image, const QRect &logicalArea)
 {
     const qreal r = image.devicePixelRatio();
     const QRect area = QRectF(QPointF(logicalArea.topLeft()) * r, QSizeF(logicalArea.size()) * r).toRect();
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x)
-            f(x, y, image.pixel(x, y));
-    }
-}
-
-// The colour most of \a logicalArea is painted with.
-QRgb background(const QImage &image, const QRect &logicalArea)
-{
+    const auto eachPixel = [&](auto f) {
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
+                f(x, y, image.pixel(x, y));
+        }
+    };
     QHash<QRgb, int> counts;
-    eachPixel(image, logicalArea, [&](int, int, QRgb pixel) { ++counts[pixel]; });
+    eachPixel([&](int, int, QRgb pixel) { ++counts[pixel]; });
     const auto most = std::max_element(counts.keyValueBegin(), counts.keyValueEnd(),
                                        [](const auto &a, const auto &b) { return a.second < b.second; });
-    return most == counts.keyValueEnd() ? 0 : most->first;
-}
-
-// The ink of the text in \a logicalArea: the pixel that differs most from the background,
-// which for text of this size is a pixel the glyphs cover fully.
-QRgb ink(const QImage &image, const QRect &logicalArea)
-{
-    const QRgb paper = background(image, logicalArea);
-    QRgb found = paper;
-    eachPixel(image, logicalArea, [&](int, int, QRgb pixel) {
-        if (distance(pixel, paper) > distance(found, paper))
-            found = pixel;
+    Ink ink;
+    ink.paper = ink.color = most == counts.keyValueEnd() ? 0 : most->first;
+    eachPixel([&](int x, int y, QRgb pixel) {
+        if (distance(pixel, ink.paper) > distance(ink.color, ink.paper))
+            ink.color = pixel;
+        if (distance(pixel, ink.paper) > 48)
+            ink.bounds |= QRect(int(x / r), int(y / r), 1, 1);
     });
-    return found;
-}
-
-// The box around every pixel of \a logicalArea that is not its background, in
-// device-independent pixels.
-QRect inkBounds(const QImage &image, const QRect &logicalArea)
-{
-    const QRgb paper = background(image, logicalArea);
-    const qreal r = image.devicePixelRatio();
-    QRect bounds;
-    eachPixel(image, logicalArea, [&](int x, int y, QRgb pixel) {
-        if (distance(pixel, paper) > 48)
-            bounds |= QRect(int(x / r), int(y / r), 1, 1);
-    });
-    return bounds;
-}
-
-// The title label or body text view of \a cell, or of row \a row of the first section.
-QWidget *painted(TVRTableViewCell *cell)
-{
-    if (auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell))
-        return title->titleLabel();
-    auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
-    return body ? body->bodyTextView() : nullptr;
-}
-
-QWidget *painted(TVRDocumentViewController *screen, int row)
-{
-    return painted(screen->tableView()->cellForRowAtIndexPath({0, row}));
+    return ink;
 }
 
 // Checks every row of \a table, scrolled into view one after another.
@@ -187,17 +151,20 @@ void checkEveryRow(TVRTableView *table, const QString &what)
             table->verticalScrollBar()->setValue(row.top()); // as far as it goes
             QCoreApplication::processEvents();
 
-            // Label or text view, 8 px in from either side of the cell and as tall as the row.
+            // The title label or body text view, 8 px in from either side of the cell and as
+            // tall as the row.
             TVRTableViewCell *cell = table->cellForRowAtIndexPath({section, index});
-            QWidget *text = painted(cell);
+            auto *title = qobject_cast<TVRSectionTitleTableViewCell *>(cell);
+            auto *body = qobject_cast<TVRSectionBodyTableViewCell *>(cell);
+            QLabel *label = title ? title->titleLabel() : nullptr;
+            QTextEdit *view = body ? body->bodyTextView() : nullptr;
+            QWidget *text = label ? static_cast<QWidget *>(label) : view;
             QVERIFY2(text, qPrintable(where));
             QCOMPARE(text->mapTo(cell, QPoint(0, 0)), QPoint(8, 0));
             QCOMPARE(text->size(), QSize(row.width() - 16, row.height()));
 
             // The text as Qt lays it out to paint it, and one line of it.
             const qreal line = QFontMetricsF(text->font()).height();
-            auto *view = qobject_cast<QTextEdit *>(text);
-            auto *label = qobject_cast<QLabel *>(text);
             const qreal textHeight = view
                 ? view->document()->size().height()
                 : laidOut(label->text(), text->font(), label->contentsRect().width())->size().height();
@@ -220,6 +187,7 @@ void checkEveryRow(TVRTableView *table, const QString &what)
 // and scaled up has none.
 void checkPainted(const QImage &image, TVRTableView *table)
 {
+    QVERIFY(!image.isNull());
     const int step = int(image.devicePixelRatio());
     for (TVRTableViewCell *cell : table->visibleCells()) {
         // The label or painted body, 8 px in from either side of the row; its lines 4 px in
@@ -232,7 +200,7 @@ void checkPainted(const QImage &image, TVRTableView *table)
         const bool title = qobject_cast<TVRSectionTitleTableViewCell *>(cell);
         const QRect lines = area.adjusted(rightToLeft ? (title ? 20 : 4) : 4, 0, rightToLeft || !title ? -4 : -20, 0);
         // Nothing painted outside the lines (a long word is broken), and the text starts at their start.
-        const QRect ink = inkBounds(image, area);
+        const QRect ink = inkIn(image, area).bounds;
         const int offset = rightToLeft ? lines.right() - ink.right() : ink.left() - lines.left();
         QVERIFY2(lines.adjusted(-1, 0, 1, 0).contains(ink) && offset <= 3,
                  qPrintable(u"%1: ink from x %2 to %3"_s.arg(text.left(20)).arg(ink.left()).arg(ink.right())));
@@ -279,18 +247,11 @@ private Q_SLOTS:
     void initTestCase();
     void cleanup();
 
-    void rowsAreAsTallAsTheirText_data();
-    void rowsAreAsTallAsTheirText();
-    void bodyPaintsAsItsTextViewAndEditsWhereClicked_data();
-    void bodyPaintsAsItsTextViewAndEditsWhereClicked();
-    void appearanceReachesThePixels();
-    void darkSystemPalette();
+    void screens_data();
+    void screens();
     void screensTakeWhatTheyMade();
 
 private:
-    // The terms screen showing \a terms in a navigation controller, in a window of \a size.
-    TVRTermsOfServiceViewController *showTerms(const std::shared_ptr<TVRDocument> &terms, QSize size = {390, 844});
-
     LoopbackSession m_offline;
     std::unique_ptr<QWidget> m_window;
 };
@@ -317,25 +278,21 @@ void tst_Rendering::cleanup()
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
-TVRTermsOfServiceViewController *tst_Rendering::showTerms(const std::shared_ptr<TVRDocument> &terms, QSize size)
-{
-    TVRDocumentManager::sharedInstance()->setTermsOfService(terms);
-    auto *screen = new TVRTermsOfServiceViewController;
-    m_window = std::make_unique<TVRNavigationController>(screen);
-    m_window->resize(size);
-    m_window->show();
-    return QTest::qWaitForWindowExposed(m_window.get()) ? screen : nullptr;
-}
-
-void tst_Rendering::rowsAreAsTallAsTheirText_data()
+void tst_Rendering::screens_data()
 {
     QTest::addColumn<QString>("script");
     QTest::addColumn<QList<QSize>>("windows"); // shown at the first size, then resized to each next
-    QTest::addColumn<int>("longBody");
+    QTest::addColumn<int>("longBody"); // the first section's body, clicked into when there is one
     QTest::addColumn<Qt::LayoutDirection>("layout"); // the application's, as a host sets it
+    QTest::addColumn<QPalette>("palette"); // the system's
+    QTest::addColumn<QList<int>>("sizes"); // a host's pixel sizes for the date, a title and a body, if any
+    QTest::addColumn<QList<QColor>>("inks"); // the date's, a title's and a body's
     const auto row = [](const QByteArray &tag, const char *script, const QList<QSize> &windows, int longBody = 0,
-                        Qt::LayoutDirection layout = Qt::LeftToRight) {
-        QTest::newRow(tag.constData()) << QString::fromUtf8(script) << windows << longBody << layout;
+                        Qt::LayoutDirection layout = Qt::LeftToRight, const QPalette &palette = QPalette(),
+                        const QList<int> &sizes = {},
+                        const QList<QColor> &inks = {QColor(0xAA, 0xAA, 0xAA), Qt::black, Qt::black}) {
+        QTest::newRow(tag.constData()) << QString::fromUtf8(script) << windows << longBody << layout << palette << sizes
+                                       << inks;
     };
 
     const QList<QPair<const char *, QSize>> windows{
@@ -346,193 +303,145 @@ void tst_Rendering::rowsAreAsTallAsTheirText_data()
     }
     row("Arabic, right-to-left layout", "Arabic", {{390, 844}}, 0, Qt::RightToLeft);
     row("Latin, right-to-left layout", "Latin", {{390, 844}}, 0, Qt::RightToLeft);
+    row("600 Hebrew characters, 390x844", "Hebrew", {{390, 844}}, 600);
+    row("600 CJK characters, 1280x800", "CJK", {{1280, 800}}, 600);
     row("20,000 characters, 390x844", "Latin", {{390, 844}}, 20000);
     row("20,000 characters, 1280x800", "Latin", {{1280, 800}}, 20000);
     row("20,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 20000);
+    // Bodies long enough to be painted from lines laid out a slice at a time.
+    row("40,000 characters, 390x844", "Latin", {{390, 844}}, 40000);
+    row("40,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 40000);
+    row("40,000 CJK characters, 1280x800", "CJK", {{1280, 800}}, 40000);
     // A phone turned on its side, then a desktop window made wider and narrower.
     row("390x844 turned, then 1280x800, then 320x568", "Latin", {{390, 844}, {844, 390}, {1280, 800}, {320, 568}});
+    // A host's colours and sizes; and white text on dark grey windows, buttons and bases,
+    // under which the kit's own colours stay on its white page.
+    row("capitals, a host's appearance", "capitals", {{390, 844}}, 0, Qt::LeftToRight, QPalette(), {24, 48, 32},
+        {Qt::red, Qt::blue, QColor(0x00, 0x64, 0x00)});
+    row("capitals, dark system palette", "capitals", {{390, 844}}, 0, Qt::LeftToRight,
+        QPalette(Qt::white, QColor(0x30, 0x30, 0x30), QColor(0x50, 0x50, 0x50), Qt::black, QColor(0x40, 0x40, 0x40),
+                 Qt::white, QColor(0x20, 0x20, 0x20)));
 }
 
-void tst_Rendering::rowsAreAsTallAsTheirText()
+void tst_Rendering::screens()
 {
     QFETCH(QString, script);
     QFETCH(QList<QSize>, windows);
     QFETCH(int, longBody);
     QFETCH(Qt::LayoutDirection, layout);
+    QFETCH(QPalette, palette);
+    QFETCH(QList<int>, sizes);
+    QFETCH(QList<QColor>, inks);
+    // Set before the screen is made (cleanup() resets them).
     QGuiApplication::setLayoutDirection(layout);
+    QApplication::setPalette(palette);
+    if (!sizes.isEmpty()) {
+        const auto sized = [&sizes](QFont font, int part) {
+            font.setPixelSize(sizes[part]);
+            return font;
+        };
+        TVRDesignClass::setDocumentDateColor(inks[0]);
+        TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont(), 0));
+        TVRDesignClass::setSectionTitleColor(inks[1]);
+        TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont(), 1));
+        TVRDesignClass::setSectionBodyColor(inks[2]);
+        TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont(), 2));
+    }
 
-    TVRTermsOfServiceViewController *screen = showTerms(document(script, longBody), windows.first());
-    QVERIFY(screen);
-    QVERIFY(saveScreenshot(m_window.get(), QString::fromUtf8(QTest::currentDataTag()).replace(u", "_s, u"-"_s)));
-    // The rows as painted, before a click makes a body's text view.
-    checkPainted(render(m_window.get()), screen->tableView());
-    checkEveryRow(screen->tableView(), QString::fromUtf8(QTest::currentDataTag()));
+    // An agreement screen, in its navigation controller's window.
+    auto *screen = new TVRTermsViewController(document(script, longBody));
+    auto *navigation = new TVRNavigationController(screen);
+    m_window.reset(navigation);
+    m_window->resize(windows.first());
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    if (script == u"capitals"_s)
+        screen->headerView()->dateLabel()->setText(u"TEXT"_s);
+    TVRTableView *table = screen->tableView();
+    // The rows as painted, before a click or a check of every row makes a body's text view.
+    const QString tag = QString::fromUtf8(QTest::currentDataTag());
+    const QImage image = screenshot(m_window.get(), QString(tag).replace(u", "_s, u"-"_s));
+    checkPainted(image, table);
+
+    // The date, the first title and the first body are each painted in its ink on the white
+    // page, a line of capitals as tall as its font's capitals.
+    QCOMPARE(QColor(inkIn(image, inWindow(table->viewport())).paper), QColor(Qt::white));
+    const QList<std::tuple<QWidget *, QColor, QFont>> parts{
+        {screen->headerView()->dateLabel(), inks[0], TVRDesignClass::documentDateFont()},
+        {table->cellForRowAtIndexPath({0, 0}), inks[1], TVRDesignClass::sectionTitleFont()},
+        {table->cellForRowAtIndexPath({0, 1}), inks[2], TVRDesignClass::sectionBodyFont()}};
+    for (const auto &[text, color, font] : parts) {
+        QVERIFY(text);
+        const Ink ink = inkIn(image, inWindow(text).intersected(inWindow(table->viewport())));
+        QVERIFY2(distance(ink.color, color.rgb()) <= 40 && QColor(ink.paper) == Qt::white,
+                 qPrintable(u"painted %1 on %2, expected %3"_s.arg(QColor(ink.color).name(), QColor(ink.paper).name(),
+                                                                   color.name())));
+        const qreal expected = QFontMetricsF(font).capHeight();
+        QVERIFY2(script != u"capitals"_s || std::abs(ink.bounds.height() - expected) < 0.2 * expected,
+                 qPrintable(u"capitals %1 px, the font's %2 px"_s.arg(ink.bounds.height()).arg(expected)));
+    }
+    // The bars' texts readable, at 4.5:1 at least: the title, Disagree and Agree.
+    QToolBar *bar = screen->toolbar();
+    for (QWidget *text :
+         {static_cast<QWidget *>(navigation->navigationBar()->findChild<QLabel *>()),
+          bar->widgetForAction(screen->disagreeBarButtonItem()), bar->widgetForAction(screen->agreeBarButtonItem())}) {
+        QVERIFY(text && text->isVisible());
+        const Ink ink = inkIn(image, inWindow(text));
+        const double ratio = contrast(ink.color, ink.paper);
+        QVERIFY2(ratio >= 4.5,
+                 qPrintable(u"%1: contrast %2"_s.arg(text->property("text").toString()).arg(ratio, 0, 'f', 2)));
+    }
+
+    if (longBody) {
+        const auto cell = [table] {
+            return qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
+        };
+        QVERIFY(cell() && cell()->findChildren<QTextEdit *>().isEmpty());
+        const QString body = cell()->section()->body();
+
+        // Once laid out whole, the row is as tall as a text view lays the body out.
+        const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
+        QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
+
+        // The painted lines stay put: painted again at the end they are the same, and back at
+        // the top they are the ones first painted there.
+        const QImage paintedTop = screenshot(table->viewport(), {});
+        QTest::keyClick(table, Qt::Key_End);
+        const QImage paintedEnd = screenshot(table->viewport(), u"body-end-%1-%2"_s.arg(script).arg(longBody));
+        QCOMPARE(screenshot(table->viewport(), {}), paintedEnd);
+        QTest::keyClick(table, Qt::Key_Home);
+        QCOMPARE(screenshot(table->viewport(), {}), paintedTop);
+
+        // A click at the start of the body's third line (its right end, right to left) puts
+        // the cursor where the text view puts it for that point, on that line; what is typed
+        // goes in there, and scrolled a little, the row stays in view with its edit and its
+        // focus.
+        const QTextLine third = reference->firstBlock().layout()->lineAt(2);
+        const QRectF line = third.naturalTextRect();
+        const QPoint at(12 + int(body.isRightToLeft() ? line.right() - 1 : line.left() + 1), int(line.center().y()));
+        QWidget *clicked = cell()->childAt(at);
+        QVERIFY(clicked);
+        QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(cell(), at));
+        QTextEdit *textView = cell()->bodyTextView();
+        const int position = textView->textCursor().position();
+        QVERIFY2(position == third.textStart() || (body.isRightToLeft() && position == third.textStart() + 1),
+                 qPrintable(u"cursor at %1, the line starts at %2"_s.arg(position).arg(third.textStart())));
+        QTest::keyClicks(textView, u"ok "_s);
+        table->verticalScrollBar()->setValue(table->verticalScrollBar()->value() + 10);
+        QCoreApplication::processEvents();
+        QCOMPARE(QApplication::focusWidget(), textView);
+        QCOMPARE(textView->toPlainText().mid(position, 4), u"ok "_s + body.at(position));
+        // Undone, the body is again the text its row was measured for.
+        textView->undo();
+    }
+
+    checkEveryRow(table, tag);
     for (const QSize size : windows.mid(1)) {
         m_window->resize(size);
         QCoreApplication::processEvents();
-        QCOMPARE(screen->tableView()->viewport()->width(), size.width());
-        checkEveryRow(screen->tableView(), u"resized to %1 wide"_s.arg(size.width()));
+        QCOMPARE(table->viewport()->width(), size.width());
+        checkEveryRow(table, u"resized to %1 wide"_s.arg(size.width()));
     }
-}
-
-void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked_data()
-{
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QSize>("window");
-    QTest::addColumn<int>("length");
-    QTest::newRow("Latin, 390x844") << u"Latin"_s << QSize(390, 844) << 600;
-    QTest::newRow("Hebrew, 390x844") << u"Hebrew"_s << QSize(390, 844) << 600;
-    QTest::newRow("CJK, 1280x800") << u"CJK"_s << QSize(1280, 800) << 600;
-    QTest::newRow("long, Latin, 390x844") << u"Latin"_s << QSize(390, 844) << 40000;
-    QTest::newRow("long, Arabic, 390x844") << u"Arabic"_s << QSize(390, 844) << 40000;
-    QTest::newRow("long, CJK, 1280x800") << u"CJK"_s << QSize(1280, 800) << 40000;
-}
-
-void tst_Rendering::bodyPaintsAsItsTextViewAndEditsWhereClicked()
-{
-    QFETCH(QString, script);
-    QFETCH(QSize, window);
-    QFETCH(int, length);
-
-    const std::shared_ptr<TVRDocument> terms = document(script, length);
-    const QString body = terms->sections().first()->body();
-    TVRTermsOfServiceViewController *screen = showTerms(terms, window);
-    QVERIFY(screen && QTest::qWaitForWindowActive(m_window.get()));
-    TVRTableView *table = screen->tableView();
-    const auto cell = [table] {
-        return qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
-    };
-    QVERIFY(cell() && cell()->findChildren<QTextEdit *>().isEmpty());
-
-    // Once laid out whole, the row is as tall as a text view lays the body out.
-    const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
-    QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
-
-    // The painted lines stay put: painted again at the end they are the same, and back at the
-    // top they are the ones first painted there.
-    const auto viewport = [&] {
-        QCoreApplication::processEvents();
-        return table->viewport()->grab().toImage();
-    };
-    const QImage paintedTop = viewport();
-    QTest::keyClick(table, Qt::Key_End);
-    const QImage paintedEnd = viewport();
-    QVERIFY(saveScreenshot(m_window.get(), u"body-end-%1-%2"_s.arg(script).arg(length)));
-    QCOMPARE(viewport(), paintedEnd);
-    QTest::keyClick(table, Qt::Key_Home);
-    QCOMPARE(viewport(), paintedTop);
-
-    // A click at the start of the body's third line (its right end, right to left) puts the
-    // cursor where the text view puts it for that point, on that line, and what is typed goes
-    // in there.
-    const QTextLine third = reference->firstBlock().layout()->lineAt(2);
-    const QRectF line = third.naturalTextRect();
-    const QPoint at(12 + int(body.isRightToLeft() ? line.right() - 1 : line.left() + 1), int(line.center().y()));
-    QWidget *clicked = cell()->childAt(at);
-    QVERIFY(clicked);
-    QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(cell(), at));
-    QTextEdit *textView = cell()->bodyTextView();
-    QCOMPARE(QApplication::focusWidget(), textView);
-    const int position = textView->textCursor().position();
-    QVERIFY2(position == third.textStart() || (body.isRightToLeft() && position == third.textStart() + 1),
-             qPrintable(u"cursor at %1, the line starts at %2"_s.arg(position).arg(third.textStart())));
-    QTest::keyClicks(textView, u"ok "_s);
-    QCOMPARE(textView->toPlainText().mid(position, 4), u"ok "_s + body.at(position));
-
-    // Scrolled a little, the row stays in view: its edit and its focus stay with it.
-    table->verticalScrollBar()->setValue(table->verticalScrollBar()->value() + 10);
-    QCoreApplication::processEvents();
-    QCOMPARE(QApplication::focusWidget(), textView);
-    QVERIFY(textView->toPlainText().contains(u"ok "_s));
-}
-
-void tst_Rendering::appearanceReachesThePixels()
-{
-    // A host's colours and sizes for the date, and for a section's title and body, set before
-    // the screen is made (cleanup() resets them).
-    const auto sized = [](QFont font, int pixelSize) {
-        font.setPixelSize(pixelSize);
-        return font;
-    };
-    TVRDesignClass::setDocumentDateColor(Qt::red);
-    TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont(), 24));
-    TVRDesignClass::setSectionTitleColor(Qt::blue);
-    TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont(), 48));
-    TVRDesignClass::setSectionBodyColor(QColor(0x00, 0x64, 0x00));
-    TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont(), 32));
-    const QJsonObject section{{u"title"_s, u"HEIGHT"_s}, {u"body"_s, u"HEIGHT"_s}};
-    TVRTermsOfServiceViewController *screen = showTerms(std::make_shared<TVRDocument>(
-        QJsonObject{{u"updatedAt"_s, u"2016-03-01T12:30:00.000+0000"_s}, {u"sections"_s, QJsonArray{section}}}));
-    QVERIFY(screen);
-    screen->headerView()->dateLabel()->setText(u"HEIGHT"_s);
-
-    // Each text's ink is its colour, and its line of capitals as tall as its font's capitals.
-    const QImage image = render(m_window.get());
-    const QList<std::tuple<QWidget *, QColor, QFont>> parts{
-        {screen->headerView()->dateLabel(), Qt::red, TVRDesignClass::documentDateFont()},
-        {painted(screen, 0), Qt::blue, TVRDesignClass::sectionTitleFont()},
-        {painted(screen, 1), QColor(0x00, 0x64, 0x00), TVRDesignClass::sectionBodyFont()}};
-    for (const auto &[text, color, font] : parts) {
-        const QRgb painted = ink(image, inWindow(text));
-        QVERIFY2(distance(painted, color.rgb()) <= 40,
-                 qPrintable(u"painted %1, expected %2"_s.arg(QColor(painted).name(), color.name())));
-        const int capitals = inkBounds(image, inWindow(text)).height();
-        const qreal expected = QFontMetricsF(font).capHeight();
-        QVERIFY2(std::abs(capitals - expected) < 0.2 * expected,
-                 qPrintable(u"capitals %1 px, the font's %2 px"_s.arg(capitals).arg(expected)));
-    }
-}
-
-void tst_Rendering::darkSystemPalette()
-{
-    // White text on dark grey windows, buttons and bases.
-    QApplication::setPalette(QPalette(Qt::white, QColor(0x30, 0x30, 0x30), QColor(0x50, 0x50, 0x50), Qt::black,
-                                      QColor(0x40, 0x40, 0x40), Qt::white, QColor(0x20, 0x20, 0x20)));
-    TVRDocumentManager::sharedInstance()->setTermsOfService(document(u"Latin"_s));
-
-    // A terms screen presented over a host's window, with Close, and an agreement screen:
-    // every text readable, at 4.5:1 at least.
-    const auto checkContrast = [](const QImage &image, QWidget *widget, const QString &name) {
-        const QRect area = inWindow(widget);
-        const double ratio = contrast(ink(image, area), background(image, area));
-        QVERIFY2(ratio >= 4.5, qPrintable(u"%1: contrast %2"_s.arg(name).arg(ratio, 0, 'f', 2)));
-    };
-    // The buttons \a bar shows with a text: \a count of them, each readable.
-    const auto checkButtons = [&checkContrast](const QImage &image, QWidget *bar, int count) {
-        QList<QToolButton *> buttons = bar->findChildren<QToolButton *>();
-        buttons.removeIf([](QToolButton *button) { return !button->isVisible() || button->text().isEmpty(); });
-        QCOMPARE(buttons.size(), count);
-        for (QToolButton *button : std::as_const(buttons))
-            checkContrast(image, button, button->text());
-    };
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(390, 844);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    auto *terms = new TVRTermsOfServiceViewController;
-    auto *navigation = new TVRNavigationController(terms);
-    TVRViewController::rootViewControllerForWindow(m_window.get())->presentViewController(navigation, false);
-    QVERIFY(saveScreenshot(navigation, u"dark-palette-terms"_s));
-    const QImage image = render(navigation);
-    QWidget *bar = navigation->navigationBar();
-    checkContrast(image, bar->findChild<QLabel *>(), u"navigation title"_s);
-    checkButtons(image, bar, 1); // Close
-    QCOMPARE(QColor(background(image, inWindow(terms->tableView()->viewport()))), QColor(Qt::white));
-
-    // The sections keep their black and the date its light grey, on the white page.
-    for (const auto &[text, color] :
-         {qMakePair(painted(terms, 0), QColor(Qt::black)), qMakePair(painted(terms, 1), QColor(Qt::black)),
-          qMakePair<QWidget *>(terms->headerView()->dateLabel(), QColor(0xAA, 0xAA, 0xAA))}) {
-        QVERIFY(distance(ink(image, inWindow(text)), color.rgb()) <= 40);
-        QCOMPARE(QColor(background(image, inWindow(text))), QColor(Qt::white));
-    }
-
-    m_window = std::make_unique<TVRNavigationController>(new TVRTermsViewController(document(u"Latin"_s)));
-    m_window->resize(390, 844);
-    m_window->show();
-    const QImage agreement = render(m_window.get());
-    QVERIFY(saveScreenshot(m_window.get(), u"dark-palette-agreement"_s));
-    checkButtons(agreement, m_window->findChild<QToolBar *>(), 2); // Disagree and Agree
 }
 
 void tst_Rendering::screensTakeWhatTheyMade()
