@@ -70,11 +70,8 @@ TestCase {
     function darkest(image, x0, y0, w, h) {
         let best = white;
         for (let y = Math.round(y0); y < y0 + h; ++y) {
-            for (let x = Math.round(x0); x < x0 + w; ++x) {
-                const c = image.pixel(x, y);
-                if (c.hslLightness < best.hslLightness)
-                    best = c;
-            }
+            for (let x = Math.round(x0); x < x0 + w; ++x)
+                best = image.pixel(x, y).hslLightness < best.hslLightness ? image.pixel(x, y) : best;
         }
         return best;
     }
@@ -82,8 +79,7 @@ TestCase {
     // The pixel of a grabbed page \a x px across its list, a little below the top of where the
     // position bar stands.
     function besideBar(image, page, x) {
-        const view = page.view;
-        const at = view.mapToItem(page, x, view.visibleArea.yPosition * view.height + 5);
+        const at = page.view.mapToItem(page, x, page.view.visibleArea.yPosition * page.view.height + 5);
         return image.pixel(Math.round(at.x), Math.round(at.y));
     }
 

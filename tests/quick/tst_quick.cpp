@@ -65,12 +65,10 @@ public:
     {
         QGuiApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
         TVRDesignClass::setSectionTitleColor(QColor::fromString(titleColor));
-        std::optional<QFont> body;
-        if (bodyPixelSize > 0) {
-            body = TVRDesignClass::sectionBodyFont();
-            body->setPixelSize(bodyPixelSize);
-        }
-        TVRDesignClass::setSectionBodyFont(body);
+        QFont body = TVRDesignClass::sectionBodyFont();
+        if (bodyPixelSize > 0)
+            body.setPixelSize(bodyPixelSize);
+        TVRDesignClass::setSectionBodyFont(bodyPixelSize > 0 ? std::optional(body) : std::nullopt);
     }
     //! What a screen reader finds under \a item: a line "Role \"name\"" per node, indented by
     //! its depth, with ", focused" after the name of the focused one.
