@@ -33,10 +33,7 @@ class Service : public QObject
 public:
     //! The next replies hold \a document, in which "%2" stands for the name of the one asked
     //! for: Terms or Privacy.
-    Q_INVOKABLE void setReply(const QJsonObject &document)
-    {
-        m_reply = QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact));
-    }
+    Q_INVOKABLE void setReply(const QJsonObject &document) { m_reply = QJsonDocument(document).toJson(); }
     //! The Terms of Service held are \a document, as a copy kept from an earlier launch, or an
     //! empty document, as in a first launch before any reply.
     Q_INVOKABLE void holdTerms(const QJsonObject &document)
@@ -106,7 +103,7 @@ public Q_SLOTS:
         TVRDocumentManager::sharedInstance()->setSession(m_session.get());
         m_server->setHandler([this](const TestRequest &request) {
             const QString name = request.path == u"/api/terms-of-service"_s ? u"Terms"_s : u"Privacy"_s;
-            return TestReply::json(200, QString(m_reply).replace(u"%2"_s, name).toUtf8());
+            return TestReply::json(200, QString::fromUtf8(m_reply).replace(u"%2"_s, name).toUtf8());
         });
     }
 
@@ -137,7 +134,7 @@ private:
     }
     std::unique_ptr<TestHttpsServer> m_server;
     std::unique_ptr<TestSession> m_session;
-    QString m_reply;
+    QByteArray m_reply;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(tst_quick, Service)
