@@ -54,7 +54,6 @@ private Q_SLOTS:
         dated("UTC", u"2016-03-01T12:30:00.000+0000"_s, u"2016-03-01T12:30:00.000Z"_s);
         dated("west of UTC", u"2016-03-01T12:30:00.250-0800"_s, u"2016-03-01T12:30:00.250-08:00"_s);
         dated("half hour east", u"2016-03-01T23:59:59.999+0530"_s, u"2016-03-01T23:59:59.999+05:30"_s);
-        dated("leap day", u"2016-02-29T00:00:00.000+0000"_s, u"2016-02-29T00:00:00.000Z"_s);
         // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
         dated("offset 14 hours", u"2016-03-01T12:30:00.000+1400"_s, u"2016-03-01T12:30:00.000+14:00"_s);
         dated("offset minutes 59", u"2016-03-01T12:30:00.000-0959"_s, u"2016-03-01T12:30:00.000-09:59"_s);

@@ -24,25 +24,21 @@ public:
         return TVRSecItem::errSecSuccess;
     }
     qint32 deleteMatching(const QVariantMap &) override { return TVRSecItem::errSecSuccess; }
-};
-
-BytesStore *store()
-{
-    static BytesStore *const instance = [] {
-        auto *created = new BytesStore;
-        TVRSecureItemStore::setDefaultStore(created);
-        // The "Unarchive of ... failed" line for each input would drown the fuzzer's own.
-        QLoggingCategory::setFilterRules(QStringLiteral("tovra.warning=false"));
-        return created;
-    }();
-    return instance;
-}
+} store;
 
 } // namespace
 
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    TVRSecureItemStore::setDefaultStore(&store);
+    // The "Unarchive of ... failed" line for each input would drown the fuzzer's own.
+    QLoggingCategory::setFilterRules(QStringLiteral("tovra.warning=false"));
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    store()->bytes = QByteArray(reinterpret_cast<const char *>(data), qsizetype(size));
+    store.bytes = QByteArray(reinterpret_cast<const char *>(data), qsizetype(size));
     const QVariant value = RQKeychain::loadValueForKey(QStringLiteral("tovrakit.userIdentifier"));
     // Whatever decoded can be archived again.
     if (value.isValid())

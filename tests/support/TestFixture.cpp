@@ -76,9 +76,8 @@ long processStatusKiB(const char *field)
     if (!status.open(QIODevice::ReadOnly))
         return -1;
     const QByteArray prefix = QByteArray(field) + ':';
-    for (const QByteArray &line : status.readAll().split('\n')) {
+    for (const QByteArray &line : status.readAll().split('\n'))
         if (line.startsWith(prefix))
             return line.mid(prefix.size()).trimmed().split(' ').first().toLong();
-    }
     return -1;
 }
