@@ -30,14 +30,15 @@ const QJsonObject policy = documentJson(u"Policy"_s, 3, u"2017-07-04T09:00:00.00
 // The texts of the kit's own catalogue: Terms of Service|Privacy Policy|Close|Disagree|Agree|Back.
 const QString english = u"Terms of Service|Privacy Policy|Close|Disagree|Agree|Back"_s;
 
-// What \a bar shows, as drawn: its title, then every button from the leading edge on (from the
-// right when \a rightToLeft), each marked when it sits on the trailing half.
-QStringList shown(QWidget *bar, bool rightToLeft)
+// What \a bar shows, as drawn: its title, then every button from the application's leading
+// edge on (from the right in a right-to-left layout), each marked when it sits on the
+// trailing half.
+QStringList shown(QWidget *bar)
 {
     QMap<int, QString> buttons; // by the distance of their centres from the leading edge
     for (QToolButton *button : bar->findChildren<QToolButton *>()) {
         const int x = button->mapTo(bar, button->rect().center()).x();
-        const int lead = rightToLeft ? bar->width() - x : x;
+        const int lead = QGuiApplication::isRightToLeft() ? bar->width() - x : x;
         if (button->isVisibleTo(bar))
             buttons.insert(lead, button->text() + (lead > bar->width() / 2 ? u" (trailing)"_s : QString()));
     }
@@ -68,8 +69,7 @@ void tst_Languages::initTestCase()
     QVERIFY(startLoopbackService(u"tst_languages"_s, m_server, m_session));
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     TVRDocumentManager::sharedInstance()->setSession(&m_session);
-    m_server.setHandler(
-        [](const TestRequest &) { return TestReply::json(200, QJsonDocument(policy).toJson(QJsonDocument::Compact)); });
+    m_server.reply(TestReply::json(200, QJsonDocument(policy).toJson(QJsonDocument::Compact)));
 }
 
 void tst_Languages::cleanup()
@@ -80,29 +80,25 @@ void tst_Languages::cleanup()
 
 void tst_Languages::catalogues_data()
 {
-    QTest::addColumn<QString>("locale");
+    // A row's tag is its locale.
     QTest::addColumn<QString>("texts"); // as english has them; none without a catalogue
-    const auto row = [](const char *locale, const QString &texts) {
-        QTest::newRow(locale) << QString::fromLatin1(locale) << texts;
-    };
-
-    row("de_DE", u"Nutzungsbedingungen|Datenschutzerklärung|Schließen|Ablehnen|Zustimmen|Zurück"_s);
-    row("fr_FR", u"Conditions d'utilisation|Politique de confidentialité|Fermer|Refuser|Accepter|Retour"_s);
-    row("es_ES", u"Términos del servicio|Política de privacidad|Cerrar|Rechazar|Aceptar|Atrás"_s);
-    row("it_IT", u"Termini di servizio|Informativa sulla privacy|Chiudi|Non accetto|Accetto|Indietro"_s);
-    row("pt_BR", u"Termos de Serviço|Política de Privacidade|Fechar|Discordo|Concordo|Voltar"_s);
-    row("ja_JP", u"利用規約|プライバシーポリシー|閉じる|同意しない|同意する|戻る"_s);
-    row("zh_CN", u"服务条款|隐私政策|关闭|不同意|同意|返回"_s);
-    row("ar_EG", u"شروط الخدمة|سياسة الخصوصية|إغلاق|لا أوافق|أوافق|رجوع"_s);
-    row("he_IL", u"תנאי השימוש|מדיניות הפרטיות|סגירה|אני לא מסכים/ה|אני מסכים/ה|חזרה"_s);
-    row("en_GB", english); // the kit's own
-    row("pt_PT", QString());
-    row("ru_RU", QString());
+    QTest::newRow("de_DE") << u"Nutzungsbedingungen|Datenschutzerklärung|Schließen|Ablehnen|Zustimmen|Zurück"_s;
+    QTest::newRow("fr_FR") << u"Conditions d'utilisation|Politique de confidentialité|Fermer|Refuser|Accepter|Retour"_s;
+    QTest::newRow("es_ES") << u"Términos del servicio|Política de privacidad|Cerrar|Rechazar|Aceptar|Atrás"_s;
+    QTest::newRow("it_IT") << u"Termini di servizio|Informativa sulla privacy|Chiudi|Non accetto|Accetto|Indietro"_s;
+    QTest::newRow("pt_BR") << u"Termos de Serviço|Política de Privacidade|Fechar|Discordo|Concordo|Voltar"_s;
+    QTest::newRow("ja_JP") << u"利用規約|プライバシーポリシー|閉じる|同意しない|同意する|戻る"_s;
+    QTest::newRow("zh_CN") << u"服务条款|隐私政策|关闭|不同意|同意|返回"_s;
+    QTest::newRow("ar_EG") << u"شروط الخدمة|سياسة الخصوصية|إغلاق|لا أوافق|أوافق|رجوع"_s;
+    QTest::newRow("he_IL") << u"תנאי השימוש|מדיניות הפרטיות|סגירה|אני לא מסכים/ה|אני מסכים/ה|חזרה"_s;
+    QTest::newRow("en_GB") << english; // the kit's own
+    QTest::newRow("pt_PT") << QString();
+    QTest::newRow("ru_RU") << QString();
 }
 
 void tst_Languages::catalogues()
 {
-    QFETCH(QString, locale);
+    const QString locale = QString::fromLatin1(QTest::currentDataTag());
     QFETCH(QString, texts);
     const bool found = !texts.isEmpty();
     const QStringList text = (found ? texts : english).split(u'|');
@@ -111,7 +107,6 @@ void tst_Languages::catalogues()
     // the language's way, as a host sets it.
     QVERIFY(TVRManager::installTranslations(QLocale(u"ja_JP"_s)));
     QCOMPARE(TVRManager::installTranslations(QLocale(locale)), found);
-    const bool rightToLeft = QLocale(locale).textDirection() == Qt::RightToLeft;
     QGuiApplication::setLayoutDirection(QLocale(locale).textDirection());
 
     // In a host's window, the terms pushed, the privacy policy presented, and an agreement.
@@ -123,19 +118,17 @@ void tst_Languages::catalogues()
     m_host->embed(pushed);
     pushed->pushViewController(terms);
     auto *privacy = TVRManager::privacyPolicyViewController();
-    auto *presented = new TVRNavigationController(privacy);
-    m_host->presentViewController(presented);
+    m_host->presentViewController(new TVRNavigationController(privacy));
     auto *agreement = new TVRTermsViewController(std::make_shared<TVRDocument>(policy));
-    auto *agreementWindow = new TVRNavigationController(agreement);
-    m_host->embed(agreementWindow);
+    m_host->embed(new TVRNavigationController(agreement));
     for (TVRDocumentViewController *screen :
          std::initializer_list<TVRDocumentViewController *>{terms, privacy, agreement})
         QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty());
 
-    QCOMPARE(shown(pushed->navigationBar(), rightToLeft), (QStringList{text[0], text[5]}));
-    QCOMPARE(shown(presented->navigationBar(), rightToLeft), (QStringList{text[1], text[2]}));
-    QCOMPARE(shown(agreementWindow->navigationBar(), rightToLeft), QStringList{text[0]});
-    QCOMPARE(shown(agreement->toolbar(), rightToLeft), (QStringList{QString(), text[3], text[4] + u" (trailing)"_s}));
+    QCOMPARE(shown(pushed->navigationBar()), (QStringList{text[0], text[5]}));
+    QCOMPARE(shown(privacy->navigationController()->navigationBar()), (QStringList{text[1], text[2]}));
+    QCOMPARE(shown(agreement->navigationController()->navigationBar()), QStringList{text[0]});
+    QCOMPARE(shown(agreement->toolbar()), (QStringList{QString(), text[3], text[4] + u" (trailing)"_s}));
 
     // The date in the same language as the texts: July as that language writes it (the
     // language the catalogue is for; the default locale without one).
@@ -143,10 +136,8 @@ void tst_Languages::catalogues()
     const QString date = privacy->headerView()->dateLabel()->text();
     QVERIFY2(date.contains(dateLocale.monthName(7)) || date.contains(dateLocale.monthName(7, QLocale::ShortFormat)),
              qPrintable(date + u" has no "_s + dateLocale.monthName(7)));
-    if (dateLocale.language() != QLocale::English)
-        QVERIFY2(!date.contains(u"July"_s), qPrintable(date));
-    QVERIFY(saveScreenshot(presented, u"privacy-policy-"_s + locale));
-    QVERIFY(saveScreenshot(agreementWindow, u"agreement-"_s + locale));
+    QVERIFY(saveScreenshot(privacy->navigationController(), u"privacy-policy-"_s + locale));
+    QVERIFY(saveScreenshot(agreement->navigationController(), u"agreement-"_s + locale));
 }
 
 TOVRA_OFFSCREEN_TEST_MAIN(tst_Languages, QSize(390, 844))
