@@ -19,7 +19,8 @@
 //                                         or one on a thread of the host's and the other on
 //                                         the main thread at the same time; how many of each
 //                                         came back
-// Prints one line per result; "<null>" stands for a null value.
+// Prints one line per result; "<null>" stands for a null value. Run with QDBUS_DEBUG=1, a
+// launch ends with one more line: "calls:" and the Secret Service methods it called.
 
 #include "HostKeychain.h"
 #include "TestSession.h"
@@ -32,6 +33,8 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QElapsedTimer>
+#include <QMutex>
+#include <QRegularExpression>
 #include <QSemaphore>
 #include <QTextStream>
 #include <QThread>
@@ -78,14 +81,22 @@ private:
     }
 };
 
-const QString hostService = QStringLiteral("tovra.test.host");
-const QString hostKey = QStringLiteral("token");
+// Qt's D-Bus module logs every message it sends where QDBUS_DEBUG is set: the methods of the
+// Secret Service among them are kept, and every message but a debug one is passed on.
+QMutex secretCallsLock;
+QStringList secretCalls;
+QtMessageHandler otherMessages = nullptr;
 
-QString hostItem()
+void keepSecretCalls(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    QKeychain::Error error = QKeychain::NoError;
-    const QByteArray data = HostKeychain::read(hostService, hostKey, &error);
-    return error == QKeychain::NoError ? QString::fromUtf8(data) : QStringLiteral("<error %1>").arg(int(error));
+    static const QRegularExpression call(
+        QStringLiteral(R"re(sending message.*interface="org\.freedesktop\.Secret\.\w+", member="(\w+)")re"));
+    const QRegularExpressionMatch match = call.match(message);
+    const QMutexLocker locker(&secretCallsLock);
+    if (match.hasMatch())
+        secretCalls << match.captured(1);
+    else if (type != QtDebugMsg)
+        otherMessages(type, context, message);
 }
 
 } // namespace
@@ -102,6 +113,9 @@ int main(int argc, char *argv[])
     }
 
     QCoreApplication app(argc, argv);
+    const bool listSecretCalls = qEnvironmentVariableIntValue("QDBUS_DEBUG") != 0;
+    if (listSecretCalls)
+        otherMessages = qInstallMessageHandler(keepSecretCalls);
     // Every launch of this "host" shares one settings file, as launches of one app do.
     QCoreApplication::setOrganizationName(QStringLiteral("Tovra Tests"));
     QCoreApplication::setApplicationName(QStringLiteral("tovra-host"));
@@ -133,14 +147,18 @@ int main(int argc, char *argv[])
     } else if (command == QLatin1String("host-and-kit") && args.size() == 2) {
         const int rounds = args[1].toInt();
         int right[2] = {}; // how many of the kit's and of the host's values came back
+        // The host's own item with QtKeychain, or the kit's identifier: written, then read back.
+        const QString hostService = QStringLiteral("tovra.test.host");
         const auto side = [&](bool host) {
             for (int i = 0; i < rounds; ++i) {
                 const QString value = (host ? QStringLiteral("host-") : QStringLiteral("user-")) + QString::number(i);
                 if (host)
-                    HostKeychain::write(hostService, hostKey, value.toUtf8());
+                    HostKeychain::write(hostService, hostService, value.toUtf8());
                 else
                     TVRManager::setUserIdentifier(value);
-                right[host] += (host ? hostItem() : show(RQKeychain::loadValueForKey(kTVRUserIdentifier))) == value;
+                right[host] += (host ? QString::fromUtf8(HostKeychain::read(hostService, hostService))
+                                     : show(RQKeychain::loadValueForKey(kTVRUserIdentifier)))
+                    == value;
             }
         };
         // The side that goes first, or on the thread.
@@ -187,6 +205,10 @@ int main(int argc, char *argv[])
     } else {
         QTextStream(stderr) << "unknown command" << Qt::endl;
         return 2;
+    }
+    if (listSecretCalls) {
+        qInstallMessageHandler(otherMessages);
+        out << (QStringList{QStringLiteral("calls:")} + secretCalls).join(QLatin1Char(' ')) << Qt::endl;
     }
     return 0;
 }

@@ -4,13 +4,11 @@
 #include "KeychainProbe.h"
 
 #include <QDBusArgument>
-#include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusReply>
-#include <QRegularExpression>
-#include <QTest>
+#include <QProcess>
 
 #include <optional>
 
@@ -84,42 +82,4 @@ bool KeychainProbe::setKeyringLocked(bool locked)
     return keyring.call(u"UnlockWithMasterPassword"_s, QVariant::fromValue(collection), QVariant::fromValue(password))
                .type()
         == QDBusMessage::ReplyMessage;
-}
-
-KeychainProbe::SecretServiceCalls::~SecretServiceCalls()
-{
-    m_monitor.kill();
-    m_monitor.waitForFinished();
-}
-
-bool KeychainProbe::SecretServiceCalls::start()
-{
-    m_monitor.start(u"dbus-monitor"_s, {u"--session"_s, u"type='method_call'"_s});
-    // The monitor may miss the first marks while it sets itself up.
-    return m_monitor.waitForStarted() && QTest::qWaitFor([this] { return mark(); }, 10000);
-}
-
-bool KeychainProbe::SecretServiceCalls::mark()
-{
-    const QString name = u"tovra.test.mark%1"_s.arg(++m_marks);
-    QDBusConnection::sessionBus().interface()->isServiceRegistered(name); // a NameHasOwner call
-    return QTest::qWaitFor(
-        [&] {
-            m_seen += m_monitor.readAllStandardOutput();
-            return m_seen.contains(name.toUtf8());
-        },
-        200);
-}
-
-QStringList KeychainProbe::SecretServiceCalls::calls()
-{
-    if (!mark())
-        return {u"<the monitor lost the bus>"_s};
-    // Everything after the mark of start(), which is the first the monitor showed.
-    static const QRegularExpression method(
-        u"method call .*interface=org\\.freedesktop\\.Secret\\.\\w+; member=(\\w+)"_s);
-    QStringList methods;
-    for (auto match = method.globalMatch(QString::fromUtf8(m_seen)); match.hasNext();)
-        methods << match.next().captured(1);
-    return methods;
 }

@@ -5,7 +5,6 @@
 #define KEYCHAINPROBE_H
 
 #include <QMap>
-#include <QProcess>
 #include <QStringList>
 
 /*
@@ -26,28 +25,6 @@ QMap<QString, QString> itemAttributes(const QString &service, const QString &acc
 // Locks the keyring's default collection, or unlocks it with the password that
 // run-isolated.sh gave gnome-keyring, as the user would at its prompt; false on failure.
 bool setKeyringLocked(bool locked);
-
-/*
-    Watches the session bus with dbus-monitor and lists the Secret Service methods called
-    from start() to calls().
-*/
-class SecretServiceCalls
-{
-public:
-    ~SecretServiceCalls();
-    // Starts watching; true once the monitor sees the bus.
-    bool start();
-    // The methods called so far, in order, such as "SearchItems" or "GetSecrets".
-    QStringList calls();
-
-private:
-    // Sends a call that the monitor shows, and waits until it has shown it.
-    bool mark();
-
-    QProcess m_monitor;
-    QByteArray m_seen;
-    int m_marks = 0;
-};
 
 } // namespace KeychainProbe
 
