@@ -37,19 +37,15 @@ public:
     }
 };
 
-QByteArray compact(const QJsonObject &object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
-
 // A reply of one section, whose body names the app.
 QByteArray sampleReply(const QString &title, const QString &updatedAt = u"2016-03-01T12:30:00.000+0000"_s)
 {
-    return compact(
-        {{u"_id"_s, u"doc-"_s + title},
-         {u"title"_s, title},
-         {u"updatedAt"_s, updatedAt},
-         {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"##### applies."_s}}}}});
+    const QJsonObject reply{
+        {u"_id"_s, u"doc-"_s + title},
+        {u"title"_s, title},
+        {u"updatedAt"_s, updatedAt},
+        {u"sections"_s, QJsonArray{QJsonObject{{u"title"_s, u"Scope"_s}, {u"body"_s, u"##### applies."_s}}}}};
+    return QJsonDocument(reply).toJson(QJsonDocument::Compact);
 }
 
 } // namespace
@@ -111,8 +107,7 @@ private Q_SLOTS:
             QSettings().setValue(kTVRTermsOfServiceDataPath, QString::fromUtf8(sampleReply(u"Cached"_s)));
         else
             QVERIFY(QDir().mkpath(QFileInfo(kept).absolutePath()) && kept.open(QIODevice::WriteOnly)
-                    && kept.write(file) == file.size());
-        kept.close();
+                    && kept.write(file) == file.size() && kept.flush());
         const auto first = m_manager->termsOfService();
         QCOMPARE(first ? first->title() : u"-"_s, title);
         // Held from then on: the same document, even once the copy is gone.
@@ -172,7 +167,7 @@ private Q_SLOTS:
         TestReply cut = ok(sampleReply(u"Cut"_s));
         cut.cutBodyAt = 40;
         failure("body cut short", cut, QNetworkReply::RemoteHostClosedError, {});
-        const QByteArray json = compact(documentJson(u"Large"_s, 20));
+        const QByteArray json = QJsonDocument(documentJson(u"Large"_s, 20)).toJson(QJsonDocument::Compact);
         failure("over the limit, announced by Content-Length", ok(json), QNetworkReply::UnknownContentError,
                 u"The reply of %1 bytes is larger than the limit of 2048 bytes"_s.arg(json.size()));
         // No length is announced: the bytes received tell.
@@ -187,7 +182,7 @@ private Q_SLOTS:
         const QByteArray typed =
             R"({"title":null,"version":3.25,"published":true,"updatedAt":"2016-03-01T12:30:00.000+0000",)"
             R"("sections":[{"title":"Scope","body":"##### applies."}],"extra":{"list":[null,false,"",{}]}})";
-        const QByteArray large = compact(documentJson(u"Large"_s, 12200));
+        const QByteArray large = QJsonDocument(documentJson(u"Large"_s, 12200)).toJson(QJsonDocument::Compact);
         answer("every JSON type", ok(typed), parsed(typed));
         answer("4.8 MB document, under the limit", ok(large), parsed(large));
         answer("byte order mark and blanks", ok("\xef\xbb\xbf \r\n" + typed), parsed(typed));

@@ -45,12 +45,12 @@ private Q_SLOTS:
     // keychain item, tst_hostkeychain checks.)
     void logoutForgetsTheUserOnly()
     {
-        const auto noUser = [] {
-            return !TVRManager::userIdentifier().isValid() && !TVRManager::userName().isValid()
-                && !TVRManager::userImageUrl().isValid();
+        // Three invalid values where no user is held.
+        const auto user = [] {
+            return QVariantList{TVRManager::userIdentifier(), TVRManager::userName(), TVRManager::userImageUrl()};
         };
         // A fresh process holds nothing.
-        QVERIFY(noUser());
+        QCOMPARE(user(), QVariantList(3));
         QVERIFY(TVRManager::apiKey().isNull() && TVRManager::apiSecret().isNull());
         QVERIFY(!TVRManager::scrollToBottomEnabled() && !TVRManager::alertOnAgreeEnabled());
 
@@ -63,7 +63,7 @@ private Q_SLOTS:
         TVRManager::setUserImageUrl(QUrl(u"https://example.org/a.png"_s));
         QVERIFY(runsNoHostEvent(&TVRManager::logout));
 
-        QVERIFY(noUser());
+        QCOMPARE(user(), QVariantList(3));
         QCOMPARE((QStringList{TVRManager::apiKey(), TVRManager::apiSecret(), TVRManager::appName()}),
                  (QStringList{u"key"_s, u"secret"_s, u"App"_s}));
         QVERIFY(TVRManager::scrollToBottomEnabled() && TVRManager::alertOnAgreeEnabled());
