@@ -49,8 +49,8 @@ private Q_SLOTS:
         QFETCH(QString, reader);
         QFETCH(QString, group);
 
-        TVRSecureItemStore &write = store(writer);
-        TVRSecureItemStore &read = store(reader);
+        TVRSecureItemStore &write = writer == u"QtKeychain"_s ? m_qtKeychain : *TVRSecureItemStore::defaultStore();
+        TVRSecureItemStore &read = reader == u"QtKeychain"_s ? m_qtKeychain : *TVRSecureItemStore::defaultStore();
         const auto with = [](QVariantMap map, const QString &key, const QVariant &value) {
             map.insert(key, value);
             return map;
@@ -106,11 +106,6 @@ private Q_SLOTS:
     }
 
 private:
-    TVRSecureItemStore &store(const QString &name)
-    {
-        return name == u"QtKeychain"_s ? m_qtKeychain : *TVRSecureItemStore::defaultStore();
-    }
-
     TVRQtKeychainStore m_qtKeychain;
 };
 
