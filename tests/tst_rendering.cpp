@@ -104,8 +104,7 @@ int distance(QRgb a, QRgb b)
 // device-independent pixels.
 struct Ink
 {
-    QRgb paper = 0;
-    QRgb color = 0;
+    QRgb paper = 0, color = 0;
     QRect bounds;
 };
 
@@ -302,8 +301,6 @@ void tst_Rendering::screens_data()
     }
     row("Arabic, right-to-left layout", "Arabic", {{390, 844}}, 0, Qt::RightToLeft);
     row("Latin, right-to-left layout", "Latin", {{390, 844}}, 0, Qt::RightToLeft);
-    row("600 Hebrew characters, 390x844", "Hebrew", {{390, 844}}, 600);
-    row("600 CJK characters, 1280x800", "CJK", {{1280, 800}}, 600);
     row("20,000 characters, 390x844", "Latin", {{390, 844}}, 20000);
     row("20,000 characters, 1280x800", "Latin", {{1280, 800}}, 20000);
     row("20,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 20000);
