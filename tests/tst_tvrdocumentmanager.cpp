@@ -114,7 +114,7 @@ private Q_SLOTS:
         QSettings().remove(kTVRTermsOfServiceDataPath);
         QCOMPARE(m_manager->termsOfService(), first);
 
-        // Setting a document holds it and keeps no copy of it.
+        // Setting a document keeps no copy of it.
         m_manager->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject()));
         QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
     }
