@@ -41,8 +41,8 @@ class tst_TVRManager : public QObject
 private Q_SLOTS:
     void initTestCase() { QVERIFY(isolateTestHost(u"tst_tvrmanager"_s)); }
 
-    // First: it starts from the state of a fresh process. (That logging out removes the
-    // keychain item, tst_hostkeychain checks.)
+    // First: it starts from the state of a fresh process. After logging out, the identifier
+    // is read from the keychain again: it is gone only if the item is.
     void logoutForgetsTheUserOnly()
     {
         // Three invalid values where no user is held.
