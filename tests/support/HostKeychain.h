@@ -37,13 +37,11 @@ inline QKeychain::Error write(const QString &service, const QString &key, const 
     return run(job, key);
 }
 
-// The item's bytes; \a error, where given, tells whether there was one.
-inline QByteArray read(const QString &service, const QString &key, QKeychain::Error *error = nullptr)
+// The item's bytes; none where there is no item.
+inline QByteArray read(const QString &service, const QString &key)
 {
     QKeychain::ReadPasswordJob job(service);
-    const QKeychain::Error result = run(job, key);
-    if (error)
-        *error = result;
+    run(job, key);
     return job.binaryData();
 }
 
