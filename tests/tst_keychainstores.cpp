@@ -88,7 +88,6 @@ private Q_SLOTS:
         QCOMPARE(KeychainProbe::secretServiceItems(service, account), 1);
 
         QVariantMap asked = with(query, kSecReturnData, true);
-        result = untouched;
         QCOMPARE(read.copyMatching(asked, &result), errSecSuccess);
         QCOMPARE(result.toByteArray(), bytes);
         asked.insert(kSecReturnAttributes, true);
