@@ -12,13 +12,7 @@
 
 #include <type_traits>
 
-class tst_Abi : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void layoutIsBasesPlusOnePointer();
-};
+namespace {
 
 constexpr std::size_t pointer = sizeof(void *);
 
@@ -33,33 +27,42 @@ void compareSizes(const char *names, std::size_t expected)
         QVERIFY2(sizes[i] == expected, spelled[i].trimmed() + " takes " + QByteArray::number(sizes[i]) + " bytes");
 }
 
+} // namespace
+
 #define SIZES(expected, ...) compareSizes<__VA_ARGS__>(#__VA_ARGS__, (expected))
 
-void tst_Abi::layoutIsBasesPlusOnePointer()
+class tst_Abi : public QObject
 {
-    // Values, then interfaces.
-    SIZES(pointer, TVRError, TVRHTTPResponse, TVRSection, TVRDocument, TVRTableViewDataSource, TVRTableViewDelegate,
-          TVRDocumentManagerDelegate, TVRUserManagerDelegate, TVRAgreementManagerDelegate, TVRSecureItemStore);
+    Q_OBJECT
 
-    SIZES(sizeof(QObject) + pointer, TVRNetworkManager, TVRNavigationItem);
-    SIZES(sizeof(TVRNetworkManager) + pointer, TVRDocumentManager, TVRUserManager, TVRAgreementManager);
-    SIZES(sizeof(QObject) + sizeof(TVRUserManagerDelegate), TVRManager);
+private Q_SLOTS:
+    void layoutIsBasesPlusOnePointer()
+    {
+        // Values, then interfaces.
+        SIZES(pointer, TVRError, TVRHTTPResponse, TVRSection, TVRDocument, TVRTableViewDataSource, TVRTableViewDelegate,
+              TVRDocumentManagerDelegate, TVRUserManagerDelegate, TVRAgreementManagerDelegate, TVRSecureItemStore);
 
-    SIZES(sizeof(QWidget) + pointer, TVRViewController, TVRTableViewCell, TVRHeaderView);
-    SIZES(sizeof(TVRViewController) + pointer, TVRNavigationController, TVRTabBarController);
-    SIZES(sizeof(QAbstractScrollArea) + pointer, TVRTableView);
-    SIZES(sizeof(TVRTableViewCell) + pointer, TVRSectionTableViewCell);
-    SIZES(sizeof(TVRSectionTableViewCell) + pointer, TVRSectionTitleTableViewCell, TVRSectionBodyTableViewCell);
+        SIZES(sizeof(QObject) + pointer, TVRNetworkManager, TVRNavigationItem);
+        SIZES(sizeof(TVRNetworkManager) + pointer, TVRDocumentManager, TVRUserManager, TVRAgreementManager);
+        SIZES(sizeof(QObject) + sizeof(TVRUserManagerDelegate), TVRManager);
 
-    SIZES(sizeof(TVRViewController) + sizeof(TVRTableViewDataSource) + sizeof(TVRTableViewDelegate)
-              + sizeof(TVRDocumentManagerDelegate) + pointer,
-          TVRDocumentViewController);
-    SIZES(sizeof(TVRDocumentViewController) + pointer, TVRReadOnlyDocumentViewController, TVRTermsViewController);
-    SIZES(sizeof(TVRReadOnlyDocumentViewController), TVRTermsOfServiceViewController, TVRPrivacyPolicyViewController);
+        SIZES(sizeof(QWidget) + pointer, TVRViewController, TVRTableViewCell, TVRHeaderView);
+        SIZES(sizeof(TVRViewController) + pointer, TVRNavigationController, TVRTabBarController);
+        SIZES(sizeof(QAbstractScrollArea) + pointer, TVRTableView);
+        SIZES(sizeof(TVRTableViewCell) + pointer, TVRSectionTableViewCell);
+        SIZES(sizeof(TVRSectionTableViewCell) + pointer, TVRSectionTitleTableViewCell, TVRSectionBodyTableViewCell);
 
-    static_assert(!std::is_default_constructible_v<RQKeychain>);
-    static_assert(!std::is_default_constructible_v<TVRDesignClass>);
-}
+        SIZES(sizeof(TVRViewController) + sizeof(TVRTableViewDataSource) + sizeof(TVRTableViewDelegate)
+                  + sizeof(TVRDocumentManagerDelegate) + pointer,
+              TVRDocumentViewController);
+        SIZES(sizeof(TVRDocumentViewController) + pointer, TVRReadOnlyDocumentViewController, TVRTermsViewController);
+        SIZES(sizeof(TVRReadOnlyDocumentViewController), TVRTermsOfServiceViewController,
+              TVRPrivacyPolicyViewController);
+
+        static_assert(!std::is_default_constructible_v<RQKeychain>);
+        static_assert(!std::is_default_constructible_v<TVRDesignClass>);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Abi)
 #include "tst_abi.moc"
