@@ -33,69 +33,68 @@ class tst_Security : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void secretsStayOutOfSettingsAndLogs();
+    void secretsStayOutOfSettingsAndLogs()
+    {
+        TestHttpsServer server;
+        TestSession session;
+        QVERIFY(startLoopbackService(u"tst_security"_s, server, session));
+        testHandler =
+            qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &message) {
+                allLogLines << message;
+                testHandler(type, context, message);
+            });
+        // Everything the kit can say, said.
+        QLoggingCategory::setFilterRules(u"tovra.*=true"_s);
+        server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
+
+        // A host's whole round: credentials, identity, both fetches, the agreement check, an
+        // unreadable keychain item, and logging out.
+        TVRManager::setAPIKey(key, secret);
+        TVRManager::setUserIdentifier(identifier);
+        TVRDocumentManager manager;
+        manager.setSession(&session);
+        QSignalSpy fetched(&manager, &TVRDocumentManager::documentChanged);
+        manager.fetchTermsOfService();
+        manager.fetchPrivacyPolicy();
+        QTRY_COMPARE(fetched.size(), 2);
+        QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
+        QTest::ignoreMessage(QtInfoMsg, "FETCH");
+        TVRManager::activateApp();
+        QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^DOCUMENT: "_s));
+        TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true,
+                                                                          manager.termsOfService());
+        QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^ERROR: "_s));
+        TVRManager::sharedInstance()->userManagerDidFailWithError(
+            TVRUserManager::sharedInstance(), TVRError(TVRError::networkDomain(), 99, u"refused"_s));
+        QVERIFY(KeychainProbe::writeRaw(kTVRUserIdentifier, kTVRUserIdentifier, "not an archive"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Unarchive of "_s));
+        QVERIFY(!RQKeychain::loadValueForKey(kTVRUserIdentifier).isValid());
+        TVRManager::logout();
+
+        // The requests did carry the credentials, so a leak would have had them at hand.
+        QCOMPARE(server.requests().constFirst().header("Authorization"),
+                 "Basic " + (key + u':' + secret).toUtf8().toBase64());
+        QVERIFY(allLogLines.size() >= 5);
+        for (const QString &line : std::as_const(allLogLines)) {
+            for (const QString &needle : {identifier, key, secret})
+                QVERIFY2(!line.contains(needle), qPrintable(line));
+        }
+
+        // Every file of the settings, the kit's document copies among them.
+        int settingsFiles = 0;
+        QDirIterator files(qEnvironmentVariable("XDG_CONFIG_HOME"), QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray content = file.readAll();
+            ++settingsFiles;
+            for (const QString &needle : {identifier, secret})
+                QVERIFY2(!content.contains(needle.toUtf8()), qPrintable(file.fileName()));
+        }
+        QVERIFY(settingsFiles >= 2);
+        QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
+    }
 };
-
-void tst_Security::secretsStayOutOfSettingsAndLogs()
-{
-    TestHttpsServer server;
-    TestSession session;
-    QVERIFY(startLoopbackService(u"tst_security"_s, server, session));
-    testHandler = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &message) {
-        allLogLines << message;
-        testHandler(type, context, message);
-    });
-    // Everything the kit can say, said.
-    QLoggingCategory::setFilterRules(u"tovra.*=true"_s);
-    server.reply(TestReply::json(200, R"({"_id":"d","sections":[{"title":"T","body":"B"}]})"));
-
-    // A host's whole round: credentials, identity, both fetches, the agreement check, an
-    // unreadable keychain item, and logging out.
-    TVRManager::setAPIKey(key, secret);
-    TVRManager::setUserIdentifier(identifier);
-    TVRDocumentManager manager;
-    manager.setSession(&session);
-    QSignalSpy fetched(&manager, &TVRDocumentManager::documentChanged);
-    manager.fetchTermsOfService();
-    manager.fetchPrivacyPolicy();
-    QTRY_COMPARE(fetched.size(), 2);
-    QTest::ignoreMessage(QtInfoMsg, "ACTIVATE");
-    QTest::ignoreMessage(QtInfoMsg, "FETCH");
-    TVRManager::activateApp();
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^DOCUMENT: "_s));
-    TVRManager::sharedInstance()->userManagerDidRespondWithCompliance(TVRUserManager::sharedInstance(), true,
-                                                                      manager.termsOfService());
-    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"^ERROR: "_s));
-    TVRManager::sharedInstance()->userManagerDidFailWithError(TVRUserManager::sharedInstance(),
-                                                              TVRError(TVRError::networkDomain(), 99, u"refused"_s));
-    QVERIFY(KeychainProbe::writeRaw(kTVRUserIdentifier, kTVRUserIdentifier, "not an archive"));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Unarchive of "_s));
-    QVERIFY(!RQKeychain::loadValueForKey(kTVRUserIdentifier).isValid());
-    TVRManager::logout();
-
-    // The requests did carry the credentials, so a leak would have had them at hand.
-    QCOMPARE(server.requests().constFirst().header("Authorization"),
-             "Basic " + (key + u':' + secret).toUtf8().toBase64());
-    QVERIFY(allLogLines.size() >= 5);
-    for (const QString &line : std::as_const(allLogLines)) {
-        for (const QString &needle : {identifier, key, secret})
-            QVERIFY2(!line.contains(needle), qPrintable(line));
-    }
-
-    // Every file of the settings, the kit's document copies among them.
-    int settingsFiles = 0;
-    QDirIterator files(qEnvironmentVariable("XDG_CONFIG_HOME"), QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray content = file.readAll();
-        ++settingsFiles;
-        for (const QString &needle : {identifier, secret})
-            QVERIFY2(!content.contains(needle.toUtf8()), qPrintable(file.fileName()));
-    }
-    QVERIFY(settingsFiles >= 2);
-    QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
-}
 
 QTEST_MAIN(tst_Security)
 #include "tst_security.moc"
