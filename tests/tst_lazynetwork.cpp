@@ -105,61 +105,60 @@ class tst_LazyNetwork : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loadedAfterTheWindowsFrameWithTheRequestsCredentials();
+    void loadedAfterTheWindowsFrameWithTheRequestsCredentials()
+    {
+        OneAnswerServer server;
+        QVERIFY(server.port > 0);
+        QVERIFY(TVRManager::setServiceURL(QUrl(u"http://127.0.0.1:%1"_s.arg(server.port))));
+        TVRManager::setAPIKey(u"first-key"_s, u"first-secret"_s);
+
+        // A request whose manager is gone at the end of the statement that sends it is cancelled,
+        // and loads nothing.
+        const std::shared_ptr<RequestOutcome> dropped = sendRequest(
+            *std::make_unique<TVRNetworkManager>(), u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+        QCOMPARE(dropped->calls(), 1);
+        QCOMPARE(dropped->error.domain(), TVRError::networkDomain());
+        QCOMPARE(dropped->error.code(), 5); // QNetworkReply::OperationCanceledError
+        QCoreApplication::processEvents();
+        QVERIFY(!mapsQtNetwork());
+
+        // A raster window's frame comes this long after it is asked for (Qt's default is 5 ms), so
+        // that a request that did not wait for it is seen to go first on a busy machine too.
+        qputenv("QT_QPA_UPDATE_IDLE_TIME", "50");
+        HostWindow<QWidget> window;
+        HostWindow<QRasterWindow> raster;
+        window.show();
+        raster.show();
+        QTRY_VERIFY(window.painted && raster.painted);
+        // Frames the host has yet to show when it asks: the request waits for them.
+        window.painted = raster.painted = false;
+        window.update();
+        raster.update();
+        auto manager = std::make_unique<TVRNetworkManager>();
+        const std::shared_ptr<RequestOutcome> outcome =
+            sendRequest(*manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
+        // Set while the request waits: it goes out with the credentials it was made with.
+        TVRManager::setAPIKey(u"second-key"_s, u"second-secret"_s);
+        // The request watches the windows from the next loop turn. An event of another kind, which
+        // a window gets all the time, is not its frame.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+        QEvent other(QEvent::User);
+        QCoreApplication::sendEvent(window.windowHandle(), &other);
+        QCoreApplication::sendEvent(&raster, &other);
+
+        QTRY_VERIFY(outcome->calls() > 0);
+        QVERIFY2(outcome->error.domain().isEmpty(), qPrintable(outcome->error.message()));
+        QCOMPARE(outcome->response.statusCode(), 200);
+        // Once, also after the manager is gone.
+        manager.reset();
+        QCOMPARE(outcome->calls(), 1);
+        QVERIFY(window.painted && raster.painted);
+        QVERIFY(!window.networkAtFirstPaint && !raster.networkAtFirstPaint);
+        QVERIFY(mapsQtNetwork());
+        QVERIFY(
+            server.head.get().contains("\r\nAuthorization: Basic " + QByteArray("first-key:first-secret").toBase64()));
+    }
 };
-
-void tst_LazyNetwork::loadedAfterTheWindowsFrameWithTheRequestsCredentials()
-{
-    OneAnswerServer server;
-    QVERIFY(server.port > 0);
-    QVERIFY(TVRManager::setServiceURL(QUrl(u"http://127.0.0.1:%1"_s.arg(server.port))));
-    TVRManager::setAPIKey(u"first-key"_s, u"first-secret"_s);
-
-    // A request whose manager is gone at the end of the statement that sends it is cancelled,
-    // and loads nothing.
-    const std::shared_ptr<RequestOutcome> dropped =
-        sendRequest(*std::make_unique<TVRNetworkManager>(), u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
-    QCOMPARE(dropped->calls(), 1);
-    QCOMPARE(dropped->error.domain(), TVRError::networkDomain());
-    QCOMPARE(dropped->error.code(), 5); // QNetworkReply::OperationCanceledError
-    QCoreApplication::processEvents();
-    QVERIFY(!mapsQtNetwork());
-
-    // A raster window's frame comes this long after it is asked for (Qt's default is 5 ms), so
-    // that a request that did not wait for it is seen to go first on a busy machine too.
-    qputenv("QT_QPA_UPDATE_IDLE_TIME", "50");
-    HostWindow<QWidget> window;
-    HostWindow<QRasterWindow> raster;
-    window.show();
-    raster.show();
-    QTRY_VERIFY(window.painted && raster.painted);
-    // Frames the host has yet to show when it asks: the request waits for them.
-    window.painted = raster.painted = false;
-    window.update();
-    raster.update();
-    auto manager = std::make_unique<TVRNetworkManager>();
-    const std::shared_ptr<RequestOutcome> outcome =
-        sendRequest(*manager, u"/api/terms-of-service"_s, QString(), TVRHTTPMethodGET);
-    // Set while the request waits: it goes out with the credentials it was made with.
-    TVRManager::setAPIKey(u"second-key"_s, u"second-secret"_s);
-    // The request watches the windows from the next loop turn. An event of another kind, which
-    // a window gets all the time, is not its frame.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-    QEvent other(QEvent::User);
-    QCoreApplication::sendEvent(window.windowHandle(), &other);
-    QCoreApplication::sendEvent(&raster, &other);
-
-    QTRY_VERIFY(outcome->calls() > 0);
-    QVERIFY2(outcome->error.domain().isEmpty(), qPrintable(outcome->error.message()));
-    QCOMPARE(outcome->response.statusCode(), 200);
-    // Once, also after the manager is gone.
-    manager.reset();
-    QCOMPARE(outcome->calls(), 1);
-    QVERIFY(window.painted && raster.painted);
-    QVERIFY(!window.networkAtFirstPaint && !raster.networkAtFirstPaint);
-    QVERIFY(mapsQtNetwork());
-    QVERIFY(server.head.get().contains("\r\nAuthorization: Basic " + QByteArray("first-key:first-secret").toBase64()));
-}
 
 QTEST_MAIN(tst_LazyNetwork)
 #include "tst_lazynetwork.moc"
