@@ -340,6 +340,9 @@ TestCase {
         page.forceActiveFocus();
         keyClick(Qt.Key_PageDown);
         image = grabImage(page);
+        if (screenshotDir)
+            image.save(screenshotDir + "/quick-agreement-" + data.tag.replace(/,? /g, "-").toLowerCase()
+                       + "-390x844.png");
         // Close leads the bar on the side the page starts from; Disagree leads the tool bar.
         const left = name => findChild(page, name).mapToItem(page, 0, 0).x;
         const right = name => left(name) + findChild(page, name).width;

@@ -12,6 +12,7 @@
 #include <Tovra.h>
 
 #include <QAccessible>
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QQmlContext>
@@ -111,6 +112,10 @@ public Q_SLOTS:
     {
         engine->addImportPath(QStringLiteral(TOVRA_QML_IMPORT_PATH));
         engine->rootContext()->setContextProperty(u"service"_s, this);
+        // The folder the pages' screenshots go to, for people to look at; empty without one.
+        const QString shots = qEnvironmentVariable("TOVRA_SCREENSHOT_DIR");
+        engine->rootContext()->setContextProperty(u"screenshotDir"_s,
+                                                  shots.isEmpty() || !QDir().mkpath(shots) ? QString() : shots);
     }
 
     void cleanupTestCase()
