@@ -242,217 +242,212 @@ class tst_Rendering : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
+    void initTestCase()
+    {
+        QVERIFY(isolateTestHost(u"tst_rendering"_s));
+        TVRManager::setAppName(u"Acme"_s);
+        // The screens' own fetches fail at once: they show the document set by each test.
+        m_offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
+        TVRDocumentManager::sharedInstance()->setSession(&m_offline);
+    }
 
-    void screens_data();
-    void screens();
-    void screensTakeWhatTheyMade();
+    void cleanup()
+    {
+        m_window.reset();
+        for (auto setColor : {TVRDesignClass::setDocumentDateColor, TVRDesignClass::setSectionTitleColor,
+                              TVRDesignClass::setSectionBodyColor})
+            setColor(QColor());
+        for (auto setFont : {TVRDesignClass::setDocumentDateFont, TVRDesignClass::setSectionTitleFont,
+                             TVRDesignClass::setSectionBodyFont})
+            setFont(std::nullopt);
+        QApplication::setPalette(QPalette());
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+
+    void screens_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QList<QSize>>("windows"); // shown at the first size, then resized to each next
+        QTest::addColumn<int>("longBody"); // the first section's body, clicked into when there is one
+        QTest::addColumn<Qt::LayoutDirection>("layout"); // the application's, as a host sets it
+        QTest::addColumn<QPalette>("palette"); // the system's
+        QTest::addColumn<QList<int>>("sizes"); // a host's pixel sizes for the date, a title and a body, if any
+        QTest::addColumn<QList<QColor>>("inks"); // the date's, a title's and a body's
+        const auto row = [](const QByteArray &tag, const char *script, const QList<QSize> &windows, int longBody = 0,
+                            Qt::LayoutDirection layout = Qt::LeftToRight, const QPalette &palette = QPalette(),
+                            const QList<int> &sizes = {},
+                            const QList<QColor> &inks = {QColor(0xAA, 0xAA, 0xAA), Qt::black, Qt::black}) {
+            QTest::newRow(tag.constData())
+                << QString::fromUtf8(script) << windows << longBody << layout << palette << sizes << inks;
+        };
+
+        const QList<QPair<const char *, QSize>> windows{
+            {"320x568", {320, 568}}, {"390x844 on a wider screen", {390, 844}}, {"1280x800", {1280, 800}}};
+        for (const char *name : {"Latin", "Arabic", "Hebrew", "CJK", "long words"}) {
+            for (const auto &[size, window] : windows)
+                row(QByteArray(name) + ", " + size, name, {window});
+        }
+        row("Arabic, right-to-left layout", "Arabic", {{390, 844}}, 0, Qt::RightToLeft);
+        row("Latin, right-to-left layout", "Latin", {{390, 844}}, 0, Qt::RightToLeft);
+        row("20,000 characters, 390x844", "Latin", {{390, 844}}, 20000);
+        row("20,000 characters, 1280x800", "Latin", {{1280, 800}}, 20000);
+        row("20,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 20000);
+        // Bodies long enough to be painted from lines laid out a slice at a time.
+        row("40,000 characters, 390x844", "Latin", {{390, 844}}, 40000);
+        row("40,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 40000);
+        row("40,000 CJK characters, 1280x800", "CJK", {{1280, 800}}, 40000);
+        // A phone turned on its side, then a desktop window made wider and narrower.
+        row("390x844 turned, then 1280x800, then 320x568", "Latin", {{390, 844}, {844, 390}, {1280, 800}, {320, 568}});
+        // A host's colours and sizes; and white text on dark grey windows, buttons and bases,
+        // under which the kit's own colours stay on its white page.
+        row("capitals, a host's appearance", "capitals", {{390, 844}}, 0, Qt::LeftToRight, QPalette(), {24, 48, 32},
+            {Qt::red, Qt::blue, QColor(0x00, 0x64, 0x00)});
+        row("capitals, dark system palette", "capitals", {{390, 844}}, 0, Qt::LeftToRight,
+            QPalette(Qt::white, QColor(0x30, 0x30, 0x30), QColor(0x50, 0x50, 0x50), Qt::black, QColor(0x40, 0x40, 0x40),
+                     Qt::white, QColor(0x20, 0x20, 0x20)));
+    }
+
+    void screens()
+    {
+        QFETCH(QString, script);
+        QFETCH(QList<QSize>, windows);
+        QFETCH(int, longBody);
+        QFETCH(Qt::LayoutDirection, layout);
+        QFETCH(QPalette, palette);
+        QFETCH(QList<int>, sizes);
+        QFETCH(QList<QColor>, inks);
+        // Set before the screen is made (cleanup() resets them).
+        QGuiApplication::setLayoutDirection(layout);
+        QApplication::setPalette(palette);
+        if (!sizes.isEmpty()) {
+            const auto sized = [&sizes](QFont font, int part) {
+                font.setPixelSize(sizes[part]);
+                return font;
+            };
+            TVRDesignClass::setDocumentDateColor(inks[0]);
+            TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont(), 0));
+            TVRDesignClass::setSectionTitleColor(inks[1]);
+            TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont(), 1));
+            TVRDesignClass::setSectionBodyColor(inks[2]);
+            TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont(), 2));
+        }
+
+        // An agreement screen, in its navigation controller's window.
+        auto *screen = new TVRTermsViewController(document(script, longBody));
+        m_window = std::make_unique<TVRNavigationController>(screen);
+        m_window->resize(windows.first());
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        if (script == u"capitals"_s)
+            screen->headerView()->dateLabel()->setText(u"TEXT"_s);
+        TVRTableView *table = screen->tableView();
+        // The rows as painted, before a click or a check of every row makes a body's text view.
+        const QString tag = QString::fromUtf8(QTest::currentDataTag());
+        const QImage image = screenshot(m_window.get(), QString(tag).replace(u", "_s, u"-"_s));
+        checkPainted(image, table);
+
+        // The date, the first title and the first body are each painted in its ink on the white
+        // page, a line of capitals as tall as its font's capitals.
+        QCOMPARE(QColor(inkIn(image, inWindow(table->viewport())).paper), QColor(Qt::white));
+        const QList<std::tuple<QWidget *, QColor, QFont>> parts{
+            {screen->headerView()->dateLabel(), inks[0], TVRDesignClass::documentDateFont()},
+            {table->cellForRowAtIndexPath({0, 0}), inks[1], TVRDesignClass::sectionTitleFont()},
+            {table->cellForRowAtIndexPath({0, 1}), inks[2], TVRDesignClass::sectionBodyFont()}};
+        for (const auto &[text, color, font] : parts) {
+            QVERIFY(text);
+            const Ink ink = inkIn(image, inWindow(text).intersected(inWindow(table->viewport())));
+            QVERIFY2(distance(ink.color, color.rgb()) <= 40 && QColor(ink.paper) == Qt::white,
+                     qPrintable(u"painted %1 on %2, expected %3"_s.arg(QColor(ink.color).name(),
+                                                                       QColor(ink.paper).name(), color.name())));
+            const qreal expected = QFontMetricsF(font).capHeight();
+            QVERIFY2(script != u"capitals"_s || std::abs(ink.bounds.height() - expected) < 0.2 * expected,
+                     qPrintable(u"capitals %1 px, the font's %2 px"_s.arg(ink.bounds.height()).arg(expected)));
+        }
+        // The bars' texts readable, at 4.5:1 at least: the title, Disagree and Agree.
+        QToolBar *bar = screen->toolbar();
+        for (QWidget *text :
+             {static_cast<QWidget *>(screen->navigationController()->navigationBar()->findChild<QLabel *>()),
+              bar->widgetForAction(screen->disagreeBarButtonItem()),
+              bar->widgetForAction(screen->agreeBarButtonItem())}) {
+            QVERIFY(text && text->isVisible());
+            const Ink ink = inkIn(image, inWindow(text));
+            const double ratio = contrast(ink.color, ink.paper);
+            QVERIFY2(ratio >= 4.5,
+                     qPrintable(u"%1: contrast %2"_s.arg(text->property("text").toString()).arg(ratio, 0, 'f', 2)));
+        }
+
+        if (longBody) {
+            const auto cell = [table] {
+                return qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
+            };
+            QVERIFY(cell() && cell()->findChildren<QTextEdit *>().isEmpty());
+            const QString body = cell()->section()->body();
+
+            // Once laid out whole, the row is as tall as a text view lays the body out.
+            const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
+            QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
+
+            // The painted lines stay put: painted again at the end they are the same, and back at
+            // the top they are the ones first painted there.
+            const QImage paintedTop = screenshot(table->viewport(), {});
+            QTest::keyClick(table, Qt::Key_End);
+            const QImage paintedEnd = screenshot(table->viewport(), u"body-end-%1-%2"_s.arg(script).arg(longBody));
+            QCOMPARE(screenshot(table->viewport(), {}), paintedEnd);
+            QTest::keyClick(table, Qt::Key_Home);
+            QCOMPARE(screenshot(table->viewport(), {}), paintedTop);
+
+            // A click at the start of the body's third line (its right end, right to left) puts
+            // the cursor where the text view puts it for that point, on that line; what is typed
+            // goes in there, and scrolled a little, the row stays in view with its edit and its
+            // focus.
+            const QTextLine third = reference->firstBlock().layout()->lineAt(2);
+            const QRectF line = third.naturalTextRect();
+            const QPoint at(12 + int(body.isRightToLeft() ? line.right() - 1 : line.left() + 1),
+                            int(line.center().y()));
+            QWidget *clicked = cell()->childAt(at);
+            QVERIFY(clicked);
+            QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(cell(), at));
+            QTextEdit *textView = cell()->bodyTextView();
+            const int position = textView->textCursor().position();
+            QVERIFY2(position == third.textStart() || (body.isRightToLeft() && position == third.textStart() + 1),
+                     qPrintable(u"cursor at %1, the line starts at %2"_s.arg(position).arg(third.textStart())));
+            QTest::keyClicks(textView, u"ok "_s);
+            table->verticalScrollBar()->setValue(table->verticalScrollBar()->value() + 10);
+            QCoreApplication::processEvents();
+            QCOMPARE(QApplication::focusWidget(), textView);
+            QCOMPARE(textView->toPlainText().mid(position, 4), u"ok "_s + body.at(position));
+            // Undone, the body is again the text its row was measured for.
+            textView->undo();
+        }
+
+        checkEveryRow(table, tag);
+        for (const QSize size : windows.mid(1)) {
+            m_window->resize(size);
+            QCoreApplication::processEvents();
+            QCOMPARE(table->viewport()->width(), size.width());
+            checkEveryRow(table, u"resized to %1 wide"_s.arg(size.width()));
+        }
+    }
+
+    void screensTakeWhatTheyMade()
+    {
+        // Each screen made, its parts made, and deleted before it was ever shown.
+        auto *agreement = new TVRTermsViewController(document(u"Latin"_s));
+        for (TVRDocumentViewController *made : std::initializer_list<TVRDocumentViewController *>{
+                 new TVRTermsOfServiceViewController, new TVRPrivacyPolicyViewController, agreement}) {
+            QList<QPointer<QObject>> parts{made->headerView(), made->tableView()};
+            if (made == agreement)
+                parts << agreement->toolbar();
+            delete made;
+            for (const QPointer<QObject> &part : std::as_const(parts))
+                QVERIFY2(!part, part ? part->metaObject()->className() : "");
+        }
+    }
 
 private:
     LoopbackSession m_offline;
     std::unique_ptr<QWidget> m_window;
 };
-
-void tst_Rendering::initTestCase()
-{
-    QVERIFY(isolateTestHost(u"tst_rendering"_s));
-    TVRManager::setAppName(u"Acme"_s);
-    // The screens' own fetches fail at once: they show the document set by each test.
-    m_offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
-    TVRDocumentManager::sharedInstance()->setSession(&m_offline);
-}
-
-void tst_Rendering::cleanup()
-{
-    m_window.reset();
-    for (auto setColor : {TVRDesignClass::setDocumentDateColor, TVRDesignClass::setSectionTitleColor,
-                          TVRDesignClass::setSectionBodyColor})
-        setColor(QColor());
-    for (auto setFont :
-         {TVRDesignClass::setDocumentDateFont, TVRDesignClass::setSectionTitleFont, TVRDesignClass::setSectionBodyFont})
-        setFont(std::nullopt);
-    QApplication::setPalette(QPalette());
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-}
-
-void tst_Rendering::screens_data()
-{
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QList<QSize>>("windows"); // shown at the first size, then resized to each next
-    QTest::addColumn<int>("longBody"); // the first section's body, clicked into when there is one
-    QTest::addColumn<Qt::LayoutDirection>("layout"); // the application's, as a host sets it
-    QTest::addColumn<QPalette>("palette"); // the system's
-    QTest::addColumn<QList<int>>("sizes"); // a host's pixel sizes for the date, a title and a body, if any
-    QTest::addColumn<QList<QColor>>("inks"); // the date's, a title's and a body's
-    const auto row = [](const QByteArray &tag, const char *script, const QList<QSize> &windows, int longBody = 0,
-                        Qt::LayoutDirection layout = Qt::LeftToRight, const QPalette &palette = QPalette(),
-                        const QList<int> &sizes = {},
-                        const QList<QColor> &inks = {QColor(0xAA, 0xAA, 0xAA), Qt::black, Qt::black}) {
-        QTest::newRow(tag.constData()) << QString::fromUtf8(script) << windows << longBody << layout << palette << sizes
-                                       << inks;
-    };
-
-    const QList<QPair<const char *, QSize>> windows{
-        {"320x568", {320, 568}}, {"390x844 on a wider screen", {390, 844}}, {"1280x800", {1280, 800}}};
-    for (const char *name : {"Latin", "Arabic", "Hebrew", "CJK", "long words"}) {
-        for (const auto &[size, window] : windows)
-            row(QByteArray(name) + ", " + size, name, {window});
-    }
-    row("Arabic, right-to-left layout", "Arabic", {{390, 844}}, 0, Qt::RightToLeft);
-    row("Latin, right-to-left layout", "Latin", {{390, 844}}, 0, Qt::RightToLeft);
-    row("20,000 characters, 390x844", "Latin", {{390, 844}}, 20000);
-    row("20,000 characters, 1280x800", "Latin", {{1280, 800}}, 20000);
-    row("20,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 20000);
-    // Bodies long enough to be painted from lines laid out a slice at a time.
-    row("40,000 characters, 390x844", "Latin", {{390, 844}}, 40000);
-    row("40,000 Arabic characters, 390x844", "Arabic", {{390, 844}}, 40000);
-    row("40,000 CJK characters, 1280x800", "CJK", {{1280, 800}}, 40000);
-    // A phone turned on its side, then a desktop window made wider and narrower.
-    row("390x844 turned, then 1280x800, then 320x568", "Latin", {{390, 844}, {844, 390}, {1280, 800}, {320, 568}});
-    // A host's colours and sizes; and white text on dark grey windows, buttons and bases,
-    // under which the kit's own colours stay on its white page.
-    row("capitals, a host's appearance", "capitals", {{390, 844}}, 0, Qt::LeftToRight, QPalette(), {24, 48, 32},
-        {Qt::red, Qt::blue, QColor(0x00, 0x64, 0x00)});
-    row("capitals, dark system palette", "capitals", {{390, 844}}, 0, Qt::LeftToRight,
-        QPalette(Qt::white, QColor(0x30, 0x30, 0x30), QColor(0x50, 0x50, 0x50), Qt::black, QColor(0x40, 0x40, 0x40),
-                 Qt::white, QColor(0x20, 0x20, 0x20)));
-}
-
-void tst_Rendering::screens()
-{
-    QFETCH(QString, script);
-    QFETCH(QList<QSize>, windows);
-    QFETCH(int, longBody);
-    QFETCH(Qt::LayoutDirection, layout);
-    QFETCH(QPalette, palette);
-    QFETCH(QList<int>, sizes);
-    QFETCH(QList<QColor>, inks);
-    // Set before the screen is made (cleanup() resets them).
-    QGuiApplication::setLayoutDirection(layout);
-    QApplication::setPalette(palette);
-    if (!sizes.isEmpty()) {
-        const auto sized = [&sizes](QFont font, int part) {
-            font.setPixelSize(sizes[part]);
-            return font;
-        };
-        TVRDesignClass::setDocumentDateColor(inks[0]);
-        TVRDesignClass::setDocumentDateFont(sized(TVRDesignClass::documentDateFont(), 0));
-        TVRDesignClass::setSectionTitleColor(inks[1]);
-        TVRDesignClass::setSectionTitleFont(sized(TVRDesignClass::sectionTitleFont(), 1));
-        TVRDesignClass::setSectionBodyColor(inks[2]);
-        TVRDesignClass::setSectionBodyFont(sized(TVRDesignClass::sectionBodyFont(), 2));
-    }
-
-    // An agreement screen, in its navigation controller's window.
-    auto *screen = new TVRTermsViewController(document(script, longBody));
-    m_window = std::make_unique<TVRNavigationController>(screen);
-    m_window->resize(windows.first());
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    if (script == u"capitals"_s)
-        screen->headerView()->dateLabel()->setText(u"TEXT"_s);
-    TVRTableView *table = screen->tableView();
-    // The rows as painted, before a click or a check of every row makes a body's text view.
-    const QString tag = QString::fromUtf8(QTest::currentDataTag());
-    const QImage image = screenshot(m_window.get(), QString(tag).replace(u", "_s, u"-"_s));
-    checkPainted(image, table);
-
-    // The date, the first title and the first body are each painted in its ink on the white
-    // page, a line of capitals as tall as its font's capitals.
-    QCOMPARE(QColor(inkIn(image, inWindow(table->viewport())).paper), QColor(Qt::white));
-    const QList<std::tuple<QWidget *, QColor, QFont>> parts{
-        {screen->headerView()->dateLabel(), inks[0], TVRDesignClass::documentDateFont()},
-        {table->cellForRowAtIndexPath({0, 0}), inks[1], TVRDesignClass::sectionTitleFont()},
-        {table->cellForRowAtIndexPath({0, 1}), inks[2], TVRDesignClass::sectionBodyFont()}};
-    for (const auto &[text, color, font] : parts) {
-        QVERIFY(text);
-        const Ink ink = inkIn(image, inWindow(text).intersected(inWindow(table->viewport())));
-        QVERIFY2(distance(ink.color, color.rgb()) <= 40 && QColor(ink.paper) == Qt::white,
-                 qPrintable(u"painted %1 on %2, expected %3"_s.arg(QColor(ink.color).name(), QColor(ink.paper).name(),
-                                                                   color.name())));
-        const qreal expected = QFontMetricsF(font).capHeight();
-        QVERIFY2(script != u"capitals"_s || std::abs(ink.bounds.height() - expected) < 0.2 * expected,
-                 qPrintable(u"capitals %1 px, the font's %2 px"_s.arg(ink.bounds.height()).arg(expected)));
-    }
-    // The bars' texts readable, at 4.5:1 at least: the title, Disagree and Agree.
-    QToolBar *bar = screen->toolbar();
-    for (QWidget *text :
-         {static_cast<QWidget *>(screen->navigationController()->navigationBar()->findChild<QLabel *>()),
-          bar->widgetForAction(screen->disagreeBarButtonItem()), bar->widgetForAction(screen->agreeBarButtonItem())}) {
-        QVERIFY(text && text->isVisible());
-        const Ink ink = inkIn(image, inWindow(text));
-        const double ratio = contrast(ink.color, ink.paper);
-        QVERIFY2(ratio >= 4.5,
-                 qPrintable(u"%1: contrast %2"_s.arg(text->property("text").toString()).arg(ratio, 0, 'f', 2)));
-    }
-
-    if (longBody) {
-        const auto cell = [table] {
-            return qobject_cast<TVRSectionBodyTableViewCell *>(table->cellForRowAtIndexPath({0, 1}));
-        };
-        QVERIFY(cell() && cell()->findChildren<QTextEdit *>().isEmpty());
-        const QString body = cell()->section()->body();
-
-        // Once laid out whole, the row is as tall as a text view lays the body out.
-        const auto reference = laidOut(body, TVRDesignClass::sectionBodyFont(), table->viewport()->width() - 24);
-        QTRY_COMPARE(table->rectForRowAtIndexPath({0, 1}).height(), int(std::ceil(reference->size().height())));
-
-        // The painted lines stay put: painted again at the end they are the same, and back at
-        // the top they are the ones first painted there.
-        const QImage paintedTop = screenshot(table->viewport(), {});
-        QTest::keyClick(table, Qt::Key_End);
-        const QImage paintedEnd = screenshot(table->viewport(), u"body-end-%1-%2"_s.arg(script).arg(longBody));
-        QCOMPARE(screenshot(table->viewport(), {}), paintedEnd);
-        QTest::keyClick(table, Qt::Key_Home);
-        QCOMPARE(screenshot(table->viewport(), {}), paintedTop);
-
-        // A click at the start of the body's third line (its right end, right to left) puts
-        // the cursor where the text view puts it for that point, on that line; what is typed
-        // goes in there, and scrolled a little, the row stays in view with its edit and its
-        // focus.
-        const QTextLine third = reference->firstBlock().layout()->lineAt(2);
-        const QRectF line = third.naturalTextRect();
-        const QPoint at(12 + int(body.isRightToLeft() ? line.right() - 1 : line.left() + 1), int(line.center().y()));
-        QWidget *clicked = cell()->childAt(at);
-        QVERIFY(clicked);
-        QTest::mouseClick(clicked, Qt::LeftButton, {}, clicked->mapFrom(cell(), at));
-        QTextEdit *textView = cell()->bodyTextView();
-        const int position = textView->textCursor().position();
-        QVERIFY2(position == third.textStart() || (body.isRightToLeft() && position == third.textStart() + 1),
-                 qPrintable(u"cursor at %1, the line starts at %2"_s.arg(position).arg(third.textStart())));
-        QTest::keyClicks(textView, u"ok "_s);
-        table->verticalScrollBar()->setValue(table->verticalScrollBar()->value() + 10);
-        QCoreApplication::processEvents();
-        QCOMPARE(QApplication::focusWidget(), textView);
-        QCOMPARE(textView->toPlainText().mid(position, 4), u"ok "_s + body.at(position));
-        // Undone, the body is again the text its row was measured for.
-        textView->undo();
-    }
-
-    checkEveryRow(table, tag);
-    for (const QSize size : windows.mid(1)) {
-        m_window->resize(size);
-        QCoreApplication::processEvents();
-        QCOMPARE(table->viewport()->width(), size.width());
-        checkEveryRow(table, u"resized to %1 wide"_s.arg(size.width()));
-    }
-}
-
-void tst_Rendering::screensTakeWhatTheyMade()
-{
-    // Each screen made, its parts made, and deleted before it was ever shown.
-    auto *agreement = new TVRTermsViewController(document(u"Latin"_s));
-    for (TVRDocumentViewController *made : std::initializer_list<TVRDocumentViewController *>{
-             new TVRTermsOfServiceViewController, new TVRPrivacyPolicyViewController, agreement}) {
-        QList<QPointer<QObject>> parts{made->headerView(), made->tableView()};
-        if (made == agreement)
-            parts << agreement->toolbar();
-        delete made;
-        for (const QPointer<QObject> &part : std::as_const(parts))
-            QVERIFY2(!part, part ? part->metaObject()->className() : "");
-    }
-}
 
 // A desktop-sized screen, so that windows narrower than it are tested too.
 TOVRA_OFFSCREEN_TEST_MAIN(tst_Rendering, QSize(1280, 800))
