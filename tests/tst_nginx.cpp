@@ -55,6 +55,7 @@ http {
         location = /app/api/terms-of-service { alias %1/terms-of-service.json; }
         location = /app/api/privacy-policy { alias %1/privacy-policy.json; }
     }
+
 }
 )"_s;
 
@@ -78,15 +79,106 @@ class tst_Nginx : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase()
+    {
+        QVERIFY(isolateTestHost(u"tst_nginx"_s));
+        const QString nginx = QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
+        QVERIFY2(!nginx.isEmpty(), "nginx is not installed; scripts/common.sh installs nginx-light");
+        QVERIFY(m_dir.isValid());
+        const auto write = [this](const QString &name, const QByteArray &content) {
+            QFile file(m_dir.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+        };
+        const QByteArray htpasswd = apiKey.toUtf8() + ":{SHA}"
+            + QCryptographicHash::hash(apiSecret.toUtf8(), QCryptographicHash::Sha1).toBase64();
+        QVERIFY(write(u"htpasswd"_s, htpasswd + '\n')
+                && write(u"service.pem"_s, LoopbackCertificates::serviceCertificate().toPem())
+                && write(u"service.key"_s, LoopbackCertificates::serviceKey().toPem())
+                && write(u"terms-of-service.json"_s, QJsonDocument(m_terms).toJson())
+                && write(u"privacy-policy.json"_s, QJsonDocument(m_privacy).toJson()));
+        m_nginx.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+        m_nginx.setProcessChannelMode(QProcess::ForwardedChannels);
+        // A port that was free a moment ago may be taken by the time nginx binds it: then nginx
+        // ends, and another port is tried. It listens once a connection is taken.
+        quint16 port = 0;
+        const auto listening = [&] {
+            QTcpSocket socket;
+            socket.connectToHost(QHostAddress::LocalHost, port);
+            return m_nginx.state() == QProcess::NotRunning || socket.waitForConnected(100);
+        };
+        for (int attempt = 0; attempt < 5 && m_nginx.state() != QProcess::Running; ++attempt) {
+            QTcpServer probe;
+            QVERIFY(probe.listen(QHostAddress::LocalHost));
+            port = probe.serverPort();
+            probe.close();
+            QVERIFY(write(u"nginx.conf"_s, config.arg(m_dir.path()).arg(port).toUtf8()));
+            m_nginx.start(nginx,
+                          {u"-p"_s, m_dir.path(), u"-e"_s, m_dir.filePath(u"error.log"_s), u"-c"_s,
+                           m_dir.filePath(u"nginx.conf"_s)});
+            QVERIFY(m_nginx.waitForStarted() && QTest::qWaitFor(listening, 10000));
+        }
+        QVERIFY2(m_nginx.state() == QProcess::Running, read(m_dir, u"error.log"_s).constData());
 
-    void fetchesOverOneCompressedConnectionAndKeepsTheCopy();
+        // The service is the host's own, under a path; the session only finds it on loopback.
+        const QUrl service(u"https://%1/app"_s.arg(TVRManager::serviceURL().host()));
+        QVERIFY(TVRManager::setServiceURL(service));
+        m_session.route(service.host(), port);
+        m_manager.setSession(&m_session);
+        TVRManager::setAPIKey(apiKey, apiSecret);
+    }
+
+    void fetchesOverOneCompressedConnectionAndKeepsTheCopy()
+    {
+        using Document = TVRDocumentManager::Document;
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(fetch(i % 2 ? Document::PrivacyPolicy : Document::TermsOfService));
+        // Each fetch ended exactly once, and each document came whole.
+        QCOMPARE(m_changed.size(), 10);
+        QVERIFY2(m_failed.isEmpty(), qPrintable(m_failed.value(0).value(1).value<TVRError>().message()));
+        QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
+        QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(m_privacy));
+
+        const QList<QList<QByteArray>> log = accessLog();
+        QCOMPARE(log.size(), 10);
+        const qint64 privacySize = QJsonDocument(m_privacy).toJson().size();
+        for (int i = 0; i < 10; ++i) {
+            QCOMPARE(log[i].size(), 4);
+            QCOMPARE(log[i][Uri], i % 2 ? "/app/api/privacy-policy" : "/app/api/terms-of-service");
+            QCOMPARE(log[i][Status], "200");
+            // One after the other, the requests share the connection that the first one opened.
+            QCOMPARE(log[i][Connection], log[0][Connection]);
+            // The large document travels compressed.
+            if (i % 2)
+                QVERIFY2(log[i][BodyBytes].toLongLong() * 10 < privacySize, log[i][BodyBytes] + " bytes on the wire");
+        }
+
+        // With a wrong secret, nginx's own 401 page is the answer: nginx checks the credentials
+        // that it took above. The page is not JSON, so nothing is kept from it, and the copy of
+        // the terms stays.
+        TVRManager::setAPIKey(apiKey, u"wrong"_s);
+        QVERIFY(fetch(Document::TermsOfService));
+        QCOMPARE(accessLog().constLast().value(Status), "401");
+        QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
+    }
 
 private:
     // Fetches \a document and waits until the fetch has ended and its reply is gone.
-    bool fetch(TVRDocumentManager::Document document);
+    bool fetch(TVRDocumentManager::Document document)
+    {
+        const qsizetype before = m_changed.size() + m_failed.size();
+        m_manager.fetch(document);
+        return QTest::qWaitFor([&] { return m_changed.size() + m_failed.size() > before; }, 60000)
+            && QTest::qWaitFor([this] { return m_session.liveReplies() == 0; });
+    }
+
     // The access log, a list of fields for each request.
-    QList<QList<QByteArray>> accessLog() const;
+    QList<QList<QByteArray>> accessLog() const
+    {
+        QList<QList<QByteArray>> lines;
+        for (const QByteArray &line : read(m_dir, u"access.log"_s).trimmed().split('\n'))
+            lines.append(line.split(' '));
+        return lines;
+    }
 
     const QJsonObject m_terms = documentJson(u"Terms of Service"_s, 3);
     const QJsonObject m_privacy = documentJson(u"Privacy Policy"_s, 800); // about 340 KB
@@ -97,104 +189,6 @@ private:
     QSignalSpy m_changed{&m_manager, &TVRDocumentManager::documentChanged};
     QSignalSpy m_failed{&m_manager, &TVRDocumentManager::fetchFailed};
 };
-
-void tst_Nginx::initTestCase()
-{
-    QVERIFY(isolateTestHost(u"tst_nginx"_s));
-    const QString nginx = QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/local/sbin"_s});
-    QVERIFY2(!nginx.isEmpty(), "nginx is not installed; scripts/common.sh installs nginx-light");
-    QVERIFY(m_dir.isValid());
-    const auto write = [this](const QString &name, const QByteArray &content) {
-        QFile file(m_dir.filePath(name));
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-    };
-    const QByteArray htpasswd =
-        apiKey.toUtf8() + ":{SHA}" + QCryptographicHash::hash(apiSecret.toUtf8(), QCryptographicHash::Sha1).toBase64();
-    QVERIFY(write(u"htpasswd"_s, htpasswd + '\n')
-            && write(u"service.pem"_s, LoopbackCertificates::serviceCertificate().toPem())
-            && write(u"service.key"_s, LoopbackCertificates::serviceKey().toPem())
-            && write(u"terms-of-service.json"_s, QJsonDocument(m_terms).toJson())
-            && write(u"privacy-policy.json"_s, QJsonDocument(m_privacy).toJson()));
-    m_nginx.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    m_nginx.setProcessChannelMode(QProcess::ForwardedChannels);
-    // A port that was free a moment ago may be taken by the time nginx binds it: then nginx
-    // ends, and another port is tried. It listens once a connection is taken.
-    quint16 port = 0;
-    const auto listening = [&] {
-        QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, port);
-        return m_nginx.state() == QProcess::NotRunning || socket.waitForConnected(100);
-    };
-    for (int attempt = 0; attempt < 5 && m_nginx.state() != QProcess::Running; ++attempt) {
-        QTcpServer probe;
-        QVERIFY(probe.listen(QHostAddress::LocalHost));
-        port = probe.serverPort();
-        probe.close();
-        QVERIFY(write(u"nginx.conf"_s, config.arg(m_dir.path()).arg(port).toUtf8()));
-        m_nginx.start(
-            nginx,
-            {u"-p"_s, m_dir.path(), u"-e"_s, m_dir.filePath(u"error.log"_s), u"-c"_s, m_dir.filePath(u"nginx.conf"_s)});
-        QVERIFY(m_nginx.waitForStarted() && QTest::qWaitFor(listening, 10000));
-    }
-    QVERIFY2(m_nginx.state() == QProcess::Running, read(m_dir, u"error.log"_s).constData());
-
-    // The service is the host's own, under a path; the session only finds it on loopback.
-    const QUrl service(u"https://%1/app"_s.arg(TVRManager::serviceURL().host()));
-    QVERIFY(TVRManager::setServiceURL(service));
-    m_session.route(service.host(), port);
-    m_manager.setSession(&m_session);
-    TVRManager::setAPIKey(apiKey, apiSecret);
-}
-
-QList<QList<QByteArray>> tst_Nginx::accessLog() const
-{
-    QList<QList<QByteArray>> lines;
-    for (const QByteArray &line : read(m_dir, u"access.log"_s).trimmed().split('\n'))
-        lines.append(line.split(' '));
-    return lines;
-}
-
-bool tst_Nginx::fetch(TVRDocumentManager::Document document)
-{
-    const qsizetype before = m_changed.size() + m_failed.size();
-    m_manager.fetch(document);
-    return QTest::qWaitFor([&] { return m_changed.size() + m_failed.size() > before; }, 60000)
-        && QTest::qWaitFor([this] { return m_session.liveReplies() == 0; });
-}
-
-void tst_Nginx::fetchesOverOneCompressedConnectionAndKeepsTheCopy()
-{
-    using Document = TVRDocumentManager::Document;
-    for (int i = 0; i < 10; ++i)
-        QVERIFY(fetch(i % 2 ? Document::PrivacyPolicy : Document::TermsOfService));
-    // Each fetch ended exactly once, and each document came whole.
-    QCOMPARE(m_changed.size(), 10);
-    QVERIFY2(m_failed.isEmpty(), qPrintable(m_failed.value(0).value(1).value<TVRError>().message()));
-    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
-    QCOMPARE(keptCopy(kTVRPrivacyPolicyDataPath), QJsonValue(m_privacy));
-
-    const QList<QList<QByteArray>> log = accessLog();
-    QCOMPARE(log.size(), 10);
-    const qint64 privacySize = QJsonDocument(m_privacy).toJson().size();
-    for (int i = 0; i < 10; ++i) {
-        QCOMPARE(log[i].size(), 4);
-        QCOMPARE(log[i][Uri], i % 2 ? "/app/api/privacy-policy" : "/app/api/terms-of-service");
-        QCOMPARE(log[i][Status], "200");
-        // One after the other, the requests share the connection that the first one opened.
-        QCOMPARE(log[i][Connection], log[0][Connection]);
-        // The large document travels compressed.
-        if (i % 2)
-            QVERIFY2(log[i][BodyBytes].toLongLong() * 10 < privacySize, log[i][BodyBytes] + " bytes on the wire");
-    }
-
-    // With a wrong secret, nginx's own 401 page is the answer: nginx checks the credentials
-    // that it took above. The page is not JSON, so nothing is kept from it, and the copy of
-    // the terms stays.
-    TVRManager::setAPIKey(apiKey, u"wrong"_s);
-    QVERIFY(fetch(Document::TermsOfService));
-    QCOMPARE(accessLog().constLast().value(Status), "401");
-    QCOMPARE(keptCopy(kTVRTermsOfServiceDataPath), QJsonValue(m_terms));
-}
 
 QTEST_MAIN(tst_Nginx)
 #include "tst_nginx.moc"
