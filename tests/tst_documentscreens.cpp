@@ -172,7 +172,6 @@ private Q_SLOTS:
         table.setDelegate(&model);
         table.resize(screenSize());
         table.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&table));
 
         const int firstMade = model.made;
         QCOMPARE(model.displayed.size(), table.visibleCells().size());
