@@ -131,7 +131,6 @@ private Q_SLOTS:
         const QStringList expected = rowTexts(kind.startsWith(u"privacy"_s) ? m_privacy : m_terms);
         const int rows = list->childCount() - 1;
         QCOMPARE(rows, int(screen->tableView()->visibleCells().size()));
-        QVERIFY(rows >= 3);
         for (int i = 0; i < rows; ++i) {
             QAccessibleInterface *item = list->child(i + 1);
             QCOMPARE(item->role(), QAccessible::ListItem);
