@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
-// The QML module's document model used from C++: checked by Qt's model tester, and saying the
-// date exactly as the widget screen's header does.
+// The QML module's document model used from C++: checked by Qt's model tester, following the
+// document manager and telling a view only the rows that changed.
 
 #include "OffscreenTest.h"
 #include "TestFixture.h"
@@ -15,7 +15,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLabel>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -45,7 +44,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(startLoopbackService(u"tst_documentmodel"_s, m_server, m_session));
-        QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
         TVRDocumentManager::sharedInstance()->setSession(&m_session);
         m_server.setHandler([this](const TestRequest &request) {
             const QString name = request.path == u"/api/terms-of-service"_s ? u"Terms"_s : u"Privacy"_s;
@@ -90,21 +88,10 @@ private Q_SLOTS:
         QCOMPARE(model.error(), QString());
         QCOMPARE(model.title(), name);
         QCOMPARE(m_server.requests().size(), requests + 1);
-        // What each row shows, the refresh rows below and the QML pages' tests check.
+        // What each row shows, the refresh rows below and the QML pages' tests check; the date,
+        // which the model and the widget header both take from the document, the QML pages'
+        // screen reader reads and tst_languages reads in every language.
         QCOMPARE(second.rowCount(), 3);
-
-        // The date reads exactly as the widget screen's header shows it.
-        const std::unique_ptr<TVRDocumentViewController> screen(
-            kind == TVRDocumentModel::TermsOfService
-                ? static_cast<TVRDocumentViewController *>(new TVRTermsOfServiceViewController)
-                : new TVRPrivacyPolicyViewController);
-        screen->show();
-        QTRY_VERIFY(screen->tableView()->numberOfSections() > 0);
-        const QString header = screen->headerView()->dateLabel()->text();
-        QVERIFY2(header.contains(u"2018"_s), qPrintable(header));
-        QCOMPARE(model.dateText(), header);
-        // The screen fetched the document too: its reply is in before the next one breaks.
-        QTRY_COMPARE(m_session.liveReplies(), 0);
 
         // A broken reply is an error; the document held stays.
         m_breakNextReply = true;
