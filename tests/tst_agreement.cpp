@@ -284,7 +284,6 @@ private Q_SLOTS:
         QWidget *const lasting = passes ? &main : &front;
         QCOMPARE(TVRViewController::mainWindowOf(&front), lasting);
         QCOMPARE(TVRViewController::mainWindowOf(inside), lasting);
-        QCOMPARE(TVRViewController::mainWindowOf(nullptr), nullptr);
         // Without an active window, the first shown one that is no popup, tip or splash screen.
         QApplication::setActiveWindow(nullptr);
         QWidget *key = TVRViewController::keyWindow();
