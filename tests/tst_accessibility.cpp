@@ -215,11 +215,10 @@ private Q_SLOTS:
         const int start = bar->maximum() / 2;
         const int page = bar->pageStep();
         // Each key from the middle of the document, and the range the bar must then be in: a
-        // line is less than a page in the key's direction. (Up and Page Up take the scroll
-        // area's own path that Down and Page Down take.)
+        // line is less than a page in the key's direction. (Up, Page Up and Page Down take the
+        // scroll area's own path that Down takes.)
         const QList<std::tuple<QKeyCombination, int, int>> moves{
             {Qt::Key_Down, start + 1, start + page - 1},
-            {Qt::Key_PageDown, start + page, start + page},
             {Qt::Key_Space, start + page, start + page},
             {Qt::SHIFT | Qt::Key_Space, start - page, start - page},
             {Qt::Key_End, INT_MAX, INT_MAX},
