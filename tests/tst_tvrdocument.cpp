@@ -33,31 +33,25 @@ private Q_SLOTS:
         row("missing", QJsonObject(), QString());
         row("JSON null", fields(QJsonValue::Null), u""_s);
         row("text", fields(u"Terms of Service"_s), u"Terms of Service"_s);
-        row("empty text", fields(u""_s), u""_s);
         row("whole number", fields(42), u"42"_s);
-        row("boolean", fields(false), u"false"_s);
         row("object", fields(QJsonObject{{u"en"_s, u"Terms"_s}}), uR"({"en":"Terms"})"_s);
-        row("array", fields(QJsonArray{1, u"x"_s}), uR"([1,"x"])"_s);
         row("not an object: array", QJsonArray{QJsonObject{{u"title"_s, u"x"_s}}}, QString());
         // Only the body names the app, for each run of five number signs.
         row("one mark", fields(u"Welcome to #####."_s), u"Welcome to #####."_s, u"Welcome to Acme."_s);
         row("two marks", fields(u"##### and #####"_s), u"##### and #####"_s, u"Acme and Acme"_s);
         row("six signs", fields(u"######"_s), u"######"_s, u"Acme#"_s);
-        row("ten signs", fields(u"##########"_s), u"##########"_s, u"AcmeAcme"_s);
         row("four signs", fields(u"####"_s), u"####"_s);
 
         const auto dated = [](const char *name, const QJsonValue &updatedAt, const QString &date) {
             QTest::newRow(name) << QJsonValue(QJsonObject{{u"updatedAt"_s, updatedAt}}) << QString() << QString()
                                 << date << QStringList();
         };
-        dated("UTC", u"2016-03-01T12:30:00.000+0000"_s, u"2016-03-01T12:30:00.000Z"_s);
         dated("west of UTC", u"2016-03-01T12:30:00.250-0800"_s, u"2016-03-01T12:30:00.250-08:00"_s);
         dated("half hour east", u"2016-03-01T23:59:59.999+0530"_s, u"2016-03-01T23:59:59.999+05:30"_s);
         // The farthest offsets taken: 14 hours, and 59 minutes past an hour.
         dated("offset 14 hours", u"2016-03-01T12:30:00.000+1400"_s, u"2016-03-01T12:30:00.000+14:00"_s);
         dated("offset minutes 59", u"2016-03-01T12:30:00.000-0959"_s, u"2016-03-01T12:30:00.000-09:59"_s);
 
-        dated("date only", u"2016-03-01"_s, QString());
         dated("no fraction", u"2016-03-01T12:30:00+0000"_s, QString());
         dated("letter Z", u"2016-03-01T12:30:00.000Z"_s, QString());
         dated("offset with colon", u"2016-03-01T12:30:00.000+00:00"_s, QString());
@@ -68,7 +62,6 @@ private Q_SLOTS:
         dated("space before", u" 2016-03-01T12:30:00.000+0000"_s, QString());
         dated("other digits", u"٢٠١٦-03-01T12:30:00.000+0000"_s, QString());
         dated("date JSON null", QJsonValue::Null, QString());
-        dated("date a number", 1456835400, QString());
 
         const auto sectioned = [](const char *name, const QJsonValue &sections, const QStringList &titles) {
             QTest::newRow(name) << QJsonValue(QJsonObject{{u"sections"_s, sections}}) << QString() << QString()
