@@ -45,7 +45,6 @@ private Q_SLOTS:
         QTest::newRow("root slash") << u"https://%1/"_s.arg(m_host) << u"https://%1"_s.arg(m_host);
         QTest::newRow("http on localhost") << u"http://localhost:8080"_s << u"http://localhost:8080"_s;
         QTest::newRow("http on ::1") << u"http://[::1]:8080"_s << u"http://[::1]:8080"_s;
-        QTest::newRow("http on 127.0.0.0/8") << u"http://127.1.2.3:8080/x"_s << u"http://127.1.2.3:8080/x"_s;
         QTest::newRow("http on 127 mapped to IPv6") << u"http://[::ffff:127.0.0.1]"_s << u"http://[::ffff:127.0.0.1]"_s;
         QTest::newRow("http on a LAN address") << u"http://192.168.1.2"_s << QString();
         QTest::newRow("http on 127.0.0.255") << u"http://127.0.0.255"_s << u"http://127.0.0.255"_s;
@@ -110,7 +109,6 @@ private Q_SLOTS:
         row("empty query keeps the ?", TVRHTTPMethodGET, none, u"GET /api/a%20b?"_s, {}, u""_s);
         // A HEAD answer announces a body that never comes: the redirect is followed all the same.
         const QString moved = u"/moved"_s;
-        row("GET, 301", TVRHTTPMethodGET, object, u"GET /moved"_s, {}, {}, 301, moved);
         row("HEAD, 301", TVRHTTPMethodHEAD, object, u"HEAD /moved"_s, compact, {}, 301, moved);
         row("HEAD, 303 stays HEAD", TVRHTTPMethodHEAD, object, u"HEAD /moved"_s, compact, {}, 303, moved);
         row("POST, 302 goes on as GET", TVRHTTPMethodPOST, object, u"GET /moved"_s, {}, {}, 302, moved);
