@@ -51,6 +51,15 @@ public:
     QList<TVRIndexPath> displayed; // in the order the table announced them
     std::shared_ptr<TVRSection> section = std::make_shared<TVRSection>(QJsonObject{{u"body"_s, u"Body"_s}});
 
+    // Shows \a table at the screen's size, with this model as its data source and delegate.
+    void show(TVRTableView &table)
+    {
+        table.setDataSource(this);
+        table.setDelegate(this);
+        table.resize(screenSize());
+        table.show();
+    }
+
     int tableViewNumberOfRowsInSection(TVRTableView *, int) override { return rows; }
     TVRTableViewCell *tableViewCellForRowAtIndexPath(TVRTableView *table, TVRIndexPath) override
     {
@@ -164,10 +173,7 @@ private Q_SLOTS:
     {
         TableModel model;
         TVRTableView table;
-        table.setDataSource(&model);
-        table.setDelegate(&model);
-        table.resize(screenSize());
-        table.show();
+        model.show(table);
 
         const int firstMade = model.made;
         QCOMPARE(model.displayed.size(), table.visibleCells().size());
@@ -211,10 +217,7 @@ private Q_SLOTS:
         } model;
         model.rows = 400;
         TVRTableView table;
-        table.setDataSource(&model);
-        table.setDelegate(&model);
-        table.resize(screenSize());
-        table.show();
+        model.show(table);
         QScrollBar *bar = table.verticalScrollBar();
         const int measuredLength = 80 * 400; // a plain table: no gaps between sections
         QVERIFY(bar->maximum() < measuredLength - table.viewport()->height() - 1000); // still estimated
