@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 // Faults injected for real: a thousand fetches, and a process killed while it writes the
-// cached copy. (A keychain out of reach is in tst_rqkeychain; a body cut short and a body over
+// cached copy (killed as it hears of the answer, in tst_tvrdocumentmanager). (A keychain out of reach is in tst_rqkeychain; a body cut short and a body over
 // the size limit in tst_tvrdocumentmanager; a failed TLS handshake in tst_tvrnetworkmanager; a
 // server that never answers, in tst_documentscreens.)
 
@@ -65,10 +65,10 @@ private Q_SLOTS:
         const QMap<QString, int> sectionsOf{{u"A"_s, 300}, {u"B"_s, 120}};
         int served = 0;
         m_server.setHandler([&](const TestRequest &) { return TestReply::json(200, (served++ % 2) ? second : first); });
+        // A copy kept by an earlier launch, so that a writer killed before its first write
+        // leaves one to read.
+        keepCopy(kTVRTermsOfServiceDataPath, documentJson(u"A"_s, 300));
         const QString port = QString::number(m_server.port());
-        QCOMPARE(runHelper({u"fetch-terms"_s, port}), QStringList{u"fetched"_s});
-        // The copy reaches the file even when the application ends right after the answer.
-        QCOMPARE(runHelper({u"read-terms"_s}).value(0), u"A"_s);
 
         for (int kill = 0; kill < 50; ++kill) {
             QProcess writer;

