@@ -86,7 +86,6 @@ private Q_SLOTS:
         QTest::newRow("set name wins") << u"Mine"_s << u"Display"_s << u"Mine"_s;
         QTest::newRow("empty set name is kept") << u""_s << u"Display"_s << u""_s;
         QTest::newRow("display name") << QString() << u"Display"_s << u"Display"_s;
-        QTest::newRow("application name") << QString() << QString() << u"bundle"_s;
         QTest::newRow("application name, empty display name") << QString() << u""_s << u"bundle"_s;
     }
 
