@@ -35,13 +35,6 @@ TestReply TestReply::chunked(int status, const QByteArray &body)
     return reply;
 }
 
-TestReply TestReply::dropped()
-{
-    TestReply reply;
-    reply.dropConnection = true;
-    return reply;
-}
-
 bool TestHttpsServer::start()
 {
     sslSetup(LoopbackCertificates::serviceCertificate(), LoopbackCertificates::serviceKey());
@@ -81,10 +74,6 @@ void TestHttpsServer::missingHandler(const QHttpServerRequest &, QTcpSocket *) {
 
 void TestHttpsServer::send(QTcpSocket *socket, const TestReply &reply)
 {
-    if (reply.dropConnection) {
-        socket->abort();
-        return;
-    }
     // Written by hand rather than through QHttpServerResponder, so that any status, header
     // or body, however wrong, can be scripted.
     QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Scripted\r\n";

@@ -23,23 +23,20 @@ struct TestRequest
     QByteArray header(const QByteArray &name) const;
 };
 
-// What the server answers: a status line, headers and a body, after an optional delay;
-// or no answer at all, the connection dropped. Content-Length follows the body unless
-// the headers give one, or a Transfer-Encoding.
+// What the server answers: a status line, headers and a body, after an optional delay.
+// Content-Length follows the body unless the headers give one, or a Transfer-Encoding.
 struct TestReply
 {
     int status = 200;
     TestHeaders headers;
     QByteArray body;
     int delayMs = 0;
-    bool dropConnection = false;
     int cutBodyAt = -1; // when set: the connection drops after this many bytes of the body
     bool held = false; // sent only when the test calls releaseHeld()
 
     static TestReply json(int status, const QByteArray &body);
     // \a body sent in chunks of 1,000 bytes, with no length announced.
     static TestReply chunked(int status, const QByteArray &body);
-    static TestReply dropped();
 };
 
 /*
