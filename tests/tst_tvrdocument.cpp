@@ -34,7 +34,6 @@ private Q_SLOTS:
         row("JSON null", fields(QJsonValue::Null), u""_s);
         row("text", fields(u"Terms of Service"_s), u"Terms of Service"_s);
         row("whole number", fields(42), u"42"_s);
-        row("object", fields(QJsonObject{{u"en"_s, u"Terms"_s}}), uR"({"en":"Terms"})"_s);
         row("not an object: array", QJsonArray{QJsonObject{{u"title"_s, u"x"_s}}}, QString());
         // Only the body names the app, for each run of five number signs.
         row("one mark", fields(u"Welcome to #####."_s), u"Welcome to #####."_s, u"Welcome to Acme."_s);
@@ -54,7 +53,6 @@ private Q_SLOTS:
 
         dated("no fraction", u"2016-03-01T12:30:00+0000"_s, QString());
         dated("letter Z", u"2016-03-01T12:30:00.000Z"_s, QString());
-        dated("offset with colon", u"2016-03-01T12:30:00.000+00:00"_s, QString());
         dated("no such day", u"2015-02-29T12:30:00.000+0000"_s, QString());
         dated("hour 24", u"2016-03-01T24:00:00.000+0000"_s, QString());
         dated("offset minutes 60", u"2016-03-01T12:30:00.000+0060"_s, QString());
