@@ -86,7 +86,7 @@ void bench_Tovra::identifierReadsWithoutKeychain()
     QFETCH(bool, silent);
     PrivateBus bus;
     QVERIFY(bus.start(silent ? QStringLiteral(TOVRA_TEST_HELPER) : QString()));
-    const QStringList answer = runHelper({u"timed"_s, u"identifier-reads"_s, u"50"_s}, bus.environment());
+    const QStringList answer = runHelper({u"identifier-reads"_s, u"50"_s}, bus.environment());
     QCOMPARE(answer.size(), 1);
     const QStringList fields = answer.constFirst().split(u' ');
     QCOMPARE(fields.size(), 3);

@@ -150,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(run({u"delete"_s, key}), QStringList{u"false"_s});
         // Once the keychain has failed, further reads do not wait for it again: fifty reads in
         // one launch all end.
-        QCOMPARE(run({u"identifier-reads"_s, u"50"_s}), QStringList{u"<null>"_s});
+        QCOMPARE(run({u"identifier-reads"_s, u"50"_s}).value(0).section(u' ', 0, 0), u"<null>"_s);
         if (locked) {
             // Unlocking would take the user's answer at a prompt, which a synchronous call
             // cannot wait for: none asks the user.

@@ -8,7 +8,8 @@
 //                                         fetch, then die by SIGKILL as the delegate hears of it
 //   tovra_test_helper read-terms          show the Terms of Service the kit has at launch
 //   tovra_test_helper fetch-terms-forever PORT   fetch again after every answer, until killed
-//   tovra_test_helper identifier-reads N  N reads of the user identifier: the last result
+//   tovra_test_helper identifier-reads N  N reads of the user identifier: the last result, the
+//                                         first read's ms and the other reads' ms
 //   tovra_test_helper own-secrets-name    take the Secret Service's bus name, answer nothing
 //   tovra_test_helper host-and-kit host-first|kit-first|host-on-thread|kit-on-thread N
 //                                         N host QtKeychain writes and reads, and N saves and
@@ -29,6 +30,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QMutex>
 #include <QRegularExpression>
 #include <QSemaphore>
@@ -121,10 +123,14 @@ int main(int argc, char *argv[])
         RQKeychain::deleteValueForKey(kTVRUserIdentifier);
         out << show(TVRManager::userIdentifier()) << Qt::endl;
     } else if (command == QLatin1String("identifier-reads") && args.size() == 1) {
-        QVariant value;
-        for (int i = 0; i < args[0].toInt(); ++i)
+        // Only the reads are timed, inside this process: not its start or its end.
+        QElapsedTimer timer;
+        timer.start();
+        QVariant value = TVRManager::userIdentifier();
+        const qint64 first = timer.restart();
+        for (int i = 1; i < args[0].toInt(); ++i)
             value = TVRManager::userIdentifier();
-        out << show(value) << Qt::endl;
+        out << show(value) << ' ' << first << ' ' << timer.elapsed() << Qt::endl;
     } else if (command == QLatin1String("host-and-kit") && args.size() == 2) {
         const int rounds = args[1].toInt();
         int right[2] = {}; // how many of the kit's and of the host's values came back
