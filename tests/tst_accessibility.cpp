@@ -14,7 +14,6 @@
 
 #include <Tovra.h>
 
-#include <QJsonDocument>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTextEdit>

@@ -4,14 +4,9 @@
 // one phone-sized PNG per screen, and the QML demo, linked as a QML host links the kit,
 // loads no Qt Widgets. And a folder of broken documents gets a clear message.
 
-#include <QDir>
 #include <QHttpServer>
 #include <QHttpServerRequest>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;

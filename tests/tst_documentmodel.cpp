@@ -12,9 +12,6 @@
 #include <TVRDocumentModel.h>
 
 #include <QAbstractItemModelTester>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSignalSpy>
 #include <QtTest>
 

@@ -13,8 +13,6 @@
 
 #include <Tovra.h>
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
 #include <QTabBar>

@@ -13,8 +13,6 @@
 
 #include <Tovra.h>
 
-#include <QJsonDocument>
-#include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;

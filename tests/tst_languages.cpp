@@ -14,7 +14,6 @@
 
 #include <Tovra.h>
 
-#include <QJsonDocument>
 #include <QLabel>
 #include <QToolBar>
 #include <QToolButton>

@@ -9,13 +9,8 @@
 #include <TVRDocumentManager.h>
 #include <TVRManager.h>
 
-#include <QCryptographicHash>
-#include <QJsonDocument>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>

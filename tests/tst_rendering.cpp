@@ -17,8 +17,6 @@
 #include <Tovra.h>
 
 #include <QApplication>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLabel>
 #include <QScrollBar>
 #include <QTextBlock>

@@ -12,7 +12,6 @@
 
 #include <Tovra.h>
 
-#include <QDirIterator>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;

@@ -3,8 +3,6 @@
 
 #include <TovraCore.h>
 
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;

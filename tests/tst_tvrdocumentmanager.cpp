@@ -9,8 +9,6 @@
 
 #include <TovraCore.h>
 
-#include <QJsonDocument>
-#include <QSettings>
 #include <QtTest>
 
 #include <csignal>

@@ -8,8 +8,6 @@
 #include <TVRManager.h>
 #include <TVRNetworkManager.h>
 
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QNetworkReply>
 #include <QSslConfiguration>
 #include <QtTest>
