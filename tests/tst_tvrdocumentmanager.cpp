@@ -184,6 +184,8 @@ private Q_SLOTS:
         answer("4.8 MB document, under the limit", ok(large), parsed(large));
         answer("byte order mark and blanks", ok("\xef\xbb\xbf \r\n" + typed), parsed(typed));
         answer("an array", ok(" [1,2]"), QJsonArray{1, 2});
+        // An array's own text is kept only when it starts the reply: after a mark, it is written out again.
+        answer("an array after a byte order mark", ok("\xef\xbb\xbf[1,2]"), QJsonArray{1, 2});
 
         // No JSON: the held document is one without content, and the copy stays.
         answer("empty body", ok(QByteArray()), stays);
