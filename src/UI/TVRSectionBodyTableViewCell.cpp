@@ -8,6 +8,7 @@
 #include "TVRSubview_p.h"
 #include "TVRTextLayout_p.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
@@ -217,6 +218,12 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
         // screen's controls and its table, not into every body: Tab leaves a body it is in.
         textView->setFocusPolicy(Qt::ClickFocus);
         textView->setTabChangesFocus(true);
+        // A long text is laid out a step at a time from the event loop. An edit before the
+        // last step ends that layout where it stands, leaving the paragraphs it had not
+        // reached empty and never painted: the layout is finished before the edit is laid out.
+        QTextDocument *document = textView->document();
+        connect(document, &QTextDocument::contentsChange, textView,
+                [document] { document->documentLayout()->documentSize(); });
         setBodyTextView(textView);
     }
     return d->bodyTextView;
