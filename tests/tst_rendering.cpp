@@ -53,14 +53,18 @@ const QHash<QString, std::pair<QString, QString>> scripts{
 
 // A document of \a name's script: titled sections with bodies of one, three and eight
 // sentences and an untitled one, after, when asked, a titled one whose body is \a longBody
-// characters long.
+// characters long, in paragraphs of eight sentences, each followed by one of two sentences in
+// the other direction.
 std::shared_ptr<TVRDocument> document(const QString &name, int longBody = 0)
 {
     const auto [heading, sentence] = scripts.value(name);
+    const QString other = scripts.value(sentence.isRightToLeft() ? u"Latin"_s : u"Arabic"_s).second;
+    QStringList paragraphs;
+    for (int length = 0; length < longBody; length += paragraphs.last().size() + 1)
+        paragraphs << (paragraphs.size() % 2 ? other.repeated(2) : sentence.repeated(8)).trimmed();
     QJsonArray sections;
     if (longBody)
-        sections.append(QJsonObject{{u"title"_s, heading},
-                                    {u"body"_s, sentence.repeated(longBody / sentence.size() + 1).left(longBody)}});
+        sections.append(QJsonObject{{u"title"_s, heading}, {u"body"_s, paragraphs.join(u'\n').left(longBody)}});
     for (int sentences : {1, 3, 8, 2}) {
         QJsonObject section{{u"body"_s, sentence.repeated(sentences).trimmed()}};
         if (sentences != 2)
@@ -384,6 +388,29 @@ private Q_SLOTS:
             // The painted lines stay put: painted again at the end they are the same, and back at
             // the top they are the ones first painted there.
             const QImage paintedTop = screenshot(table->viewport(), {});
+            // The last line of each paragraph in view is painted where the text view puts it:
+            // on its own direction's side, whichever paragraph comes before it.
+            int paragraphsInView = 0;
+            const QPoint origin = cell()->mapTo(table->viewport(), QPoint(12, 0));
+            for (QTextBlock block = reference->begin(); block.isValid(); block = block.next()) {
+                const QTextLayout *lines = block.layout();
+                const QRect last = lines->lineAt(lines->lineCount() - 1)
+                                       .naturalTextRect()
+                                       .translated(lines->position() + origin)
+                                       .toAlignedRect();
+                if (!table->viewport()->rect().contains(last))
+                    continue;
+                const QRect ink = inkIn(paintedTop, last.adjusted(-4, 0, 4, 0)).bounds;
+                const bool rightToLeft = block.text().isRightToLeft();
+                QVERIFY2((rightToLeft ? std::abs(ink.right() - last.right()) : std::abs(ink.left() - last.left())) <= 3
+                             && ink.width() <= last.width() + 6,
+                         qPrintable(u"a last line laid out from x %1 to %2, painted from %3 to %4"_s.arg(last.left())
+                                        .arg(last.right())
+                                        .arg(ink.left())
+                                        .arg(ink.right())));
+                ++paragraphsInView;
+            }
+            QVERIFY(paragraphsInView >= 2);
             QTest::keyClick(table, Qt::Key_End);
             const QImage paintedEnd = screenshot(table->viewport(), u"body-end-%1-%2"_s.arg(script).arg(longBody));
             QCOMPARE(screenshot(table->viewport(), {}), paintedEnd);
