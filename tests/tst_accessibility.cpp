@@ -248,6 +248,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(shown));
         QApplication::setActiveWindow(shown);
         QTRY_COMPARE(QApplication::activeWindow(), shown);
+        QCoreApplication::processEvents(); // what the screen does once shown has run
         QCOMPARE(focusName(), u"body"_s);
         // Tab leaves the body, and types no tab into it.
         QTest::keyClick(textView, Qt::Key_Tab);
