@@ -110,8 +110,8 @@ void TVRTermsViewController::onDisagreeBarButtonItemPressed()
 
 void TVRTermsViewController::tableViewWillDisplayCell(TVRTableView *, TVRTableViewCell *, TVRIndexPath indexPath)
 {
-    const qsizetype count = sections().size();
-    if (count > 0 && indexPath.section == count - 1) {
+    // A row shown is in a section that exists, so with no sections none is the last.
+    if (indexPath.section == sections().size() - 1) {
         agreeBarButtonItem()->setEnabled(true);
         disagreeBarButtonItem()->setEnabled(true);
     }
