@@ -3,8 +3,6 @@
 
 #include "MemoryItemStore.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using namespace TVRSecItem;
 
@@ -55,9 +53,4 @@ qint32 MemoryItemStore::deleteMatching(const QVariantMap &query)
     if (index >= 0)
         items.removeAt(index);
     return index < 0 ? errSecItemNotFound : errSecSuccess;
-}
-
-int MemoryItemStore::callCount(const QString &operation) const
-{
-    return int(std::count_if(calls.cbegin(), calls.cend(), [&](const auto &call) { return call.first == operation; }));
 }

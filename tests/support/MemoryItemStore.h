@@ -29,8 +29,6 @@ public:
     QList<QVariantMap> items;
     QList<QPair<QString, QVariantMap>> calls; // operation name and query, in order
 
-    int callCount(const QString &operation) const;
-
 private:
     // The index of the first item that \a query names; -1 for none.
     qsizetype find(const QVariantMap &query) const;
