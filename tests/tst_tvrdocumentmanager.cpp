@@ -238,13 +238,16 @@ private Q_SLOTS:
         m_manager->setDelegate(&plain);
         QVERIFY(!m_manager->delegate());
 
-        // A fetch whose manager is gone before the reply still keeps the copy.
+        // A fetch whose manager is gone before the reply still keeps the copy: the reply is held
+        // until the request has reached the server and the manager is gone.
         TestReply late = TestReply::json(200, sampleReply(u"Late"_s));
-        late.delayMs = 100;
+        late.held = true;
         m_server.reply(late);
+        const qsizetype requests = m_server.requests().size();
         m_manager->fetchTermsOfService();
-        QTRY_COMPARE(m_session.liveReplies(), 1);
         m_manager.reset();
+        QTRY_COMPARE(m_server.requests().size(), requests + 1);
+        m_server.releaseHeld();
         QTRY_VERIFY(keptCopy(kTVRTermsOfServiceDataPath).isObject());
         QCOMPARE(TVRDocumentManager().termsOfService()->title(), u"Late"_s);
     }

@@ -7,7 +7,6 @@
 
 #include <QHttpServerRequest>
 #include <QMetaEnum>
-#include <QTimer>
 
 QByteArray TestRequest::header(const QByteArray &name) const
 {
@@ -50,11 +49,6 @@ bool TestHttpsServer::handleRequest(const QHttpServerRequest &request, QTcpSocke
     const TestReply reply = m_handler(m_requests.constLast());
     if (reply.held) {
         m_held.append({QPointer<QTcpSocket>(socket), reply});
-    } else if (reply.delayMs > 0) {
-        QTimer::singleShot(reply.delayMs, this, [this, socket = QPointer<QTcpSocket>(socket), reply] {
-            if (socket)
-                send(socket, reply);
-        });
     } else {
         send(socket, reply);
     }

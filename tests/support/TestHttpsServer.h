@@ -23,14 +23,13 @@ struct TestRequest
     QByteArray header(const QByteArray &name) const;
 };
 
-// What the server answers: a status line, headers and a body, after an optional delay.
-// Content-Length follows the body unless the headers give one, or a Transfer-Encoding.
+// What the server answers: a status line, headers and a body. Content-Length follows the
+// body unless the headers give one, or a Transfer-Encoding.
 struct TestReply
 {
     int status = 200;
     TestHeaders headers;
     QByteArray body;
-    int delayMs = 0;
     int cutBodyAt = -1; // when set: the connection drops after this many bytes of the body
     bool held = false; // sent only when the test calls releaseHeld()
 
