@@ -27,12 +27,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A document as the service sends it, in one line.
-QByteArray compact(const QJsonObject &document)
-{
-    return QJsonDocument(document).toJson(QJsonDocument::Compact);
-}
-
 QSize screenSize()
 {
     const QList<QByteArray> parts = qgetenv("TOVRA_TEST_SCREEN").split('x');
@@ -241,8 +235,7 @@ private Q_SLOTS:
 
     void screensShowTheLastCompletion()
     {
-        m_server.reply(
-            TestReply::json(200, compact(documentJson(u"Document"_s, 6, u"2017-07-04T09:00:00.000+0000"_s))));
+        serve(u"Document"_s, 6, u"2017-07-04T09:00:00.000+0000"_s);
         manager()->setTermsOfService(nullptr);
         manager()->setPrivacyPolicy(nullptr);
         removeKeptCopies();
@@ -286,8 +279,7 @@ private Q_SLOTS:
         // The screen shown last is the manager's delegate. A new Terms of Service arrives: the
         // privacy screen hears of it, the terms screen not.
         QCOMPARE(manager()->delegate(), privacy);
-        m_server.reply(
-            TestReply::json(200, compact(documentJson(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s))));
+        serve(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s);
         terms->headerView()->dateLabel()->setText(u"unchanged"_s);
         privacy->headerView()->dateLabel()->setText(u"unchanged"_s);
         manager()->fetchTermsOfService();
@@ -464,6 +456,11 @@ private Q_SLOTS:
 
 private:
     TVRDocumentManager *manager() { return TVRDocumentManager::sharedInstance(); }
+    // The service answers every request with documentJson(\a title, \a sections, \a updatedAt).
+    void serve(const QString &title, int sections, const QString &updatedAt)
+    {
+        m_server.reply(TestReply::json(200, QJsonDocument(documentJson(title, sections, updatedAt)).toJson()));
+    }
     // Shows \a window filling the screen, until the test ends.
     template <typename Window>
     Window *show(Window *window)
