@@ -32,11 +32,6 @@ public:
     void userManagerDidFailWithError(TVRUserManager *, const TVRError &) override { ++calls; }
 };
 
-std::shared_ptr<TVRDocument> document(const QString &id, int sections)
-{
-    return std::make_shared<TVRDocument>(documentJson(id, sections, u"2018-05-25T08:00:00.000+0000"_s));
-}
-
 // The kit's log lines, in order, as they are written; QtTest still sees every line.
 QStringList kitLines;
 QtMessageHandler testHandler = nullptr;
@@ -119,13 +114,13 @@ private Q_SLOTS:
         auto *delegate = new Delegate;
         TVRUserManager::sharedInstance()->setDelegate(delegate);
         TVRAgreementManager::sharedInstance()->setDelegate(delegate);
-        TVRAgreementManager::sharedInstance()->agreeToDocument(document(u"doc"_s, 1));
+        TVRAgreementManager::sharedInstance()->agreeToDocument(std::make_shared<TVRDocument>(QJsonObject()));
         TVRAgreementManager::sharedInstance()->agreeToDocument(nullptr);
 
         // Loading an agreement screen's view makes the screen no delegate and starts no fetch;
         // its answers send nothing and tell the user manager's delegate nothing. (That the
         // screen hands its document over and stays up after the answers, complianceAnswer checks.)
-        TVRTermsViewController screen(document(u"given"_s, 2));
+        TVRTermsViewController screen(std::make_shared<TVRDocument>(documentJson(u"given"_s, 2)));
         TVRDocumentManager::sharedInstance()->setDelegate(nullptr);
         screen.view();
         QVERIFY(!TVRDocumentManager::sharedInstance()->delegate());
@@ -199,7 +194,7 @@ private Q_SLOTS:
         QStringList lines;
         std::shared_ptr<TVRDocument> given;
         for (int i = 0; i < answers; ++i) {
-            given = document(u"doc-%1"_s.arg(i), 5 + i);
+            given = std::make_shared<TVRDocument>(documentJson(u"doc-%1"_s.arg(i), 5 + i));
             lines << u"DOCUMENT: <TVRDocument: 0x%1; _id = %2>"_s.arg(quintptr(given.get()), 0, 16)
                          .arg(given->identifier());
             QTest::ignoreMessage(QtInfoMsg, qPrintable(lines.constLast()));
