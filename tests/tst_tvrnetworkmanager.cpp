@@ -167,10 +167,10 @@ private Q_SLOTS:
         QTest::addColumn<TestReply>("reply");
         QTest::addColumn<QJsonValue>("json");
 
-        // A 200 with a document or an array: tst_tvrdocumentmanager's answers.
-        QTest::newRow("500 with {}") << TestReply::json(500, "{}") << QJsonValue(QJsonObject());
+        // A 200 with a document or an array, and a 502, are tst_tvrdocumentmanager's answers.
         QTest::newRow("204") << TestReply::json(204, "") << QJsonValue(QJsonValue::Undefined);
-        // A status of every class, the ones Qt counts as errors among them.
+        // A status of every class, the ones Qt counts as errors among them: a 407 is one of Qt's
+        // proxy errors, past its network-layer ones.
         QTest::newRow("407") << TestReply::json(407, "{}") << QJsonValue(QJsonObject());
         // A redirect that names no place to go is an answer like any other, body and all.
         QTest::newRow("301 without Location")
