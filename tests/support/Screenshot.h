@@ -4,7 +4,6 @@
 #ifndef SCREENSHOT_H
 #define SCREENSHOT_H
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
