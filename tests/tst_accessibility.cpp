@@ -311,6 +311,10 @@ private:
         [&] {
             QVERIFY(QTest::qWaitForWindowActive(screen->window()));
             QTRY_VERIFY(!screen->tableView()->visibleCells().isEmpty());
+            // The screen's own fetch has landed and the reload it asked for has run, before a
+            // reader moves in it.
+            QTRY_COMPARE(m_session.liveReplies(), 0);
+            QCoreApplication::processEvents();
         }();
         return screen;
     }
