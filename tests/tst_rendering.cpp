@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 // What a reader sees on the document screens, read off the painted pixels and off the text
 // as Qt lays it out for painting: rows exactly as tall as their text at any width and in any
-// script, each text starting from its own direction's side, shaped and sharp; long words, a
-// long body painted the same each time and edited where it is clicked; the texts in their
-// colours and sizes, a host's or the kit's own under a dark system palette; and screens that
-// take what they made with them. Offscreen on a 1280 x 800 screen; screenshots go to
-// TOVRA_SCREENSHOT_DIR.
+// script, each text starting from its own direction's side, shaped and sharp; long words; a
+// long body of paragraphs in both directions, each on its own side, painted the same each time,
+// edited where it is clicked and then laid out whole; the texts in their colours and sizes, a
+// host's or the kit's own under a dark system palette; and screens that take what they made
+// with them. Offscreen on a 1280 x 800 screen; screenshots go to TOVRA_SCREENSHOT_DIR.
 
 #include "LoopbackSession.h"
 #include "OffscreenTest.h"
