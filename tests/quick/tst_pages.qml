@@ -270,6 +270,9 @@ TestCase {
             { tag: "Latin" },
             { tag: "Arabic", rightToLeft: true, script: { heading: "%1 كيف نستخدم بياناتك",
                   sentence: "%1: يحتفظ ##### بما تكتبه على جهازك ولا يرسله إلى أي مكان آخر. " } },
+            { tag: "Hebrew", rightToLeft: true, script: { heading: "%1 כיצד אנו משתמשים בנתונים שלך",
+                  sentence: "%1: האפליקציה ##### שומרת את מה שאתה כותב במכשיר שלך ולא שולחת אותו. " } },
+            { tag: "CJK", script: { heading: "%1 我们如何使用您的数据", sentence: "%1：#####将您写下的内容保存在您的设备上，不会发送到其他地方。" } },
             { tag: "long words", script: { heading: "%1 Supercalifragilisticexpialidociousnessandbeyond",
                   sentence: "%1: see https://legal.example.com/" + "n".repeat(200) + " for more. " } },
             // The host's appearance settings reach the pixels.
