@@ -218,12 +218,6 @@ QTextEdit *TVRSectionBodyTableViewCell::bodyTextView()
         // screen's controls and its table, not into every body: Tab leaves a body it is in.
         textView->setFocusPolicy(Qt::ClickFocus);
         textView->setTabChangesFocus(true);
-        // A long text is laid out a step at a time from the event loop. An edit before the
-        // last step ends that layout where it stands, leaving the paragraphs it had not
-        // reached empty and never painted: the layout is finished before the edit is laid out.
-        QTextDocument *document = textView->document();
-        connect(document, &QTextDocument::contentsChange, textView,
-                [document] { document->documentLayout()->documentSize(); });
         setBodyTextView(textView);
     }
     return d->bodyTextView;
@@ -247,8 +241,16 @@ void TVRSectionBodyTableViewCell::setBodyTextView(QTextEdit *textView)
     }
     d->bodyTextView = textView;
     d->shownText.reset();
-    if (textView)
-        setSection(section()); // the new text view shows the cell's body
+    if (!textView)
+        return;
+    // A long text is laid out a step at a time from the event loop. An edit before the last
+    // step ends that layout where it stands, leaving the paragraphs it had not reached empty
+    // and never painted: the layout is finished before the edit is laid out. This holds for
+    // a host's text view as for the cell's own.
+    QTextDocument *document = textView->document();
+    connect(document, &QTextDocument::contentsChange, textView,
+            [document] { document->documentLayout()->documentSize(); });
+    setSection(section()); // the new text view shows the cell's body
 }
 
 QString TVRSectionBodyTableViewCell::cellIdentifier()
