@@ -7,6 +7,8 @@
 #include <QJsonValue>
 #include <QString>
 
+#include <optional>
+
 /*
     Keeps JSON values across restarts, one file per key, in the application's configuration
     folder (QStandardPaths::AppConfigLocation, named from the host's organisation and
@@ -22,6 +24,9 @@ namespace TVRJSONStore {
 // never written here is looked up in the host's default QSettings, where release 1.0 kept
 // it as JSON text.
 QJsonValue read(const QString &key);
+// The value kept in the file \a path, undefined when it holds none; nullopt when the file
+// cannot be opened. Touches nothing but the file, so it may run on any thread.
+std::optional<QJsonValue> readFile(const QString &path);
 // Keeps \a value under \a key; false when the file could not be written. \a text, when
 // given, is the JSON text that \a value was parsed from, which is then written as it is.
 bool write(const QString &key, const QJsonValue &value, const QByteArray &text = {});
