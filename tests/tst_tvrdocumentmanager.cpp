@@ -116,6 +116,43 @@ private Q_SLOTS:
         QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
     }
 
+    // A copy large enough to be read on another thread, as the screens have it read as they are
+    // made: what is held or kept after the read began wins over what it read.
+    void keptCopyReadAhead_data()
+    {
+        QTest::addColumn<QString>("meanwhile");
+        QTest::addColumn<QString>("title"); // of the document then held; "-" for none
+
+        QTest::newRow("nothing") << u"nothing"_s << u"Kept"_s;
+        QTest::newRow("a reply, then nothing held") << u"reply"_s << u"Terms"_s;
+        QTest::newRow("the application renamed") << u"rename"_s << u"-"_s;
+        QTest::newRow("the manager gone") << u"gone"_s << u"Kept"_s;
+    }
+
+    void keptCopyReadAhead()
+    {
+        QFETCH(QString, meanwhile);
+        QFETCH(QString, title);
+
+        QJsonObject large = QJsonDocument::fromJson(sampleReply(u"Kept"_s)).object();
+        large[u"sections"_s] = QJsonArray{QJsonObject{{u"body"_s, QString(300'000, u'x')}}};
+        keepCopy(kTVRTermsOfServiceDataPath, large);
+        m_manager->readAhead(TVRDocumentManager::Document::TermsOfService);
+        const QString application = QCoreApplication::applicationName();
+        RecordingDelegate delegate;
+        if (meanwhile == u"reply"_s) {
+            QVERIFY(fetchTerms(delegate));
+            m_manager->setTermsOfService(nullptr);
+        } else if (meanwhile == u"rename"_s) {
+            QCoreApplication::setApplicationName(application + u" 2"_s);
+        } else if (meanwhile == u"gone"_s) {
+            m_manager = std::make_unique<TVRDocumentManager>();
+        }
+        const auto held = m_manager->termsOfService();
+        QCoreApplication::setApplicationName(application);
+        QCOMPARE(held ? held->title() : u"-"_s, title);
+    }
+
     void unwritableCopyIsLogged_data()
     {
         QTest::addColumn<QString>("blocked"); // a folder where it ends in .json, else a file

@@ -8,7 +8,13 @@
 #include "TVRLogging_p.h"
 #include "TVRWeakDelegate_p.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QPointer>
+#include <QThreadPool>
+
+#include <condition_variable>
+#include <mutex>
 
 const QString kTVRTermsOfServiceURLPath = QStringLiteral("/api/terms-of-service");
 const QString kTVRPrivacyPolicyURLPath = QStringLiteral("/api/privacy-policy");
@@ -17,12 +23,66 @@ const QString kTVRPrivacyPolicyDataPath = QStringLiteral("kTVRPrivacyPolicyDataP
 
 namespace {
 
-// One of the two documents: where it is fetched, where its copy is kept, what is held.
+// A kept copy read on a thread of the pool below, shared by that thread and the manager.
+class KeptCopyRead
+{
+public:
+    explicit KeptCopyRead(QString path)
+        : path(std::move(path))
+    {
+    }
+
+    const QString path;
+
+    void finish(std::optional<QJsonValue> read)
+    {
+        const std::lock_guard lock(mutex);
+        value = std::move(read);
+        done = true;
+        finished.notify_all();
+    }
+    std::optional<QJsonValue> wait()
+    {
+        std::unique_lock lock(mutex);
+        finished.wait(lock, [this] { return done; });
+        return value;
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable finished;
+    bool done = false;
+    std::optional<QJsonValue> value;
+};
+
+// Below this size a copy is read in less time than it takes a thread to pick the read up.
+constexpr qint64 readAheadSize = 256 * 1024;
+
+// The kit's own readers, so that a host's busy global pool never holds a read back. The
+// application owns them and, as it ends, waits for a read in flight.
+QThreadPool *readers()
+{
+    static QPointer<QThreadPool> pool;
+    if (!pool)
+        pool = new QThreadPool(QCoreApplication::instance());
+    return pool;
+}
+
+// One of the two documents: where it is fetched, where its copy is kept, what is held, and
+// the copy being read ahead while nothing is.
 struct DocumentSlot
 {
     const QString &path;
     const QString &cacheKey;
     std::shared_ptr<TVRDocument> held;
+    std::shared_ptr<KeptCopyRead> reading;
+
+    // A document held from now on makes any copy read before it out of date.
+    void hold(std::shared_ptr<TVRDocument> document)
+    {
+        held = std::move(document);
+        reading.reset();
+    }
 };
 
 } // namespace
@@ -33,8 +93,8 @@ class TVRDocumentManagerPrivate
 {
 public:
     TVRWeakDelegate<TVRDocumentManagerDelegate> delegate;
-    DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr};
-    DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr};
+    DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr, nullptr};
+    DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr, nullptr};
 
     DocumentSlot &slot(Kind kind) { return kind == Kind::TermsOfService ? termsOfService : privacyPolicy; }
 
@@ -57,7 +117,7 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
             }
             if (!guard)
                 return;
-            guard->d->slot(kind).held = std::make_shared<TVRDocument>(reply);
+            guard->d->slot(kind).hold(std::make_shared<TVRDocument>(reply));
             if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerDidFinishWithSuccess(guard, true);
             if (guard)
@@ -77,9 +137,15 @@ std::shared_ptr<TVRDocument> TVRDocumentManagerPrivate::document(Kind kind)
 {
     DocumentSlot &documentSlot = slot(kind);
     if (!documentSlot.held) {
-        const QJsonValue cached = TVRJSONStore::read(documentSlot.cacheKey);
-        if (!cached.isUndefined())
-            documentSlot.held = std::make_shared<TVRDocument>(cached);
+        // A copy read ahead is taken if it was read from the file that keeps it now.
+        std::optional<QJsonValue> cached;
+        if (documentSlot.reading && documentSlot.reading->path == TVRJSONStore::fileFor(documentSlot.cacheKey))
+            cached = documentSlot.reading->wait();
+        documentSlot.reading.reset();
+        if (!cached)
+            cached = TVRJSONStore::read(documentSlot.cacheKey);
+        if (!cached->isUndefined())
+            documentSlot.held = std::make_shared<TVRDocument>(*cached);
     }
     return documentSlot.held;
 }
@@ -128,7 +194,7 @@ void TVRDocumentManager::setTermsOfService(std::shared_ptr<TVRDocument> document
     // The document already held, handed over again, changes nothing to tell.
     if (document && document == d->termsOfService.held)
         return;
-    d->termsOfService.held = std::move(document);
+    d->termsOfService.hold(std::move(document));
     Q_EMIT documentChanged(Document::TermsOfService);
 }
 
@@ -141,7 +207,7 @@ void TVRDocumentManager::setPrivacyPolicy(std::shared_ptr<TVRDocument> document)
 {
     if (document && document == d->privacyPolicy.held)
         return;
-    d->privacyPolicy.held = std::move(document);
+    d->privacyPolicy.hold(std::move(document));
     Q_EMIT documentChanged(Document::PrivacyPolicy);
 }
 
@@ -153,4 +219,16 @@ std::shared_ptr<TVRDocument> TVRDocumentManager::documentFor(Document document)
 void TVRDocumentManager::fetch(Document document)
 {
     TVRDocumentManagerPrivate::fetch(this, document);
+}
+
+void TVRDocumentManager::readAhead(Document document)
+{
+    DocumentSlot &documentSlot = d->slot(document);
+    if (documentSlot.held || documentSlot.reading || !QCoreApplication::instance())
+        return;
+    const QString file = TVRJSONStore::fileFor(documentSlot.cacheKey);
+    if (QFileInfo(file).size() < readAheadSize)
+        return;
+    documentSlot.reading = std::make_shared<KeptCopyRead>(file);
+    readers()->start([read = documentSlot.reading] { read->finish(TVRJSONStore::readFile(read->path)); });
 }

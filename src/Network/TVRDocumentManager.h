@@ -96,6 +96,16 @@ public:
     std::shared_ptr<TVRDocument> documentFor(Document document);
     //! Fetches \a document, as fetchTermsOfService() or fetchPrivacyPolicy() does.
     void fetch(Document document);
+    /*!
+        Starts reading the kept copy of \a document on a thread of the kit's own, and returns
+        at once. The next documentFor(), termsOfService() or privacyPolicy() takes what it
+        read, and waits only for the rest of the read, so a large copy is read while the
+        application goes on making its window; the kit's screens and pages call it as they
+        are made. Does nothing while a document is held, for a copy small enough to read
+        at once, or before the application object exists. A document held meanwhile,
+        fetched or set, wins over the copy read.
+    */
+    void readAhead(Document document);
 
 Q_SIGNALS:
     /*!

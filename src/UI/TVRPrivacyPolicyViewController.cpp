@@ -8,6 +8,7 @@
 TVRPrivacyPolicyViewController::TVRPrivacyPolicyViewController(QWidget *parent)
     : TVRReadOnlyDocumentViewController(QString(), parent)
 {
+    TVRDocumentManager::sharedInstance()->readAhead(TVRDocumentManager::Document::PrivacyPolicy);
 }
 
 QString TVRPrivacyPolicyViewController::title() const

@@ -27,7 +27,9 @@ TVRTermsViewController::TVRTermsViewController(std::shared_ptr<TVRDocument> docu
     : TVRDocumentViewController(tr("Terms of Service"), parent)
     , d(std::make_unique<TVRTermsViewControllerPrivate>())
 {
-    TVRDocumentManager::sharedInstance()->setTermsOfService(std::move(document));
+    TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+    manager->setTermsOfService(std::move(document));
+    manager->readAhead(TVRDocumentManager::Document::TermsOfService);
 }
 
 TVRTermsViewController::~TVRTermsViewController()
