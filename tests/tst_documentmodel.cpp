@@ -96,6 +96,22 @@ private Q_SLOTS:
         QCOMPARE(second.rowCount(), 3);
     }
 
+    // A page sets its model's kind as it is made: a Privacy Policy page never reads the copy of
+    // the Terms of Service, the kind its model had until then.
+    void readsOnlyItsOwnCopy()
+    {
+        TVRDocumentManager *manager = TVRDocumentManager::sharedInstance();
+        manager->setTermsOfService(nullptr);
+        manager->setPrivacyPolicy(nullptr);
+        keepCopy(kTVRTermsOfServiceDataPath, QJsonObject{{u"title"_s, u"Terms"_s}});
+        keepCopy(kTVRPrivacyPolicyDataPath, QJsonObject{{u"title"_s, u"Privacy"_s}});
+        TVRDocumentModel model;
+        model.setKind(TVRDocumentModel::PrivacyPolicy);
+        QCOMPARE(model.title(), u"Privacy"_s);
+        removeKeptCopies();
+        QVERIFY(!manager->termsOfService());
+    }
+
     void refreshChangesOnlyWhatChanged_data()
     {
         QTest::addColumn<QString>("before");

@@ -25,8 +25,20 @@ public:
     // reset, so that a refresh that brings the same sections leaves the view as it is: the
     // reader's place, and the rows' items with any text being edited in them.
     void showDocument(TVRDocumentModel &model);
+    // The document is read when it is first asked about, so that a model made for one kind
+    // and then set to the other never reads the first one's copy.
+    TVRDocumentModelPrivate &read()
+    {
+        if (!readOnce) {
+            readOnce = true;
+            shown = TVRDocumentManager::sharedInstance()->documentFor(document());
+            sections = shown ? shown->sections() : TVRSectionList();
+        }
+        return *this;
+    }
 
     TVRDocumentModel::Kind kind = TVRDocumentModel::TermsOfService;
+    bool readOnce = false;
     std::shared_ptr<TVRDocument> shown;
     TVRSectionList sections;
     bool loading = false;
@@ -35,6 +47,11 @@ public:
 
 void TVRDocumentModelPrivate::showDocument(TVRDocumentModel &model)
 {
+    if (!readOnce) {
+        // Nothing shown yet to change: the first question reads the document as it is then.
+        Q_EMIT model.documentChanged();
+        return;
+    }
     shown = TVRDocumentManager::sharedInstance()->documentFor(document());
     const TVRSectionList next = shown ? shown->sections() : TVRSectionList();
     const int before = int(sections.size());
@@ -102,7 +119,6 @@ TVRDocumentModel::TVRDocumentModel(QObject *parent)
                 stopLoading();
             });
     connect(this, &TVRDocumentModel::kindChanged, this, reload);
-    reload();
 }
 
 TVRDocumentModel::~TVRDocumentModel() = default;
@@ -114,25 +130,30 @@ TVRDocumentModel::Kind TVRDocumentModel::kind() const
 
 void TVRDocumentModel::setKind(Kind kind)
 {
-    if (d->kind == kind)
-        return;
+    const bool changed = d->kind != kind;
     d->kind = kind;
-    Q_EMIT kindChanged();
+    // A page sets its kind as it is made: the copy is read while the rest of the page is.
+    TVRDocumentManager::sharedInstance()->readAhead(d->document());
+    if (changed)
+        Q_EMIT kindChanged();
 }
 
 QString TVRDocumentModel::title() const
 {
-    return d->shown ? d->shown->title() : QString();
+    const std::shared_ptr<TVRDocument> &shown = d->read().shown;
+    return shown ? shown->title() : QString();
 }
 
 QDateTime TVRDocumentModel::date() const
 {
-    return d->shown ? d->shown->date() : QDateTime();
+    const std::shared_ptr<TVRDocument> &shown = d->read().shown;
+    return shown ? shown->date() : QDateTime();
 }
 
 QString TVRDocumentModel::dateText() const
 {
-    return d->shown ? d->shown->dateText() : QString();
+    const std::shared_ptr<TVRDocument> &shown = d->read().shown;
+    return shown ? shown->dateText() : QString();
 }
 
 bool TVRDocumentModel::isLoading() const
@@ -156,7 +177,7 @@ void TVRDocumentModel::fetch()
 
 int TVRDocumentModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(d->sections.size());
+    return parent.isValid() ? 0 : int(d->read().sections.size());
 }
 
 QVariant TVRDocumentModel::data(const QModelIndex &index, int role) const

@@ -18,7 +18,9 @@ class TVRDocumentModelPrivate;
     \brief One document's sections as a list model, for QML views and C++ item views alike.
 
     The model follows the shared TVRDocumentManager's document of its kind(): it shows the
-    copy the manager holds or keeps at once, and every later reply, whoever asked for it. Each
+    copy the manager holds or keeps at once, and every later reply, whoever asked for it. The
+    copy is read when the model is first asked about it, so that a model set to the other
+    kind as it is made never reads the first kind's copy. Each
     row is a section, with the roles \c title (empty for a section without one) and \c body
     (with the application's name in place of "#####"); Qt::DisplayRole, named \c display,
     gives the title, else the body. A reply changes, adds and removes rows rather than
