@@ -15,8 +15,10 @@
 #include <Tovra.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -182,7 +184,8 @@ Stalls measure(const QByteArray &json)
 
 // The size ladder: one viewer opened on a document kept from an earlier launch, in a
 // process of its own, timed to its first frame with rows in it, then scrolled to its end
-// with the End key.
+// with the End key. The process that wrote the copy is not the one that opens it, so that
+// the open pays for what a launch pays for: no memory of the writer's to reuse.
 struct Opened
 {
     double firstFrame = 0;
@@ -191,18 +194,24 @@ struct Opened
     double peakMiB = 0;
 };
 
-Opened openFromCache(const QString &viewer, const QByteArray &json, const QString &scratch)
+// Keeps \a json as the kit keeps a reply, its text as it came in an array, for the Terms of
+// Service; and writes it to \a jsonPath for the QTextBrowser, which reads the same document
+// from a file of its own as its host would.
+void keepForNextLaunch(const QByteArray &json, const QString &jsonPath)
 {
     removeKeptCopies();
-    keepCopy(kTVRTermsOfServiceDataPath, QJsonDocument::fromJson(json).object());
-    // The QTextBrowser reads the same document from a file of its own, as its host would.
-    const QString jsonPath = scratch + QStringLiteral("/terms.json");
-    QFile file(jsonPath);
-    if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size())
-        qFatal("cannot write %s", qPrintable(jsonPath));
-    file.close();
-    TVRDocumentManager::sharedInstance()->setTermsOfService(nullptr);
+    const auto write = [](const QString &path, const QByteArray &text) {
+        QFile file(path);
+        if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
+            || file.write(text) != text.size())
+            qFatal("cannot write %s", qPrintable(path));
+    };
+    write(keptCopyPath(kTVRTermsOfServiceDataPath), '[' + json + ']');
+    write(jsonPath, json);
+}
 
+Opened openFromCache(const QString &viewer, const QString &jsonPath)
+{
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     std::unique_ptr<QWidget> widget;
     TVRTableView *table = nullptr;
@@ -310,6 +319,8 @@ int ladder(QTextStream &out, const QString &jsonPath)
                .arg(QStringLiteral("End ms"), 9)
                .arg(QStringLiteral("peak MiB"), 9);
     QJsonObject report;
+    QTemporaryDir scratch;
+    const QString documentPath = scratch.filePath(QStringLiteral("terms.json"));
     struct Step
     {
         const char *name;
@@ -324,13 +335,12 @@ int ladder(QTextStream &out, const QString &jsonPath)
                           {"1 MB body", 1, 1024 * 1024}};
     for (const Step &step : steps) {
         const char *stepName = step.name;
+        keepForNextLaunch(documentOfBodies(step.sections, step.bodyBytes), documentPath);
         for (const QString &viewer : viewers) {
             QList<double> frames, stalls, ends, peaks;
             for (int run = 0; run < 3; ++run) {
                 QProcess probe;
-                probe.start(QCoreApplication::applicationFilePath(),
-                            {QStringLiteral("--open"), viewer, QString::number(step.sections),
-                             QString::number(step.bodyBytes)});
+                probe.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--open"), viewer, documentPath});
                 probe.waitForFinished(120000);
                 const QList<QByteArray> parts = probe.readAllStandardOutput().trimmed().split(' ');
                 if (parts.size() != 4)
@@ -378,19 +388,25 @@ int main(int argc, char *argv[])
     TVRManager::setAPIKey(QStringLiteral("a"), QStringLiteral("b"));
     QTextStream out(stdout);
     const QStringList args = app.arguments();
-    // --open VIEWER SECTIONS BODY-BYTES: one step of the size ladder, printed as
-    // "first-frame stall peak".
+    // --open VIEWER JSON-FILE: one step of the size ladder, on the copy kept and the file
+    // written by the ladder, printed as "first-frame stall End peak".
     const qsizetype openAt = args.indexOf(QStringLiteral("--open"));
     if (openAt > 0) {
         // The screen's own fetch goes nowhere: only the kept copy is shown.
         LoopbackSession offline;
         offline.routeToClosedPort(TVRNetworkManager::baseURLComponents().host());
         TVRDocumentManager::sharedInstance()->setSession(&offline);
-        QTemporaryDir scratch;
-        const QByteArray json = documentOfBodies(args.value(openAt + 2).toInt(), args.value(openAt + 3).toInt());
-        const Opened opened = openFromCache(args.value(openAt + 1), json, scratch.path());
+        const Opened opened = openFromCache(args.value(openAt + 1), args.value(openAt + 2));
         out << opened.firstFrame << ' ' << opened.stall << ' ' << opened.end << ' ' << opened.peakMiB << Qt::endl;
         TVRDocumentManager::sharedInstance()->setSession(nullptr);
+        return 0;
+    }
+    // --keep SECTIONS BODY-BYTES JSON-FILE: what the ladder keeps before a step, for one
+    // step's --open to be profiled alone.
+    const qsizetype keepAt = args.indexOf(QStringLiteral("--keep"));
+    if (keepAt > 0) {
+        keepForNextLaunch(documentOfBodies(args.value(keepAt + 1).toInt(), args.value(keepAt + 2).toInt()),
+                          args.value(keepAt + 3));
         return 0;
     }
     // --ladder: every viewer at every step, each in a process of its own.
