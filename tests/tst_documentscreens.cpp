@@ -277,13 +277,16 @@ private Q_SLOTS:
         QCOMPARE(privacy->navigationController()->navigationBar()->findChild<QLabel *>()->text(), u"Privacy Policy"_s);
 
         // The screen shown last is the manager's delegate. A new Terms of Service arrives: the
-        // privacy screen hears of it, the terms screen not.
+        // privacy screen hears of it and, its own document unchanged, leaves its rows as they
+        // are; the terms screen hears nothing.
         QCOMPARE(manager()->delegate(), privacy);
         serve(u"New terms"_s, 2, u"2020-01-31T12:00:00.000+0000"_s);
         terms->headerView()->dateLabel()->setText(u"unchanged"_s);
         privacy->headerView()->dateLabel()->setText(u"unchanged"_s);
         manager()->fetchTermsOfService();
-        QTRY_COMPARE(privacy->headerView()->dateLabel()->text(), u"Tuesday, July 4, 2017"_s);
+        QTRY_COMPARE(manager()->termsOfService()->title(), u"New terms"_s);
+        QCoreApplication::processEvents();
+        QCOMPARE(privacy->headerView()->dateLabel()->text(), u"unchanged"_s);
         QCOMPARE(terms->headerView()->dateLabel()->text(), u"unchanged"_s);
 
         // Told of a completion, even one without success, the terms screen shows what the
@@ -292,6 +295,23 @@ private Q_SLOTS:
         terms->managerDidFinishWithSuccess(manager(), false);
         QTRY_COMPARE(terms->headerView()->dateLabel()->text(), u"Friday, January 31, 2020"_s);
         QCOMPARE(terms->tableView()->numberOfSections(), 2);
+
+        // A reply of the text the rows were loaded from leaves them as they are: a body being
+        // edited keeps the focus and what was typed in it.
+        manager()->setDelegate(terms);
+        terms->window()->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(terms->window()));
+        auto *body = static_cast<TVRSectionBodyTableViewCell *>(terms->tableView()->cellForRowAtIndexPath({0, 1}));
+        QTest::mouseClick(body->childAt(20, 10), Qt::LeftButton, {}, QPoint(10, 5));
+        QTest::keyClicks(QApplication::focusWidget(), u"typed "_s);
+        const qsizetype requests = m_server.requests().size();
+        manager()->fetchTermsOfService();
+        QTRY_COMPARE(m_server.requests().size(), requests + 1);
+        QTRY_COMPARE(m_session.liveReplies(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(QApplication::focusWidget(), body->bodyTextView());
+        QVERIFY2(body->bodyTextView()->toPlainText().contains(u"typed "_s),
+                 qPrintable(body->bodyTextView()->toPlainText().left(40)));
     }
 
     void modality_data()

@@ -34,14 +34,14 @@ public:
 
     const QString path;
 
-    void finish(std::optional<QJsonValue> read)
+    void finish(std::optional<TVRJSONStore::Read> read)
     {
         const std::lock_guard lock(mutex);
         value = std::move(read);
         done = true;
         finished.notify_all();
     }
-    std::optional<QJsonValue> wait()
+    std::optional<TVRJSONStore::Read> wait()
     {
         std::unique_lock lock(mutex);
         finished.wait(lock, [this] { return done; });
@@ -52,7 +52,7 @@ private:
     std::mutex mutex;
     std::condition_variable finished;
     bool done = false;
-    std::optional<QJsonValue> value;
+    std::optional<TVRJSONStore::Read> value;
 };
 
 // Below this size a copy is read in less time than it takes a thread to pick the read up.
@@ -68,19 +68,22 @@ QThreadPool *readers()
     return pool;
 }
 
-// One of the two documents: where it is fetched, where its copy is kept, what is held, and
-// the copy being read ahead while nothing is.
+// One of the two documents: where it is fetched, where its copy is kept, what is held and
+// the hash of the text it was made from (0 for a document set), and the copy being read
+// ahead while nothing is held.
 struct DocumentSlot
 {
     const QString &path;
     const QString &cacheKey;
     std::shared_ptr<TVRDocument> held;
+    size_t heldTextHash;
     std::shared_ptr<KeptCopyRead> reading;
 
     // A document held from now on makes any copy read before it out of date.
-    void hold(std::shared_ptr<TVRDocument> document)
+    void hold(std::shared_ptr<TVRDocument> document, size_t textHash = 0)
     {
         held = std::move(document);
+        heldTextHash = textHash;
         reading.reset();
     }
 };
@@ -93,8 +96,8 @@ class TVRDocumentManagerPrivate
 {
 public:
     TVRWeakDelegate<TVRDocumentManagerDelegate> delegate;
-    DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr, nullptr};
-    DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr, nullptr};
+    DocumentSlot termsOfService{kTVRTermsOfServiceURLPath, kTVRTermsOfServiceDataPath, nullptr, 0, nullptr};
+    DocumentSlot privacyPolicy{kTVRPrivacyPolicyURLPath, kTVRPrivacyPolicyDataPath, nullptr, 0, nullptr};
 
     DocumentSlot &slot(Kind kind) { return kind == Kind::TermsOfService ? termsOfService : privacyPolicy; }
 
@@ -117,7 +120,12 @@ void TVRDocumentManagerPrivate::fetch(TVRDocumentManager *manager, Kind kind)
             }
             if (!guard)
                 return;
-            guard->d->slot(kind).hold(std::make_shared<TVRDocument>(reply));
+            // A reply of the very text the held document was made from leaves that document
+            // held, so that what shows it has nothing to change.
+            DocumentSlot &documentSlot = guard->d->slot(kind);
+            const size_t textHash = TVRJSONStore::textHash(response.body());
+            if (!documentSlot.held || textHash != documentSlot.heldTextHash)
+                documentSlot.hold(std::make_shared<TVRDocument>(reply), textHash);
             if (TVRDocumentManagerDelegate *delegate = guard->d->delegate.get())
                 delegate->managerDidFinishWithSuccess(guard, true);
             if (guard)
@@ -138,14 +146,14 @@ std::shared_ptr<TVRDocument> TVRDocumentManagerPrivate::document(Kind kind)
     DocumentSlot &documentSlot = slot(kind);
     if (!documentSlot.held) {
         // A copy read ahead is taken if it was read from the file that keeps it now.
-        std::optional<QJsonValue> cached;
+        std::optional<TVRJSONStore::Read> cached;
         if (documentSlot.reading && documentSlot.reading->path == TVRJSONStore::fileFor(documentSlot.cacheKey))
             cached = documentSlot.reading->wait();
-        documentSlot.reading.reset();
         if (!cached)
             cached = TVRJSONStore::read(documentSlot.cacheKey);
-        if (!cached->isUndefined())
-            documentSlot.held = std::make_shared<TVRDocument>(*cached);
+        if (!cached->value.isUndefined())
+            documentSlot.hold(std::make_shared<TVRDocument>(cached->value), cached->textHash);
+        documentSlot.reading.reset();
     }
     return documentSlot.held;
 }

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHashFunctions>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -74,20 +75,30 @@ QString TVRJSONStore::fileFor(const QString &key)
         + QStringLiteral(".json");
 }
 
-std::optional<QJsonValue> TVRJSONStore::readFile(const QString &path)
+std::optional<TVRJSONStore::Read> TVRJSONStore::readFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    return unwrap(QJsonDocument::fromJson(readWhole(file)));
+    const QByteArray bytes = readWhole(file);
+    Read read{unwrap(QJsonDocument::fromJson(bytes))};
+    // A value written from its text is that text in brackets.
+    if (!read.value.isUndefined() && bytes.startsWith('[') && bytes.endsWith(']'))
+        read.textHash = textHash(QByteArrayView(bytes).sliced(1, bytes.size() - 2));
+    return read;
 }
 
-QJsonValue TVRJSONStore::read(const QString &key)
+size_t TVRJSONStore::textHash(QByteArrayView text)
+{
+    return std::max<size_t>(1, qHash(text, QHashSeed::globalSeed()));
+}
+
+TVRJSONStore::Read TVRJSONStore::read(const QString &key)
 {
     const QString path = fileFor(key);
-    if (std::optional<QJsonValue> value = readFile(path))
-        return *value;
-    return QFile::exists(path) ? QJsonValue(QJsonValue::Undefined) : readFromSettings(key);
+    if (std::optional<Read> read = readFile(path))
+        return *read;
+    return {QFile::exists(path) ? QJsonValue(QJsonValue::Undefined) : readFromSettings(key)};
 }
 
 bool TVRJSONStore::write(const QString &key, const QJsonValue &value, const QByteArray &text)

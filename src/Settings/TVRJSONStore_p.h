@@ -4,6 +4,7 @@
 #ifndef TVRJSONSTORE_P_H
 #define TVRJSONSTORE_P_H
 
+#include <QByteArrayView>
 #include <QJsonValue>
 #include <QString>
 
@@ -20,13 +21,21 @@
 */
 namespace TVRJSONStore {
 
+// A value read back, and the textHash() of the text it was written from; 0 when it was not.
+struct Read
+{
+    QJsonValue value;
+    size_t textHash = 0;
+};
 // The value kept under \a key; undefined when there is none or it cannot be read. A key
 // never written here is looked up in the host's default QSettings, where release 1.0 kept
 // it as JSON text.
-QJsonValue read(const QString &key);
+Read read(const QString &key);
 // The value kept in the file \a path, undefined when it holds none; nullopt when the file
 // cannot be opened. Touches nothing but the file, so it may run on any thread.
-std::optional<QJsonValue> readFile(const QString &path);
+std::optional<Read> readFile(const QString &path);
+// What tells a text from another within this process; 0 is for no text.
+size_t textHash(QByteArrayView text);
 // Keeps \a value under \a key; false when the file could not be written. \a text, when
 // given, is the JSON text that \a value was parsed from, which is then written as it is.
 bool write(const QString &key, const QJsonValue &value, const QByteArray &text = {});

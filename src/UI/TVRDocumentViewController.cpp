@@ -28,6 +28,7 @@ public:
     QString titleOnLoad;
     QPointer<TVRHeaderView> headerView;
     QPointer<TVRTableView> tableView;
+    std::shared_ptr<TVRDocument> loaded; // the document the table last loaded its rows from
 };
 
 namespace {
@@ -182,7 +183,9 @@ TVRSectionList TVRDocumentViewController::sections() const
 
 int TVRDocumentViewController::numberOfSectionsInTableView(TVRTableView *)
 {
-    return int(sections().size());
+    // Asked as the table loads its rows.
+    d->loaded = documentOf(TVRDocumentManager::sharedInstance());
+    return d->loaded ? int(d->loaded->sections().size()) : 0;
 }
 
 int TVRDocumentViewController::tableViewNumberOfRowsInSection(TVRTableView *, int section)
@@ -251,8 +254,13 @@ TVRTableViewCell *TVRDocumentViewController::tableViewCellForRowAtIndexPath(TVRT
 
 void TVRDocumentViewController::managerDidFinishWithSuccess(TVRDocumentManager *manager, bool)
 {
-    // Whatever the flag says, the screen shows what the manager now holds.
-    const QString text = dateText(documentOf(manager));
+    // Whatever the flag says, the screen shows what the manager now holds. A reply that left
+    // the document the rows were loaded from held leaves them as they are: the reader's place
+    // and focus, and any text being edited in them.
+    const std::shared_ptr<TVRDocument> document = documentOf(manager);
+    if (document && document == d->loaded)
+        return;
+    const QString text = dateText(document);
     QMetaObject::invokeMethod(
         this,
         [this, text] {
