@@ -40,7 +40,10 @@ TOVRA_EXPORT extern const QString kTVRPrivacyPolicyDataPath;
     before the delegate and the listeners hear of the reply, so an application that ends,
     or is killed, at any moment after that finds it at its next launch. While no document
     is held, termsOfService() and privacyPolicy() read that copy, or the one that release
-    1.0 kept in the host's default QSettings. The kit never removes the copies.
+    1.0 kept in the host's default QSettings. The kit never removes the copies. A reply of
+    the very text that the document held was made from, a reply or a kept copy, leaves that
+    document held rather than an equal new one, so that what shows it can tell that nothing
+    changed.
 
     The delegate hears of every reply and transport failure, for both documents. Call the
     manager from the thread of its session; the delegate is called on that thread too.
