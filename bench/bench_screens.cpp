@@ -433,7 +433,13 @@ double fetchToRefresh(const QByteArray &json, int runs)
 {
     TestHttpsServer server;
     server.start();
-    server.reply(TestReply::json(200, json));
+    // Each reply brings the document changed, as a refresh does: a reply of the text shown
+    // leaves the table as it is. The two texts take turns.
+    QJsonObject changed = QJsonDocument::fromJson(json).object();
+    changed.insert(QStringLiteral("updatedAt"), QStringLiteral("2019-01-02T03:04:05.000+0000"));
+    const QList<QByteArray> texts{json, QJsonDocument(changed).toJson(QJsonDocument::Compact)};
+    server.setHandler(
+        [texts, next = 0](const TestRequest &) mutable { return TestReply::json(200, texts[next++ % 2]); });
     TestSession session;
     session.route(TVRNetworkManager::baseURLComponents().host(), server.port());
     TVRDocumentManager *documents = TVRDocumentManager::sharedInstance();
