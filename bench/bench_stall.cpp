@@ -302,7 +302,7 @@ Opened openFromCache(const QString &viewer, const QString &jsonPath)
     return opened;
 }
 
-// Runs every step of the size ladder for every viewer, three processes each, and prints
+// Runs every step of the size ladder for every viewer, five processes each, and prints
 // the medians side by side; with \a jsonPath, adds them to that file's object.
 int ladder(QTextStream &out, const QString &jsonPath)
 {
@@ -338,7 +338,7 @@ int ladder(QTextStream &out, const QString &jsonPath)
         keepForNextLaunch(documentOfBodies(step.sections, step.bodyBytes), documentPath);
         for (const QString &viewer : viewers) {
             QList<double> frames, stalls, ends, peaks;
-            for (int run = 0; run < 3; ++run) {
+            for (int run = 0; run < 5; ++run) {
                 QProcess probe;
                 probe.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--open"), viewer, documentPath});
                 probe.waitForFinished(120000);
