@@ -110,6 +110,9 @@ private Q_SLOTS:
         QCOMPARE(model.title(), u"Privacy"_s);
         removeKeptCopies();
         QVERIFY(!manager->termsOfService());
+        // Set to another kind once read, it shows that one.
+        model.setKind(TVRDocumentModel::TermsOfService);
+        QCOMPARE(model.title(), QString());
     }
 
     void refreshChangesOnlyWhatChanged_data()
