@@ -53,15 +53,17 @@ const QHash<QString, std::pair<QString, QString>> scripts{
 
 // A document of \a name's script: titled sections with bodies of one, three and eight
 // sentences and an untitled one, after, when asked, a titled one whose body is \a longBody
-// characters long, in paragraphs of eight sentences, each followed by one of two sentences in
-// the other direction.
+// characters long: its first half in paragraphs of eight sentences, each followed by one of
+// two sentences in the other direction, its second half one paragraph.
 std::shared_ptr<TVRDocument> document(const QString &name, int longBody = 0)
 {
     const auto [heading, sentence] = scripts.value(name);
     const QString other = scripts.value(sentence.isRightToLeft() ? u"Latin"_s : u"Arabic"_s).second;
     QStringList paragraphs;
-    for (int length = 0; length < longBody; length += paragraphs.last().size() + 1)
+    for (int length = 0; length < longBody / 2; length += paragraphs.last().size() + 1)
         paragraphs << (paragraphs.size() % 2 ? other.repeated(2) : sentence.repeated(8)).trimmed();
+    if (longBody)
+        paragraphs << sentence.repeated(longBody / int(sentence.size()));
     QJsonArray sections;
     if (longBody)
         sections.append(QJsonObject{{u"title"_s, heading}, {u"body"_s, paragraphs.join(u'\n').left(longBody)}});
