@@ -112,7 +112,8 @@ qint32 statusOfError(const QDBusMessage &reply, qint32 missing)
         return missing;
     if (name == QLatin1String("org.freedesktop.DBus.Error.AccessDenied"))
         return errSecAuthFailed;
-    switch (reply.type() == QDBusMessage::ErrorMessage ? QDBusError(reply).type() : QDBusError::Other) {
+    // A reply that is no error message has no error type, and reads as an input or output error.
+    switch (QDBusError(reply).type()) {
     case QDBusError::NoReply:
     case QDBusError::Timeout:
     case QDBusError::TimedOut:
