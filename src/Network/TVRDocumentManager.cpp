@@ -56,7 +56,7 @@ private:
 };
 
 // Below this size a copy is read in less time than it takes a thread to pick the read up.
-constexpr qint64 readAheadSize = 256 * 1024;
+constexpr qint64 readAheadSize = qint64(256) * 1024;
 
 // The kit's own readers, so that a host's busy global pool never holds a read back. The
 // application owns them and, as it ends, waits for a read in flight.

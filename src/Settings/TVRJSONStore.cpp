@@ -54,10 +54,11 @@ QByteArray readWhole(QFile &file)
     const qint64 page = sysconf(_SC_PAGESIZE);
     if (size >= 16 * page) {
         QByteArray bytes(size, Qt::Uninitialized);
-        const quintptr first = (quintptr(bytes.data()) + page - 1) / page * page;
-        const quintptr end = (quintptr(bytes.data()) + size) / page * page;
+        // The whole pages within the buffer.
+        char *const first = bytes.data() + (page - qint64(quintptr(bytes.data()) % page)) % page;
+        char *const end = bytes.data() + size - qint64((quintptr(bytes.data()) + size) % page);
         // Without it, the read faults the pages in one by one, as it would anyway.
-        madvise(reinterpret_cast<void *>(first), end - first, MADV_POPULATE_WRITE);
+        madvise(first, size_t(end - first), MADV_POPULATE_WRITE);
         const qint64 read = file.read(bytes.data(), size);
         bytes.resize(std::max<qint64>(read, 0));
         bytes.append(file.readAll()); // what was added since its size was read
