@@ -34,9 +34,13 @@ set(TOVRA_CORE_SOURCES
     Model/TVRDateFormatter.cpp
     Model/TVRDateFormatter_p.h
     Model/TVRDocument.cpp
+    Model/TVRDocument_p.h
+    Model/TVRJSONIndex.cpp
+    Model/TVRJSONIndex_p.h
     Model/TVRJSONText.cpp
     Model/TVRJSONText_p.h
     Model/TVRSection.cpp
+    Model/TVRSection_p.h
     Network/TVRAgreementManager.cpp
     Network/TVRAgreementManagerDelegate.cpp
     Network/TVRDocumentManager.cpp

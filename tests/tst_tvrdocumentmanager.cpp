@@ -46,6 +46,15 @@ QByteArray sampleReply(const QString &title, const QString &updatedAt = u"2016-0
     return QJsonDocument(reply).toJson(QJsonDocument::Compact);
 }
 
+// Everything a screen reads of \a document.
+QStringList readOut(TVRDocument &document)
+{
+    QStringList texts{document.identifier(), document.title(), document.date().toString(Qt::ISODateWithMs)};
+    for (const auto &section : document.sections())
+        texts << section->title() << section->body();
+    return texts;
+}
+
 } // namespace
 
 class tst_TVRDocumentManager : public QObject
@@ -114,6 +123,49 @@ private Q_SLOTS:
         // Setting a document keeps no copy of it.
         m_manager->setTermsOfService(std::make_shared<TVRDocument>(QJsonObject()));
         QVERIFY(keptCopy(kTVRTermsOfServiceDataPath).isUndefined());
+    }
+
+    // The copy read at the next launch reads exactly as the reply it keeps.
+    void keptCopyReadsAsItsReply_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+
+        const QByteArray date = R"("updatedAt":"2016-03-01T12:30:00.000+0100")";
+        QTest::newRow("sample") << sampleReply(u"Terms"_s);
+        QTest::newRow("escapes, scripts")
+            << "{\"title\":\"\\\"Q\\\" \\\\ \\/ \\b\\f\\n\\r\\t \\u00e9\\u4e2d \\ud83d\\ude00\"," + date
+                + R"(,"sections":[{"title":"مرحبا שלום 中文 😀","body":"a\u0000b ##### é"}]})";
+        QTest::newRow("other kinds") << QByteArray(
+            R"({"_id":42,"title":null,"updatedAt":false,"sections":[{"title":[1,-0.5,{"a":true}],"body":{"b":null}},7,"x",null,[]]})");
+        QTest::newRow("repeated keys") << R"({"title":"A","sections":[{"body":"1"}],"title":"B",)" + date
+                + R"(,"sections":1,"sections":[{"title":"T","title":"U","body":""}]})";
+        QTest::newRow("no sections") << R"({"title":"A",)" + date + R"(,"sections":{"body":"B"}})";
+        QTest::newRow("spaces") << " \n{ \"title\" :\t\"A\" , " + date
+                + " ,\"sections\" : [ { } , { \"body\" : \"B\" } ] }\r\n";
+        QTest::newRow("not an object") << QByteArray(R"(["a", {"title": "A"}])");
+        // Read whole, not indexed.
+        QTest::newRow("lone surrogate") << R"({"title":"\ud800 \udc00",)" + date + "}";
+        QTest::newRow("control character") << "{\"title\":\"a\tb\"," + date + "}";
+        QTest::newRow("exponent, long number")
+            << R"({"title":1e2,)" + date + R"(,"sections":[{"body":12345678901234567890}]})";
+        QTest::newRow("escaped key") << R"({"t\u0069tle":"A",)" + date + "}";
+        QTest::newRow("deep") << R"({"sections":[{"body":)" + QByteArray(100, '[') + QByteArray(100, ']') + "}]," + date
+                + "}";
+    }
+
+    void keptCopyReadsAsItsReply()
+    {
+        QFETCH(QByteArray, reply);
+
+        RecordingDelegate delegate;
+        m_server.reply(TestReply::json(200, reply));
+        QVERIFY(fetchTerms(delegate));
+        QCOMPARE(delegate.calls, QStringList{u"finished"_s});
+        const QStringList fetched = readOut(*m_manager->termsOfService());
+        m_manager = std::make_unique<TVRDocumentManager>(); // the next launch
+        const auto kept = m_manager->termsOfService();
+        QVERIFY(kept);
+        QCOMPARE(readOut(*kept), fetched);
     }
 
     // A copy large enough to be read on another thread, as the screens have it read as they are

@@ -1,25 +1,41 @@
 // SPDX-FileCopyrightText: 2026 The Tovra authors
 // SPDX-License-Identifier: MIT
 
-#include "TVRDocument.h"
+#include "TVRDocument_p.h"
 
 #include "TVRDateFormatter_p.h"
 #include "TVRJSONText_p.h"
+#include "TVRSection_p.h"
 #include "TVRSettings_p.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
-class TVRDocumentPrivate
+std::shared_ptr<TVRDocument> TVRDocumentPrivate::fromKeptText(const QByteArray &text, qsizetype decodeFirst)
 {
-public:
-    QJsonObject dictionary;
-    std::optional<TVRSectionList> sections;
-    // Kept for the setters only; the getters answer from the dictionary.
-    QString identifier;
-    QString title;
-    QDateTime date;
-};
+    std::optional<TVRJSONIndex::Document> where = TVRJSONIndex::indexKept(text);
+    if (!where)
+        return nullptr;
+    auto d = std::make_unique<TVRDocumentPrivate>();
+    d->text = text;
+    d->where = std::move(where);
+    if (decodeFirst > 0) {
+        TVRSectionList sections;
+        sections.reserve(d->where->sections.size());
+        qsizetype before = 0;
+        for (const TVRJSONIndex::Section &section : std::as_const(d->where->sections)) {
+            sections.append(TVRSectionPrivate::make(text, section, before < decodeFirst));
+            before += section.title.end - section.title.begin + section.body.end - section.body.begin;
+        }
+        d->sections = std::move(sections);
+    }
+    return std::shared_ptr<TVRDocument>(new TVRDocument(std::move(d)));
+}
+
+QJsonValue TVRDocumentPrivate::value(const QString &key, TVRJSONIndex::Value TVRJSONIndex::Document::*field) const
+{
+    return where ? TVRJSONIndex::decode(text, (*where).*field) : dictionary.value(key);
+}
 
 TVRDocument::TVRDocument(const QJsonValue &dictionary)
     : d(std::make_unique<TVRDocumentPrivate>())
@@ -27,11 +43,16 @@ TVRDocument::TVRDocument(const QJsonValue &dictionary)
     d->dictionary = dictionary.toObject();
 }
 
+TVRDocument::TVRDocument(std::unique_ptr<TVRDocumentPrivate> d)
+    : d(std::move(d))
+{
+}
+
 TVRDocument::~TVRDocument() = default;
 
 QString TVRDocument::identifier() const
 {
-    return TVRJSONText::read(d->dictionary, QStringLiteral("_id"));
+    return TVRJSONText::text(d->value(QStringLiteral("_id"), &TVRJSONIndex::Document::identifier));
 }
 
 void TVRDocument::setIdentifier(const QString &identifier)
@@ -41,7 +62,7 @@ void TVRDocument::setIdentifier(const QString &identifier)
 
 QString TVRDocument::title() const
 {
-    return TVRJSONText::read(d->dictionary, QStringLiteral("title"));
+    return TVRJSONText::text(d->value(QStringLiteral("title"), &TVRJSONIndex::Document::title));
 }
 
 void TVRDocument::setTitle(const QString &title)
@@ -51,7 +72,7 @@ void TVRDocument::setTitle(const QString &title)
 
 QDateTime TVRDocument::date() const
 {
-    const QJsonValue updatedAt = d->dictionary.value(QStringLiteral("updatedAt"));
+    const QJsonValue updatedAt = d->value(QStringLiteral("updatedAt"), &TVRJSONIndex::Document::updatedAt);
     if (updatedAt.isUndefined())
         return QDateTime::currentDateTime();
     // Only a text can name a date; JSON null and other kinds read as no date.
@@ -75,10 +96,16 @@ TVRSectionList TVRDocument::sections()
 {
     if (!d->sections) {
         TVRSectionList sections;
-        const QJsonArray elements = d->dictionary.value(QStringLiteral("sections")).toArray();
-        sections.reserve(elements.size());
-        for (const auto &element : elements)
-            sections.append(std::make_shared<TVRSection>(element));
+        if (d->where) {
+            sections.reserve(d->where->sections.size());
+            for (const TVRJSONIndex::Section &where : std::as_const(d->where->sections))
+                sections.append(TVRSectionPrivate::make(d->text, where));
+        } else {
+            const QJsonArray elements = d->dictionary.value(QStringLiteral("sections")).toArray();
+            sections.reserve(elements.size());
+            for (const auto &element : elements)
+                sections.append(std::make_shared<TVRSection>(element));
+        }
         d->sections = std::move(sections);
     }
     return *d->sections;

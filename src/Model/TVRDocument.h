@@ -82,6 +82,9 @@ public:
     void setSections(std::optional<TVRSectionList> sections);
 
 private:
+    friend class TVRDocumentPrivate;
+    explicit TVRDocument(std::unique_ptr<TVRDocumentPrivate> d);
+
     std::unique_ptr<TVRDocumentPrivate> const d;
 };
 

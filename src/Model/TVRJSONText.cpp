@@ -6,9 +6,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-QString TVRJSONText::read(const QJsonObject &object, const QString &key)
+QString TVRJSONText::text(const QJsonValue &value)
 {
-    const QJsonValue value = object.value(key);
     switch (value.type()) {
     case QJsonValue::Undefined:
         return {};

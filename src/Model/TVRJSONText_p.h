@@ -4,16 +4,16 @@
 #ifndef TVRJSONTEXT_P_H
 #define TVRJSONTEXT_P_H
 
-#include <QJsonObject>
+#include <QJsonValue>
 #include <QString>
 
-// How the model reads a text out of a JSON object.
+// How the model reads a text out of a JSON value.
 class TVRJSONText
 {
 public:
-    // Null when \a key is missing, empty for JSON null, the text itself for a string, and
-    // the compact JSON text of anything else.
-    static QString read(const QJsonObject &object, const QString &key);
+    // Null for an undefined value (a missing key), empty for JSON null, the text itself for
+    // a string, and the compact JSON text of anything else.
+    static QString text(const QJsonValue &value);
 };
 
 #endif

@@ -50,6 +50,9 @@ public:
     void setBody(const QString &body);
 
 private:
+    friend class TVRSectionPrivate;
+    explicit TVRSection(std::unique_ptr<TVRSectionPrivate> d);
+
     std::unique_ptr<TVRSectionPrivate> const d;
 };
 

@@ -3,6 +3,7 @@
 
 #include "TVRDocumentManager.h"
 
+#include "TVRDocument_p.h"
 #include "TVRDocumentManagerDelegate.h"
 #include "TVRJSONStore_p.h"
 #include "TVRLogging_p.h"
@@ -23,6 +24,30 @@ const QString kTVRPrivacyPolicyDataPath = QStringLiteral("kTVRPrivacyPolicyDataP
 
 namespace {
 
+// A kept copy's document, and the hash of the text it was made from.
+struct Kept
+{
+    std::shared_ptr<TVRDocument> document;
+    size_t textHash = 0;
+};
+
+// About as much text as the tallest screen shows at once.
+constexpr qsizetype firstScreenCharacters = 16 * 1024;
+
+// The document in a kept copy, null when it keeps none. Plain JSON text is only indexed, and
+// its texts are decoded as they are read, but for those shown first; anything else is parsed
+// whole.
+Kept keptDocument(const TVRJSONStore::Read &read)
+{
+    std::shared_ptr<TVRDocument> document = TVRDocumentPrivate::fromKeptText(read.text, firstScreenCharacters);
+    if (!document) {
+        const QJsonValue value = TVRJSONStore::valueOf(read.text);
+        if (!value.isUndefined())
+            document = std::make_shared<TVRDocument>(value);
+    }
+    return {document, document ? read.textHash : 0};
+}
+
 // A kept copy read on a thread of the pool below, shared by that thread and the manager.
 class KeptCopyRead
 {
@@ -34,14 +59,14 @@ public:
 
     const QString path;
 
-    void finish(std::optional<TVRJSONStore::Read> read)
+    void finish(std::optional<Kept> read)
     {
         const std::lock_guard lock(mutex);
         value = std::move(read);
         done = true;
         finished.notify_all();
     }
-    std::optional<TVRJSONStore::Read> wait()
+    std::optional<Kept> wait()
     {
         std::unique_lock lock(mutex);
         finished.wait(lock, [this] { return done; });
@@ -52,7 +77,7 @@ private:
     std::mutex mutex;
     std::condition_variable finished;
     bool done = false;
-    std::optional<TVRJSONStore::Read> value;
+    std::optional<Kept> value;
 };
 
 // Below this size a copy is read in less time than it takes a thread to pick the read up.
@@ -146,13 +171,13 @@ std::shared_ptr<TVRDocument> TVRDocumentManagerPrivate::document(Kind kind)
     DocumentSlot &documentSlot = slot(kind);
     if (!documentSlot.held) {
         // A copy read ahead is taken if it was read from the file that keeps it now.
-        std::optional<TVRJSONStore::Read> cached;
+        std::optional<Kept> cached;
         if (documentSlot.reading && documentSlot.reading->path == TVRJSONStore::fileFor(documentSlot.cacheKey))
             cached = documentSlot.reading->wait();
         if (!cached)
-            cached = TVRJSONStore::read(documentSlot.cacheKey);
-        if (!cached->value.isUndefined())
-            documentSlot.hold(std::make_shared<TVRDocument>(cached->value), cached->textHash);
+            cached = keptDocument(TVRJSONStore::read(documentSlot.cacheKey));
+        if (cached->document)
+            documentSlot.hold(cached->document, cached->textHash);
         documentSlot.reading.reset();
     }
     return documentSlot.held;
@@ -238,5 +263,8 @@ void TVRDocumentManager::readAhead(Document document)
     if (QFileInfo(file).size() < readAheadSize)
         return;
     documentSlot.reading = std::make_shared<KeptCopyRead>(file);
-    readers()->start([read = documentSlot.reading] { read->finish(TVRJSONStore::readFile(read->path)); });
+    readers()->start([read = documentSlot.reading] {
+        const std::optional<TVRJSONStore::Read> text = TVRJSONStore::readFile(read->path);
+        read->finish(text ? std::optional<Kept>(keptDocument(*text)) : std::nullopt);
+    });
 }

@@ -30,18 +30,18 @@ QJsonValue unwrap(const QJsonDocument &document)
     return document.array().first();
 }
 
-// Release 1.0 kept a copy as compact JSON text in the default QSettings.
-QJsonValue readFromSettings(const QString &key)
+// Release 1.0 kept a copy as compact JSON text in the default QSettings. Only an object or
+// an array was kept there.
+QByteArray readFromSettings(const QString &key)
 {
     const QVariant entry = QSettings().value(key);
     if (!entry.isValid())
-        return QJsonValue(QJsonValue::Undefined);
+        return {};
     const QJsonDocument document = QJsonDocument::fromJson(entry.toString().toUtf8());
-    if (document.isArray())
-        return document.array();
-    if (document.isObject())
-        return document.object();
-    return QJsonValue(QJsonValue::Undefined);
+    if (!document.isArray() && !document.isObject())
+        return {};
+    const QJsonValue value = document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
+    return QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
 }
 
 // The whole of \a file. Each page of memory new to the process costs a fault when it is
@@ -81,12 +81,16 @@ std::optional<TVRJSONStore::Read> TVRJSONStore::readFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    const QByteArray bytes = readWhole(file);
-    Read read{unwrap(QJsonDocument::fromJson(bytes))};
+    Read read{readWhole(file)};
     // A value written from its text is that text in brackets.
-    if (!read.value.isUndefined() && bytes.startsWith('[') && bytes.endsWith(']'))
-        read.textHash = textHash(QByteArrayView(bytes).sliced(1, bytes.size() - 2));
+    if (read.text.startsWith('[') && read.text.endsWith(']'))
+        read.textHash = textHash(QByteArrayView(read.text).sliced(1, read.text.size() - 2));
     return read;
+}
+
+QJsonValue TVRJSONStore::valueOf(const QByteArray &text)
+{
+    return unwrap(QJsonDocument::fromJson(text));
 }
 
 size_t TVRJSONStore::textHash(QByteArrayView text)
@@ -99,7 +103,7 @@ TVRJSONStore::Read TVRJSONStore::read(const QString &key)
     const QString path = fileFor(key);
     if (std::optional<Read> read = readFile(path))
         return *read;
-    return {QFile::exists(path) ? QJsonValue(QJsonValue::Undefined) : readFromSettings(key)};
+    return {QFile::exists(path) ? QByteArray() : readFromSettings(key)};
 }
 
 bool TVRJSONStore::write(const QString &key, const QJsonValue &value, const QByteArray &text)

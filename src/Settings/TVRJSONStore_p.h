@@ -4,6 +4,7 @@
 #ifndef TVRJSONSTORE_P_H
 #define TVRJSONSTORE_P_H
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QJsonValue>
 #include <QString>
@@ -21,19 +22,21 @@
 */
 namespace TVRJSONStore {
 
-// A value read back, and the textHash() of the text it was written from; 0 when it was not.
+// A kept value as it was read: the text of a one-element array holding it, and the
+// textHash() of the text it was written from (0 when it was not).
 struct Read
 {
-    QJsonValue value;
+    QByteArray text;
     size_t textHash = 0;
 };
-// The value kept under \a key; undefined when there is none or it cannot be read. A key
-// never written here is looked up in the host's default QSettings, where release 1.0 kept
-// it as JSON text.
+// The value kept under \a key; an empty text when there is none. A key never written here is
+// looked up in the host's default QSettings, where release 1.0 kept it as JSON text.
 Read read(const QString &key);
-// The value kept in the file \a path, undefined when it holds none; nullopt when the file
-// cannot be opened. Touches nothing but the file, so it may run on any thread.
+// The value kept in the file \a path; nullopt when the file cannot be opened. Touches nothing
+// but the file, so it may run on any thread.
 std::optional<Read> readFile(const QString &path);
+// The value a Read's text holds; undefined when it holds none.
+QJsonValue valueOf(const QByteArray &text);
 // What tells a text from another within this process; 0 is for no text.
 size_t textHash(QByteArrayView text);
 // Keeps \a value under \a key; false when the file could not be written. \a text, when

@@ -7,6 +7,7 @@
 #include "TVRDocumentManager.h"
 #include "TVRHeaderView.h"
 #include "TVRPalette_p.h"
+#include "TVRSection_p.h"
 #include "TVRSectionBodyTableViewCell.h"
 #include "TVRSectionTitleTableViewCell.h"
 #include "TVRSubview_p.h"
@@ -224,7 +225,7 @@ qreal TVRDocumentViewController::tableViewEstimatedHeightForRowAtIndexPath(TVRTa
         const QFontMetricsF measured(font);
         known = {font.key(), qMax<qreal>(1, measured.averageCharWidth()), measured.height()};
     }
-    const qsizetype characters = !section ? 0 : title ? section->title().size() : section->body().size();
+    const qsizetype characters = section ? tvrSectionLengthEstimate(*section, title) : 0;
     const qreal width = tableView->viewport()->width() - (title ? 40.0 : 24.0);
     const qreal perLine = qMax<qreal>(1, std::floor(width / known.averageCharWidth));
     const qreal lines = qMax<qreal>(1, std::ceil(characters / perLine));
