@@ -32,7 +32,7 @@ struct Kept
 };
 
 // About as much text as the tallest screen shows at once.
-constexpr qsizetype firstScreenCharacters = 16 * 1024;
+constexpr qsizetype firstScreenCharacters = qsizetype(16) * 1024;
 
 // The document in a kept copy, null when it keeps none. Plain JSON text is only indexed, and
 // its texts are decoded as they are read, but for those shown first; anything else is parsed
