@@ -46,6 +46,24 @@ QByteArray sampleReply(const QString &title, const QString &updatedAt = u"2016-0
     return QJsonDocument(reply).toJson(QJsonDocument::Compact);
 }
 
+// The kit's debug lines, while one lives.
+class DebugLines
+{
+public:
+    DebugLines() { previous = qInstallMessageHandler(record); }
+    ~DebugLines() { qInstallMessageHandler(previous); }
+    static inline QStringList lines;
+
+private:
+    static inline QtMessageHandler previous = nullptr;
+    static void record(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        if (type == QtDebugMsg && qstrcmp(context.category, "tovra") == 0)
+            lines << message;
+        previous(type, context, message);
+    }
+};
+
 // Everything a screen reads of \a document.
 QStringList readOut(TVRDocument &document)
 {
@@ -101,6 +119,20 @@ private Q_SLOTS:
         QTest::newRow("two values") << QByteArray(R"([{"title":"A"},{"title":"B"}])") << u"-"_s;
         QTest::newRow("no value") << QByteArray("[]") << u"-"_s;
         QTest::newRow("a value not in an array") << QByteArray(R"({"title":"A"})") << u"-"_s;
+        // A copy damaged on disk: only what QJsonDocument reads is shown.
+        QTest::newRow("UTF-8") << QByteArray("[{\"title\":\"\xc3\xa9\xe4\xb8\xad\xf0\x9f\x98\x80\"}]") << u"é中😀"_s;
+        QTest::newRow("a character cut short") << QByteArray("[{\"title\":\"\xe4\xb8X\"}]") << u"-"_s;
+        QTest::newRow("no first byte") << QByteArray("[{\"title\":\"\x80\x80\x80\x80\"}]") << u"-"_s;
+        QTest::newRow("an overlong character") << QByteArray("[{\"title\":\"\xc0\xafX\"}]") << u"-"_s;
+        QTest::newRow("an overlong character of four bytes")
+            << QByteArray("[{\"title\":\"\xf0\x8f\xbf\xbf\"}]") << u"-"_s;
+        QTest::newRow("nested too deep") << "[{\"title\":\"A\",\"x\":" + QByteArray(1100, '[') + QByteArray(1100, ']')
+                + "}]" << u"-"_s;
+        QTest::newRow("a surrogate in UTF-8") << QByteArray("[{\"title\":\"\xed\xa0\x80\"}]") << u"-"_s;
+        QTest::newRow("past U+10FFFF") << QByteArray("[{\"title\":\"\xf4\x90\x80\x80\"}]") << u"-"_s;
+        QTest::newRow("a broken escape") << QByteArray(R"([{"title":"\u00zz"}])") << u"-"_s;
+        QTest::newRow("the file cut short") << QByteArray(R"([{"title":"A","sections":[{"body":"B"})") << u"-"_s;
+        QTest::newRow("the file cut in a character") << QByteArray("[{\"title\":\"\xf0\x9f") << u"-"_s;
     }
 
     void keptCopyAtLaunch()
@@ -118,6 +150,7 @@ private Q_SLOTS:
         QCOMPARE(first ? first->title() : u"-"_s, title);
         // Held from then on: the same document, even once the copy is gone.
         QSettings().remove(kTVRTermsOfServiceDataPath);
+        kept.remove();
         QCOMPARE(m_manager->termsOfService(), first);
 
         // Setting a document keeps no copy of it.
@@ -129,33 +162,39 @@ private Q_SLOTS:
     void keptCopyReadsAsItsReply_data()
     {
         QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<bool>("indexed"); // read without a parse of the whole copy
 
         const QByteArray date = R"("updatedAt":"2016-03-01T12:30:00.000+0100")";
-        QTest::newRow("sample") << sampleReply(u"Terms"_s);
+        QTest::newRow("sample") << sampleReply(u"Terms"_s) << true;
         QTest::newRow("escapes, scripts")
             << "{\"title\":\"\\\"Q\\\" \\\\ \\/ \\b\\f\\n\\r\\t \\u00e9\\u4e2d \\ud83d\\ude00\"," + date
-                + R"(,"sections":[{"title":"مرحبا שלום 中文 😀","body":"a\u0000b ##### é"}]})";
+                + R"(,"sections":[{"title":"مرحبا שלום 中文 😀","body":"a\u0000b ##### é"}]})"
+            << true;
         QTest::newRow("other kinds") << QByteArray(
-            R"({"_id":42,"title":null,"updatedAt":false,"sections":[{"title":[1,-0.5,{"a":true}],"body":{"b":null}},7,"x",null,[]]})");
+            R"({"_id":1024,"title":null,"updatedAt":false,"sections":[{"title":[1,-0.5,{"a":true}],"body":{"b":null}},7,"x",null,[]]})")
+                                     << true;
         QTest::newRow("repeated keys") << R"({"title":"A","sections":[{"body":"1"}],"title":"B",)" + date
-                + R"(,"sections":1,"sections":[{"title":"T","title":"U","body":""}]})";
-        QTest::newRow("no sections") << R"({"title":"A",)" + date + R"(,"sections":{"body":"B"}})";
+                + R"(,"sections":1,"sections":[{"title":"T","title":"U","body":""}]})"
+                                       << true;
+        QTest::newRow("no sections") << R"({"title":"A",)" + date + R"(,"sections":{"body":"B"}})" << true;
         QTest::newRow("spaces") << " \n{ \"title\" :\t\"A\" , " + date
-                + " ,\"sections\" : [ { } , { \"body\" : \"B\" } ] }\r\n";
-        QTest::newRow("not an object") << QByteArray(R"(["a", {"title": "A"}])");
+                + " ,\"sections\" : [ { } , { \"body\" : \"B\" } ] }\r\n"
+                                << true;
+        QTest::newRow("not an object") << QByteArray(R"(["a", {"title": "A"}])") << true;
         // Read whole, not indexed.
-        QTest::newRow("lone surrogate") << R"({"title":"\ud800 \udc00",)" + date + "}";
-        QTest::newRow("control character") << "{\"title\":\"a\tb\"," + date + "}";
+        QTest::newRow("lone surrogate") << R"({"title":"\ud800 \udc00",)" + date + "}" << false;
+        QTest::newRow("control character") << "{\"title\":\"a\tb\"," + date + "}" << false;
         QTest::newRow("exponent, long number")
-            << R"({"title":1e2,)" + date + R"(,"sections":[{"body":12345678901234567890}]})";
-        QTest::newRow("escaped key") << R"({"t\u0069tle":"A",)" + date + "}";
+            << R"({"title":1e2,)" + date + R"(,"sections":[{"body":12345678901234567890}]})" << false;
+        QTest::newRow("escaped key") << R"({"t\u0069tle":"A",)" + date + "}" << false;
         QTest::newRow("deep") << R"({"sections":[{"body":)" + QByteArray(100, '[') + QByteArray(100, ']') + "}]," + date
-                + "}";
+                + "}" << false;
     }
 
     void keptCopyReadsAsItsReply()
     {
         QFETCH(QByteArray, reply);
+        QFETCH(bool, indexed);
 
         RecordingDelegate delegate;
         m_server.reply(TestReply::json(200, reply));
@@ -163,9 +202,12 @@ private Q_SLOTS:
         QCOMPARE(delegate.calls, QStringList{u"finished"_s});
         const QStringList fetched = readOut(*m_manager->termsOfService());
         m_manager = std::make_unique<TVRDocumentManager>(); // the next launch
+        DebugLines::lines.clear();
+        const DebugLines debugLines;
         const auto kept = m_manager->termsOfService();
         QVERIFY(kept);
         QCOMPARE(readOut(*kept), fetched);
+        QCOMPARE(DebugLines::lines.contains(u"A kept copy that is not plain JSON is parsed whole"_s), !indexed);
     }
 
     // A copy large enough to be read on another thread, as the screens have it read as they are

@@ -6,6 +6,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <cstring>
+
 namespace {
 
 constexpr int maximumDepth = 64;
@@ -236,6 +238,17 @@ private:
         return unit;
     }
 
+    // Whether any of the eight bytes in \a word is a quote, a backslash, a control character
+    // or not ASCII. A byte below n is found as in "Bit Twiddling Hacks": exactly when any is.
+    static bool special(quint64 word)
+    {
+        constexpr quint64 ones = 0x0101010101010101;
+        constexpr quint64 highs = ones * 0x80;
+        const auto below = [](quint64 bytes, quint64 n) { return (bytes - ones * n) & ~bytes & highs; };
+        return ((word & highs) | below(word ^ (ones * '"'), 1) | below(word ^ (ones * '\\'), 1) | below(word, 0x20))
+            != 0;
+    }
+
     static bool continuation(const uchar *c) { return (*c & 0xC0) == 0x80; }
 
     // The length of the UTF-8 sequence at p in bytes, 0 when it is not well formed.
@@ -266,7 +279,12 @@ private:
         TVRJSONIndex::Value scanned{QJsonValue::String, p - start, 0, 0, false};
         ++p;
         for (;;) {
-            // Plain ASCII, by far the most of any text.
+            // Plain ASCII, by far the most of any text: eight bytes at a time, then one at a time.
+            quint64 eight = 0;
+            while (end - p >= 8 && (std::memcpy(&eight, p, 8), !special(eight))) {
+                p += 8;
+                scanned.length += 8;
+            }
             while (p != end && *p >= 0x20 && *p < 0x80 && *p != '"' && *p != '\\') {
                 ++p;
                 ++scanned.length;
@@ -343,5 +361,5 @@ QJsonValue TVRJSONIndex::decode(const QByteArray &text, const Value &value)
     QByteArray wrapped;
     wrapped.reserve(size + 2);
     wrapped.append('[').append(text.constData() + value.begin, size).append(']');
-    return QJsonDocument::fromJson(wrapped).array().first();
+    return QJsonDocument::fromJson(wrapped).array().at(0);
 }

@@ -40,7 +40,8 @@ constexpr qsizetype firstScreenCharacters = qsizetype(16) * 1024;
 Kept keptDocument(const TVRJSONStore::Read &read)
 {
     std::shared_ptr<TVRDocument> document = TVRDocumentPrivate::fromKeptText(read.text, firstScreenCharacters);
-    if (!document) {
+    if (!document && !read.text.isEmpty()) {
+        qCDebug(lcTovra, "A kept copy that is not plain JSON is parsed whole");
         const QJsonValue value = TVRJSONStore::valueOf(read.text);
         if (!value.isUndefined())
             document = std::make_shared<TVRDocument>(value);
