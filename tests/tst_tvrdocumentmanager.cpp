@@ -67,7 +67,10 @@ private:
 // Everything a screen reads of \a document.
 QStringList readOut(TVRDocument &document)
 {
-    QStringList texts{document.identifier(), document.title(), document.date().toString(Qt::ISODateWithMs)};
+    // A document without a date is dated when it is asked.
+    const QDateTime date = document.date();
+    const bool now = date.isValid() && qAbs(date.secsTo(QDateTime::currentDateTime())) < 60;
+    QStringList texts{document.identifier(), document.title(), now ? u"now"_s : date.toString(Qt::ISODateWithMs)};
     for (const auto &section : document.sections())
         texts << section->title() << section->body();
     return texts;
