@@ -87,29 +87,22 @@ private:
         return value(4, key == "title" ? &section.title : key == "body" ? &section.body : nullptr);
     }
 
-    // An object's members, at '{'; \a member scans each value, given its key.
-    template <typename Member>
-    bool object(int depth, Member member)
+    // The members of an object or the elements of an array, at its opening bracket, up to
+    // \a close; \a element scans each.
+    template <typename Element>
+    bool elements(int depth, char close, Element element)
     {
         if (depth > maximumDepth)
             return false;
         ++p;
         skipSpace();
-        if (take('}'))
+        if (take(close))
             return true;
         for (;;) {
-            TVRJSONIndex::Value key;
-            if (!at('"') || !string(&key) || key.escaped)
+            if (!element())
                 return false;
             skipSpace();
-            if (!take(':'))
-                return false;
-            skipSpace();
-            const auto name = QByteArrayView(start + key.begin + 1, key.end - key.begin - 2);
-            if (!member(name))
-                return false;
-            skipSpace();
-            if (take('}'))
+            if (take(close))
                 return true;
             if (!take(','))
                 return false;
@@ -117,26 +110,27 @@ private:
         }
     }
 
+    // An object's members, at '{'; \a member scans each value, given its key.
+    template <typename Member>
+    bool object(int depth, Member member)
+    {
+        return elements(depth, '}', [&] {
+            TVRJSONIndex::Value key;
+            if (!at('"') || !string(&key) || key.escaped)
+                return false;
+            skipSpace();
+            if (!take(':'))
+                return false;
+            skipSpace();
+            return member(QByteArrayView(start + key.begin + 1, key.end - key.begin - 2));
+        });
+    }
+
     // An array's elements, at '['; \a element scans each.
     template <typename Element>
     bool array(int depth, Element element)
     {
-        if (depth > maximumDepth)
-            return false;
-        ++p;
-        skipSpace();
-        if (take(']'))
-            return true;
-        for (;;) {
-            if (!element())
-                return false;
-            skipSpace();
-            if (take(']'))
-                return true;
-            if (!take(','))
-                return false;
-            skipSpace();
-        }
+        return elements(depth, ']', element);
     }
 
     // Any value; its place and kind go to \a found when given.
