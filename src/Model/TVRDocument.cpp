@@ -19,17 +19,21 @@ std::shared_ptr<TVRDocument> TVRDocumentPrivate::fromKeptText(const QByteArray &
     auto d = std::make_unique<TVRDocumentPrivate>();
     d->text = text;
     d->where = std::move(where);
-    if (decodeFirst > 0) {
-        TVRSectionList sections;
-        sections.reserve(d->where->sections.size());
-        qsizetype before = 0;
-        for (const TVRJSONIndex::Section &section : std::as_const(d->where->sections)) {
-            sections.append(TVRSectionPrivate::make(text, section, before < decodeFirst));
-            before += section.title.end - section.title.begin + section.body.end - section.body.begin;
-        }
-        d->sections = std::move(sections);
-    }
+    if (decodeFirst > 0)
+        d->sections = d->indexedSections(decodeFirst);
     return std::shared_ptr<TVRDocument>(new TVRDocument(std::move(d)));
+}
+
+TVRSectionList TVRDocumentPrivate::indexedSections(qsizetype decodeFirst) const
+{
+    TVRSectionList sections;
+    sections.reserve(where->sections.size());
+    qsizetype before = 0;
+    for (const TVRJSONIndex::Section &section : std::as_const(where->sections)) {
+        sections.append(TVRSectionPrivate::make(text, section, before < decodeFirst));
+        before += section.title.end - section.title.begin + section.body.end - section.body.begin;
+    }
+    return sections;
 }
 
 QJsonValue TVRDocumentPrivate::value(const QString &key, TVRJSONIndex::Value TVRJSONIndex::Document::*field) const
@@ -95,18 +99,16 @@ void TVRDocument::setDate(const QDateTime &date)
 TVRSectionList TVRDocument::sections()
 {
     if (!d->sections) {
-        TVRSectionList sections;
         if (d->where) {
-            sections.reserve(d->where->sections.size());
-            for (const TVRJSONIndex::Section &where : std::as_const(d->where->sections))
-                sections.append(TVRSectionPrivate::make(d->text, where));
+            d->sections = d->indexedSections(0);
         } else {
+            TVRSectionList sections;
             const QJsonArray elements = d->dictionary.value(QStringLiteral("sections")).toArray();
             sections.reserve(elements.size());
             for (const auto &element : elements)
                 sections.append(std::make_shared<TVRSection>(element));
+            d->sections = std::move(sections);
         }
-        d->sections = std::move(sections);
     }
     return *d->sections;
 }

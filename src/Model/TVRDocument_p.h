@@ -19,6 +19,9 @@ public:
     static std::shared_ptr<TVRDocument> fromKeptText(const QByteArray &text, qsizetype decodeFirst = 0);
 
     QJsonValue value(const QString &key, TVRJSONIndex::Value TVRJSONIndex::Document::*field) const;
+    // The sections of an indexed document, those that begin within its first \a decodeFirst
+    // characters decoded now.
+    TVRSectionList indexedSections(qsizetype decodeFirst) const;
 
     QJsonObject dictionary;
     QByteArray text;
